@@ -1,0 +1,25 @@
+// Adds the extension's editor plugins, by class, in the initializer of the editor level; they are removed when that level ends.
+
+#pragma once
+
+#include <godot_cpp/variant/string_name.hpp>
+
+namespace godot {
+
+class EditorPlugins {
+public:
+	static void add_plugin_class(const StringName &p_class);
+	static void remove_plugin_class(const StringName &p_class);
+	static void deinitialize();
+
+	template <class T>
+	static void add_by_type() {
+		add_plugin_class(T::get_class_static());
+	}
+	template <class T>
+	static void remove_by_type() {
+		remove_plugin_class(T::get_class_static());
+	}
+};
+
+} // namespace godot

@@ -1,0 +1,20 @@
+#pragma once
+
+// Operators of StringName with a C string on the left. string_name.hpp includes this.
+
+#include <godot_cpp/variant/string.hpp>
+#include <godot_cpp/variant/string_name.hpp>
+
+namespace godot {
+
+inline bool operator==(const char *p_text, const StringName &p_name) {
+	return p_name == p_text;
+}
+
+inline bool operator!=(const char *p_text, const StringName &p_name) {
+	return p_name != p_text;
+}
+
+String operator+(const char *p_text, const StringName &p_name);
+
+} // namespace godot

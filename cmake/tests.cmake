@@ -1,0 +1,5 @@
+foreach(subject native bindings)
+	if(EXISTS "${CMAKE_SOURCE_DIR}/tests/${subject}/CMakeLists.txt")
+		add_subdirectory("${CMAKE_SOURCE_DIR}/tests/${subject}" "tests/${subject}")
+	endif()
+endforeach()

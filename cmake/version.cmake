@@ -1,0 +1,25 @@
+# VERSION is the one place that states the version. It is fed from there to the library (core_version.hpp), and written into
+# the two files of the addon that the engine reads as they are.
+set(version_file "${CMAKE_CURRENT_LIST_DIR}/../VERSION")
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${version_file}")
+file(STRINGS "${version_file}" QUILLSTEAD_VERSION LIMIT_COUNT 1)
+if(NOT QUILLSTEAD_VERSION MATCHES "^[0-9]+\\.[0-9]+\\.[0-9]+$")
+	message(FATAL_ERROR "VERSION holds \"${QUILLSTEAD_VERSION}\", where three numbers like 1.2.3 belong.")
+endif()
+
+function(quillstead_write_version file pattern)
+	set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${file}")
+	file(READ "${file}" before)
+	if(NOT before MATCHES "${pattern}\"[^\"]*\"")
+		message(FATAL_ERROR "${file} has no version line to write ${QUILLSTEAD_VERSION} into.")
+	endif()
+	string(REGEX REPLACE "(${pattern})\"[^\"]*\"" "\\1\"${QUILLSTEAD_VERSION}\"" after "${before}")
+	if(NOT after STREQUAL before)
+		message(STATUS "Version ${QUILLSTEAD_VERSION} written into ${file}")
+		file(WRITE "${file}" "${after}")
+	endif()
+endfunction()
+
+set(addon "${CMAKE_CURRENT_LIST_DIR}/../addons/quillstead")
+quillstead_write_version("${addon}/plugin.cfg" "\nversion=")
+quillstead_write_version("${addon}/quillstead.gdextension" "\nversion = ")

@@ -1,0 +1,90 @@
+#pragma once
+
+// How a kind is declared. Its class body names its settings as plain fields whose initialisers are
+// the defaults; its describe() says the rest, once:
+//
+//	class SCWaitAction : public SCMachineAction {
+//		SC_KIND(SCWaitAction, SCMachineAction)
+//	public:
+//		double seconds = 1.0;
+//	};
+//
+//	void SCWaitAction::describe(KindTable<SCWaitAction> &kind) {
+//		kind.about("flow", "wait", "Wait a number of seconds, then finish.");
+//		kind.setting<&SCWaitAction::seconds>("seconds", hint::SECONDS, "How long to wait.");
+//	}
+//
+// The property list, the hints, the free-type settings, the 2D defaults, the script path, the docs of
+// the inspector and of the editor's help, and the palette are all read from that.
+
+#include "sc_action.hpp"
+#include "sc_condition.hpp"
+#include "settings/class_table.hpp"
+
+#include <godot_cpp/core/object.hpp>
+
+template <class T>
+struct KindOf {
+	inline static const ClassRow *row = nullptr;
+};
+
+template <class T>
+class KindTable : public ClassTable<T> {
+public:
+	KindTable() { KindOf<T>::row = &this->row; }
+
+	// The folder it is listed under, the word its script and its runtime are named by, and what it is for.
+	void about(const char *category, const char *word, const char *text) {
+		this->row.category = category;
+		this->row.word = word;
+		this->row.about = text;
+		if constexpr (std::is_base_of_v<SCMachineCondition, T>) {
+			this->row.script_path = vformat("res://addons/quillstead/conditions/condition_%s.gd", word);
+		} else {
+			this->row.script_path = vformat("res://addons/quillstead/actions/%s/action_%s.gd", category, word);
+		}
+	}
+};
+
+#define SC_KIND(m_class, m_inherits)                                               \
+	GDCLASS(m_class, m_inherits)                                                   \
+	SC_FIELDS                                                                      \
+public:                                                                            \
+	static void describe(KindTable<m_class> &kind);                                \
+	const ClassRow *class_row() const override { return KindOf<m_class>::row; }    \
+                                                                                   \
+protected:                                                                         \
+	static void _bind_methods() {                                                  \
+		KindTable<m_class> kind;                                                   \
+		describe(kind);                                                            \
+	}                                                                              \
+                                                                                   \
+private:
+
+// A setting of the kind being run: from its field when the object is the compiled class, by its
+// cached name otherwise.
+template <auto Field>
+typename FieldOf<Field>::Value setting_of(const Resource *object, const ClassRow *object_row) {
+	using Owner = typename FieldOf<Field>::Owner;
+	using Value = typename FieldOf<Field>::Value;
+	if (object_row != nullptr && object_row->is_or_extends(KindOf<Owner>::row)) {
+		return static_cast<const Owner *>(object)->*Field;
+	}
+	if (FieldOf<Field>::row == nullptr) {
+		return Value();
+	}
+	const Variant held = object->get(FieldOf<Field>::row->info.name);
+	return Value(typename FieldOf<Field>::Bound(held));
+}
+template <auto Field>
+typename FieldOf<Field>::Value setting_of(const SCMachineAction *action) {
+	if constexpr (std::is_same_v<typename FieldOf<Field>::Owner, SCMachineAction>) {
+		return action->*Field;
+	} else {
+		return setting_of<Field>(action, action->class_row());
+	}
+}
+template <auto Field>
+typename FieldOf<Field>::Value setting_of(const SCMachineCondition *condition) {
+	return setting_of<Field>(condition, condition->class_row());
+}

@@ -1,0 +1,215 @@
+#include "machine/compiled_design.hpp"
+
+#include "design/sc_machine_state.hpp"
+#include "design/sc_machine_transition.hpp"
+#include "machine/names.hpp"
+#include "machine/script_methods.hpp"
+#include "sc_action.hpp"
+#include "sc_native_actions.hpp"
+
+#include <godot_cpp/core/memory.hpp>
+
+namespace {
+
+template <class Record>
+class RecordTable {
+	HashMap<uint64_t, Record *> current;
+	HashMap<uint64_t, LocalVector<Record *>> retired;
+
+public:
+	~RecordTable() {
+		for (const KeyValue<uint64_t, Record *> &entry : current) {
+			memdelete(entry.value);
+		}
+		for (const KeyValue<uint64_t, LocalVector<Record *>> &entry : retired) {
+			for (Record *record : entry.value) {
+				memdelete(record);
+			}
+		}
+	}
+
+	// The whole staleness test: another element makes another hash, an edited one does not.
+	const Record *fresh(uint64_t state_id, const Array &source) {
+		Record **found = current.getptr(state_id);
+		if (found == nullptr) {
+			return nullptr;
+		}
+		Record *record = *found;
+		if (record->source_size == source.size() && record->source_hash == source.hash()) {
+			return record;
+		}
+		retired[state_id].push_back(record);
+		current.erase(state_id);
+		return nullptr;
+	}
+
+	const Record *keep(uint64_t state_id, Record *record, const Array &source) {
+		record->source = source;
+		record->source_size = source.size();
+		record->source_hash = source.hash();
+		// Compiling asks actions about themselves, and one of them may have come back here.
+		if (Record **found = current.getptr(state_id)) {
+			retired[state_id].push_back(*found);
+		}
+		current.insert(state_id, record);
+		return record;
+	}
+
+	void forget(uint64_t state_id) {
+		if (Record **found = current.getptr(state_id)) {
+			Record *record = *found;
+			current.erase(state_id);
+			memdelete(record);
+		}
+		if (LocalVector<Record *> *found = retired.getptr(state_id)) {
+			const LocalVector<Record *> records = *found;
+			retired.erase(state_id);
+			for (Record *record : records) {
+				memdelete(record);
+			}
+		}
+	}
+};
+
+struct Tables {
+	RecordTable<StatePlan> plans;
+	RecordTable<ActionTable> actions;
+};
+
+Tables *tables = nullptr;
+
+Tables &shared_tables() {
+	if (tables == nullptr) {
+		tables = memnew(Tables);
+	}
+	return *tables;
+}
+
+TransitionRow transition_row(const Variant &element) {
+	TransitionRow row;
+	Object *object = element.get_type() == Variant::OBJECT ? element.get_validated_object() : nullptr;
+	if (object == nullptr) {
+		return row;
+	}
+	if (const SCMachineTransition *transition = Object::cast_to<SCMachineTransition>(object)) {
+		row.event = transition->event;
+		row.to_state = transition->to_state;
+		row.store_data_in = transition->store_data_in;
+		return row;
+	}
+	const MachineNames &names = MachineNames::shared();
+	row.event = object->get(names.event);
+	row.to_state = object->get(names.to_state);
+	row.store_data_in = object->get(names.store_data_in);
+	return row;
+}
+
+StatePlan *compile_plan(const Ref<Resource> &state, const Array &transitions) {
+	const MachineNames &names = MachineNames::shared();
+	StatePlan *plan = memnew(StatePlan);
+	for (int64_t i = 0; i < transitions.size(); i++) {
+		plan->rows.push_back(transition_row(transitions[i]));
+		plan->has_finished = plan->has_finished || plan->rows[i].event == names.finished_event;
+	}
+	if (const SCMachineState *compiled = Object::cast_to<SCMachineState>(state.ptr())) {
+		plan->composite = !compiled->sub_states.is_empty() || !compiled->parallel_states.is_empty();
+		plan->end_state = compiled->is_end_state;
+		plan->pause_here = compiled->pause_here;
+		plan->name = compiled->state_name;
+	} else {
+		plan->composite = !Array(state->get(names.sub_states)).is_empty() || !Array(state->get(names.parallel_states)).is_empty();
+		plan->end_state = state->get(names.is_end_state).booleanize();
+		plan->pause_here = state->get(names.pause_here).booleanize();
+		plan->name = state->get(names.state_name);
+	}
+	return plan;
+}
+
+ActionEntry action_entry(const Variant &element, PackedStringArray &watched) {
+	ActionEntry entry;
+	Object *object = element.get_type() == Variant::OBJECT ? element.get_validated_object() : nullptr;
+	// The table keeps its actions alive by reference, so only what is counted can stand in it.
+	if (Object::cast_to<RefCounted>(object) == nullptr) {
+		return entry;
+	}
+	entry.object = object;
+	entry.compiled = Object::cast_to<SCMachineAction>(object);
+	entry.runtime = SCNativeActions::of_action(object);
+	if (SCMachineAction *action = entry.compiled) {
+		entry.wants_physics = action->wants_physics();
+		entry.needs_every_tick = action->has_update() && action->needs_every_tick();
+		entry.works_after_finishing = action->works_after_finishing();
+		entry.has_exit = action->has_exit();
+		entry.finishes_as_it_starts = entry.runtime == nullptr && action->finishes_as_it_starts();
+		watched = action->variables_to_watch();
+		return entry;
+	}
+	const MachineNames &names = MachineNames::shared();
+	entry.wants_physics = object->get(names.wants_physics).booleanize();
+	entry.needs_every_tick = ScriptMethods::overrides(object, names.update) && object->get(names.needs_every_tick).booleanize();
+	entry.works_after_finishing = object->get(names.works_after_finishing).booleanize();
+	entry.has_exit = ScriptMethods::overrides(object, names.exit);
+	const Variant to_watch = object->get(names.variables_to_watch);
+	if (to_watch.get_type() == Variant::PACKED_STRING_ARRAY || to_watch.get_type() == Variant::ARRAY) {
+		watched = to_watch;
+	}
+	return entry;
+}
+
+ActionTable *compile_actions(const Array &actions) {
+	ActionTable *table = memnew(ActionTable);
+	table->kept = actions.duplicate();
+	for (int64_t i = 0; i < table->kept.size(); i++) {
+		PackedStringArray watched;
+		const ActionEntry entry = action_entry(table->kept[i], watched);
+		table->actions.push_back(entry);
+		if (entry.has_exit) {
+			table->exit_rows.push_back(int(i));
+		}
+		for (int64_t w = 0; w < watched.size(); w++) {
+			LocalVector<int> &rows = table->watches[StringName(watched[w])];
+			if (rows.is_empty() || rows[rows.size() - 1] != int(i)) {
+				rows.push_back(int(i));
+			}
+		}
+	}
+	return table;
+}
+
+} // namespace
+
+const StatePlan *CompiledDesign::plan_of(const Ref<Resource> &state) {
+	const SCMachineState *compiled = Object::cast_to<SCMachineState>(state.ptr());
+	const Array transitions = compiled != nullptr ? Array(compiled->transitions) : Array(state->get(MachineNames::shared().transitions));
+	const uint64_t id = state->get_instance_id();
+	if (const StatePlan *found = shared_tables().plans.fresh(id, transitions)) {
+		return found;
+	}
+	StatePlan *plan = compile_plan(state, transitions);
+	return shared_tables().plans.keep(id, plan, transitions);
+}
+
+const ActionTable *CompiledDesign::actions_of(const Ref<Resource> &state) {
+	const SCMachineState *compiled = Object::cast_to<SCMachineState>(state.ptr());
+	const Array actions = compiled != nullptr ? Array(compiled->actions) : Array(state->get(MachineNames::shared().actions));
+	const uint64_t id = state->get_instance_id();
+	if (const ActionTable *found = shared_tables().actions.fresh(id, actions)) {
+		return found;
+	}
+	ActionTable *table = compile_actions(actions);
+	return shared_tables().actions.keep(id, table, actions);
+}
+
+void CompiledDesign::forget_state(uint64_t state_id) {
+	if (tables != nullptr) {
+		tables->plans.forget(state_id);
+		tables->actions.forget(state_id);
+	}
+}
+
+void CompiledDesign::free_shared() {
+	if (tables != nullptr) {
+		memdelete(tables);
+		tables = nullptr;
+	}
+}

@@ -1,0 +1,35 @@
+#include "machine/entry_guard.hpp"
+
+int64_t EntryGuard::count_entry(uint64_t now, bool physics) {
+	if (now != frame || physics != in_physics) {
+		frame = now;
+		in_physics = physics;
+		chain_count = 1;
+		frame_count = 1;
+	} else {
+		chain_count++;
+		frame_count++;
+	}
+	if (chain_count > loop_limit) {
+		return chain_count - 1;
+	}
+	if (frame_count > loop_limit * FRAME_FACTOR) {
+		return frame_count - 1;
+	}
+	return 0;
+}
+
+void EntryGuard::progress_made(uint64_t walker, int64_t most, uint64_t now, bool physics) {
+	if (now != walkers_frame || physics != walkers_in_physics) {
+		walkers_frame = now;
+		walkers_in_physics = physics;
+		walkers.clear();
+	}
+	int64_t &steps = walkers[walker];
+	steps++;
+	if (steps > most) {
+		return;
+	}
+	frame_count = frame_count > chain_count ? frame_count - chain_count : 0;
+	chain_count = 0;
+}

@@ -1,0 +1,137 @@
+// What is called each frame, and keeping it to what must be.
+
+#include "machine/machine_run.hpp"
+#include "machine/measuring.hpp"
+#include "machine/names.hpp"
+#include "sc_machine_base.hpp"
+
+void MachineRun::frame(Lane lane, double delta) {
+	Measured measured(lane == LANE_PHYSICS);
+	if (current.is_null() || paused) {
+		return;
+	}
+	Busy keep(*this);
+	if (lane != main_lane()) {
+		run_lane(lane, delta);
+		return;
+	}
+	clock.seconds += delta;
+	run_lane(lane, delta);
+	send_changed_values();
+}
+
+// A pass works on copies: of the rows, and of each row's list of actions. A change of state during
+// the pass adds rows that are not in it and kills rows that it then skips.
+void MachineRun::run_lane(Lane lane, double delta) {
+	ScratchLists<RunRow *>::Borrowed pass(row_lists);
+	for (RunRow *row : live_rows()) {
+		pass.list.push_back(row);
+	}
+	bool something_finished = false;
+	bool something_started = false;
+	for (RunRow *row : pass.list) {
+		if (!row->live || row->lanes[lane].is_empty()) {
+			continue;
+		}
+		ScratchLists<int>::Borrowed actions(index_lists);
+		for (const int action : row->lanes[lane]) {
+			actions.list.push_back(action);
+		}
+		RunningAs as(*this, row);
+		for (const int action : actions.list) {
+			const ActionEntry &entry = row->table->actions[action];
+			ActionRun &memory = row->runs[action];
+			if (is_disabled(entry)) {
+				continue;
+			}
+			const bool was_finished = memory.finished;
+			if (!memory.started) {
+				// Its turn has come: the one before it has finished in the other lane.
+				call_enter(row, action);
+				something_started = true;
+			} else {
+				if (was_finished && !entry.works_after_finishing) {
+					continue;
+				}
+				double elapsed = delta;
+				const double interval = interval_of(entry);
+				if (interval > 0.0) {
+					memory.interval_sum += delta;
+					if (memory.interval_sum < interval) {
+						continue;
+					}
+					elapsed = memory.interval_sum;
+					memory.interval_sum = 0.0;
+				}
+				call_update(row, action, elapsed);
+			}
+			if (current.is_null()) {
+				return;
+			}
+			if (!row->live) {
+				break;
+			}
+			if (was_finished || !memory.finished) {
+				continue;
+			}
+			something_finished = true;
+			start_next_actions(row, action, lane);
+			if (current.is_null()) {
+				return;
+			}
+			if (!row->live) {
+				break;
+			}
+			check_state_finished(row);
+			if (current.is_null()) {
+				return;
+			}
+			if (!row->live) {
+				break;
+			}
+		}
+	}
+	if ((something_finished || something_started) && running) {
+		refresh_lanes();
+	}
+}
+
+// Called after anything that can change what must tick, never per frame.
+void MachineRun::refresh_lanes() {
+	values.watching = false;
+	values.watched.clear();
+	bool wanted[2] = { false, false };
+	for (RunRow *row : live_rows()) {
+		for (const KeyValue<StringName, LocalVector<int>> &watch : row->table->watches) {
+			values.watching = true;
+			values.watched.insert(watch.key);
+		}
+		row->lanes[LANE_FRAME].clear();
+		row->lanes[LANE_PHYSICS].clear();
+		for (int action = 0; action < row->action_count(); action++) {
+			const ActionEntry &entry = row->table->actions[action];
+			if (is_disabled(entry)) {
+				continue;
+			}
+			const ActionRun &memory = row->runs[action];
+			const bool ticks = entry.needs_every_tick && (!memory.finished || entry.works_after_finishing) && !row->rests_at(action);
+			const bool may_start = action > 0 && way_is_free(row, action);
+			if (memory.started ? ticks : may_start) {
+				const Lane lane = lane_of(entry);
+				row->lanes[lane].push_back(action);
+				wanted[lane] = true;
+			}
+		}
+	}
+	if (node != nullptr) {
+		const bool frames = wanted[LANE_FRAME] && !paused;
+		const bool physics = wanted[LANE_PHYSICS] && !paused;
+		if (node->is_processing() != frames) {
+			node->set_process(frames);
+		}
+		if (node->is_physics_processing() != physics) {
+			node->set_physics_process(physics);
+		}
+	}
+	keep_clock_honest(wanted[main_lane()]);
+}

@@ -1,0 +1,127 @@
+// The design and the settings that a machine runs with.
+
+#include "machine/compiled_design.hpp"
+#include "machine/machine_run.hpp"
+#include "machine/names.hpp"
+#include "sc_machine_base.hpp"
+
+#include <godot_cpp/classes/engine.hpp>
+#include <godot_cpp/classes/engine_debugger.hpp>
+#include <godot_cpp/classes/scene_tree.hpp>
+
+bool MachineRun::debugger_active = false;
+
+MachineRun::MachineRun(SCMachineBase *machine_node) :
+		node(machine_node) {}
+
+MachineRun::~MachineRun() {
+	if (root != nullptr) {
+		detach_and_bury(root);
+	}
+}
+
+void MachineRun::abandon() {
+	{
+		Busy keep(*this);
+		forget_globals();
+		node = nullptr;
+		// No exit is called: the node that the actions would work with is half gone already. What
+		// could come back later is killed all the same.
+		if (root != nullptr) {
+			mark_gone(root);
+			detach_and_bury(root);
+		}
+		running = false;
+		current.unref();
+		pending = PENDING_NONE;
+		events.held.clear();
+	}
+}
+
+void MachineRun::mark_gone(RunRow *row) {
+	for (RunRow *child : row->children) {
+		if (child != nullptr) {
+			mark_gone(child);
+			rows.bury(child);
+		}
+	}
+	row->children.clear();
+	row->live = false;
+	chain_dirty = true;
+	let_timers_go(row);
+}
+
+void MachineRun::end_busy() {
+	if (busy > 1) {
+		busy--;
+		return;
+	}
+	// Recycling lets go of resources and may run a game's code, so it counts as work itself.
+	rows.recycle();
+	busy--;
+	if (node == nullptr) {
+		memdelete(this);
+	}
+}
+
+void MachineRun::begin(const Array &design, bool on_physics_tick, bool log, int64_t loop_limit, const Dictionary &start_values) {
+	Busy keep(*this);
+	physics_tick = on_physics_tick;
+	debug_log = log;
+	guard.loop_limit = loop_limit;
+	load_values(start_values);
+	values.in_use = true;
+	events.forget_last();
+	running_row = nullptr;
+	index.build(design);
+	if (node == nullptr) {
+		return;
+	}
+	if (node->is_inside_tree() && !Engine::get_singleton()->is_editor_hint()) {
+		GameClocks::attach_to(node->get_tree());
+	}
+	debugger_active = EngineDebugger::get_singleton()->is_active();
+	running = true;
+}
+
+void MachineRun::set_setting(const StringName &name, const Variant &value) {
+	const MachineNames &names = MachineNames::shared();
+	if (name == names.physics_tick) {
+		physics_tick = value.booleanize();
+		if (running) {
+			refresh_lanes();
+		}
+	} else if (name == names.debug_log) {
+		debug_log = value.booleanize();
+	} else if (name == names.values && value.get_type() == Variant::DICTIONARY) {
+		load_values(value);
+	}
+}
+
+Ref<Resource> MachineRun::find_state(const StringName &state_name) const {
+	if (index.has_names()) {
+		return index.find(state_name);
+	}
+	const MachineNames &names = MachineNames::shared();
+	if (node == nullptr || !node->has_method(names.all_states)) {
+		return Ref<Resource>();
+	}
+	const Array states = node->call(names.all_states);
+	for (int64_t i = 0; i < states.size(); i++) {
+		const Ref<Resource> state = states[i];
+		if (state.is_valid() && StringName(state->get(names.state_name)) == state_name) {
+			return state;
+		}
+	}
+	return Ref<Resource>();
+}
+
+Variant MachineRun::call_node(const StringName &method, const Variant &first, const Variant &second) {
+	if (node == nullptr || !node->has_method(method)) {
+		return Variant();
+	}
+	if (second.get_type() != Variant::NIL) {
+		return node->call(method, first, second);
+	}
+	return first.get_type() != Variant::NIL ? node->call(method, first) : node->call(method);
+}

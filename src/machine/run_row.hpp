@@ -1,0 +1,90 @@
+#pragma once
+
+// One entered state of one running machine. Rows are made by entering, marked dead by leaving and
+// recycled once no engine work is under way, so a pointer to a row stays readable through any call.
+
+#include "machine/compiled_design.hpp"
+
+#include <godot_cpp/classes/tween.hpp>
+#include <godot_cpp/core/object_id.hpp>
+#include <godot_cpp/variant/callable.hpp>
+#include <godot_cpp/variant/dictionary.hpp>
+
+using namespace godot;
+
+// What one action remembers while its state is entered.
+struct ActionRun {
+	// Nil until asked for, then the action's own Dictionary.
+	Variant slot;
+	// Time gathered toward the update interval.
+	double interval_sum = 0.0;
+	bool finished = false;
+	bool started = false;
+};
+
+struct TimerRecord {
+	// Null while the machine is outside the tree, where no tween can be made.
+	Ref<Tween> tween;
+	double seconds = 0.0;
+	Callable then;
+	bool real_time = false;
+};
+
+struct SignalRest {
+	ObjectID source;
+	StringName signal_name;
+	Callable call;
+};
+
+struct Rest {
+	LocalVector<SignalRest> signals;
+	// A job of the fast lane, negative when the rest is on signals.
+	int64_t job = -1;
+	ObjectID lane;
+};
+
+struct RunRow {
+	Ref<Resource> state;
+	const ActionTable *table = nullptr;
+	const StatePlan *plan = nullptr;
+	double entered_at = 0.0;
+	LocalVector<ActionRun> runs;
+	HashMap<int, TimerRecord> timers;
+	HashMap<int, Ref<Tween>> kept_tweens;
+	HashMap<int, Rest> rests;
+	// Indices of the actions to call, frame first, physics second.
+	LocalVector<int> lanes[2];
+	bool live = false;
+	bool sub_states_finished = false;
+	bool state_finished_sent = false;
+	RunRow *parent = nullptr;
+	int slot_in_parent = 0;
+	LocalVector<RunRow *> children;
+	int64_t serial = 0;
+	Ref<Resource> previous_state;
+	StringName entered_by;
+
+	int action_count() const { return int(runs.size()); }
+	bool has_children() const { return !children.is_empty(); }
+	bool all_finished() const;
+	bool all_finished_except(int index) const;
+	bool rests_at(int index) const { return rests.has(index); }
+	RunRow *deepest_first();
+	RunRow *deepest_last();
+	// True when this row or one above it runs beside others in a parallel state.
+	bool in_a_branch() const;
+	void clear();
+};
+
+class RowPool {
+	static constexpr uint32_t KEPT = 32;
+	LocalVector<RunRow *> dead;
+	LocalVector<RunRow *> free;
+
+public:
+	~RowPool();
+	RunRow *take();
+	void bury(RunRow *row) { dead.push_back(row); }
+	// Only while no engine work is under way: until then a dead row is still read.
+	void recycle();
+};

@@ -1,0 +1,103 @@
+#include "register_types.hpp"
+
+#include "design/sc_machine_event.hpp"
+#include "design/sc_machine_note.hpp"
+#include "design/sc_machine_parallel_state.hpp"
+#include "design/sc_machine_state.hpp"
+#include "design/sc_machine_template.hpp"
+#include "design/sc_machine_transition.hpp"
+#include "design/sc_machine_variable.hpp"
+#include "editor_help.hpp"
+#include "kinds/flow.hpp"
+#include "machine/companion_scripts.hpp"
+#include "machine/compiled_design.hpp"
+#include "machine/debugger_channel.hpp"
+#include "machine/event_state.hpp"
+#include "machine/game_clock.hpp"
+#include "machine/names.hpp"
+#include "machine/script_methods.hpp"
+#include "machine_node/shared_machine_data.hpp"
+#include "native_files.hpp"
+#include "sc_action.hpp"
+#include "sc_condition.hpp"
+#include "sc_machine.hpp"
+#include "sc_machine_base.hpp"
+#include "sc_machine_core.hpp"
+#include "sc_native_actions.hpp"
+#include "settings/class_rows.hpp"
+
+using namespace godot;
+
+namespace {
+
+template <class... Classes>
+void register_classes() {
+	(ClassDB::register_class<Classes>(), ...);
+}
+
+// Wait first and Assert last, the rest by name. A kind that is not built is not in the list.
+void register_kinds() {
+	register_classes<
+			SCWaitAction,
+			SCPrintAction,
+			SCSendEventAction,
+			SCSetVariableAction>();
+}
+
+} // namespace
+
+void register_all_natives() {
+	register_core_natives();
+}
+
+void initialize_quillstead(ModuleInitializationLevel level) {
+	if (level != MODULE_INITIALIZATION_LEVEL_SCENE) {
+		return;
+	}
+	// Known to the engine and open to be extended, but not offered to be created.
+	GDREGISTER_VIRTUAL_CLASS(SCMachineCore);
+	GDREGISTER_VIRTUAL_CLASS(SCMachineBase);
+	register_classes<
+			SCMachine,
+			SCMachineAction,
+			SCMachineCondition,
+			SCMachineTransition,
+			SCMachineVariable,
+			SCMachineEvent,
+			SCMachineNote,
+			SCMachineState,
+			SCMachineParallelState,
+			SCMachineTemplate>();
+	register_kinds();
+	EditorHelp::hand_over_when_ready();
+}
+
+// Every process-wide table goes, so that a reload starts clean.
+void terminate_quillstead(ModuleInitializationLevel level) {
+	if (level != MODULE_INITIALIZATION_LEVEL_SCENE) {
+		return;
+	}
+	EventRegistry::free_shared();
+	ScriptMethods::free_shared();
+	CompiledDesign::free_shared();
+	SCNativeActions::free_shared();
+	SCMachineCore::free_shared();
+	GameClocks::free_shared();
+	DebuggerChannel::free_shared();
+	SharedMachineData::free_shared();
+	CompanionScripts::free_shared();
+	MachineNames::free_shared();
+	ClassRows::free_shared();
+}
+
+extern "C" {
+
+GDExtensionBool GDE_EXPORT quillstead_core_init(GDExtensionInterfaceGetProcAddress get_proc_address, GDExtensionClassLibraryPtr library, GDExtensionInitialization *initialization) {
+	EditorHelp::remember_interface(get_proc_address);
+	GDExtensionBinding::InitObject init(get_proc_address, library, initialization);
+	init.register_initializer(initialize_quillstead);
+	init.register_terminator(terminate_quillstead);
+	init.set_minimum_library_initialization_level(MODULE_INITIALIZATION_LEVEL_SCENE);
+	return init.init();
+}
+}

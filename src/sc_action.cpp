@@ -1,0 +1,311 @@
+#include "sc_action.hpp"
+
+#include "sc_machine.hpp"
+#include "sc_native_actions.hpp"
+
+#include <godot_cpp/classes/engine.hpp>
+#include <godot_cpp/classes/script.hpp>
+#include <godot_cpp/core/object.hpp>
+
+namespace {
+
+constexpr double PIXELS_PER_METRE = 32.0;
+
+SCMachine *as_machine(SCMachineBase *machine) {
+	return Object::cast_to<SCMachine>(machine);
+}
+
+const NativeEntry *runtime_of(const SCMachineAction *action) {
+	const ClassRow *row = action->class_row();
+	return row != nullptr ? SCNativeActions::of_word(row->word) : nullptr;
+}
+
+bool is_plumbing(const StringName &property) {
+	return property == StringName("resource_local_to_scene") || property == StringName("resource_path") || property == StringName("resource_name");
+}
+
+} // namespace
+
+void SCMachineAction::enter(SCMachineBase *machine, int index) {
+	if (!GDVIRTUAL_CALL(_enter, as_machine(machine), index)) {
+		enter_default(machine, index);
+	}
+}
+
+void SCMachineAction::update(SCMachineBase *machine, int index, double delta) {
+	if (!GDVIRTUAL_CALL(_update, as_machine(machine), index, delta)) {
+		update_default(machine, index, delta);
+	}
+}
+
+void SCMachineAction::exit(SCMachineBase *machine, int index) {
+	if (!GDVIRTUAL_CALL(_exit, as_machine(machine), index)) {
+		exit_default(machine, index);
+	}
+}
+
+String SCMachineAction::summary() {
+	String answer;
+	return GDVIRTUAL_CALL(_summary, answer) ? answer : summary_default();
+}
+
+bool SCMachineAction::wants_physics() {
+	bool answer = false;
+	return GDVIRTUAL_CALL(_wants_physics, answer) ? answer : wants_physics_default();
+}
+
+bool SCMachineAction::uses_run_mode() {
+	bool answer = false;
+	return GDVIRTUAL_CALL(_uses_run_mode, answer) ? answer : uses_run_mode_default();
+}
+
+bool SCMachineAction::finishes_as_it_starts() {
+	bool answer = false;
+	return GDVIRTUAL_CALL(_finishes_as_it_starts, answer) ? answer : finishes_as_it_starts_default();
+}
+
+bool SCMachineAction::works_after_finishing() {
+	bool answer = false;
+	return GDVIRTUAL_CALL(_works_after_finishing, answer) ? answer : works_after_finishing_default();
+}
+
+bool SCMachineAction::needs_every_tick() {
+	bool answer = false;
+	return GDVIRTUAL_CALL(_needs_every_tick, answer) ? answer : needs_every_tick_default();
+}
+
+String SCMachineAction::holds_its_state() {
+	String answer;
+	return GDVIRTUAL_CALL(_holds_its_state, answer) ? answer : holds_its_state_default();
+}
+
+bool SCMachineAction::repeats() {
+	bool answer = false;
+	return GDVIRTUAL_CALL(_repeats, answer) ? answer : repeats_default();
+}
+
+PackedStringArray SCMachineAction::variables_to_watch() {
+	PackedStringArray answer;
+	return GDVIRTUAL_CALL(_variables_to_watch, answer) ? answer : variables_to_watch_default();
+}
+
+void SCMachineAction::suit_2d() {
+	if (!GDVIRTUAL_CALL(_suit_2d)) {
+		suit_2d_default();
+	}
+}
+
+void SCMachineAction::read_variables(SCMachineBase *machine) {
+	if (!GDVIRTUAL_CALL(_read_variables, as_machine(machine))) {
+		read_variables_default(machine);
+	}
+}
+
+String SCMachineAction::live_words(SCMachineBase *machine, const String &line) {
+	String answer;
+	return GDVIRTUAL_CALL(_live_words, as_machine(machine), line, answer) ? answer : live_words_default(machine, line);
+}
+
+void SCMachineAction::enter_default(SCMachineBase *machine, int index) {
+	if (const NativeEntry *entry = runtime_of(this)) {
+		entry->runtime->enter(machine, this, index);
+	}
+}
+
+void SCMachineAction::update_default(SCMachineBase *machine, int index, double delta) {
+	const NativeEntry *entry = runtime_of(this);
+	if (entry != nullptr && entry->has_update) {
+		entry->runtime->update(machine, this, index, delta);
+	}
+}
+
+void SCMachineAction::exit_default(SCMachineBase *machine, int index) {
+	const NativeEntry *entry = runtime_of(this);
+	if (entry != nullptr && entry->has_exit) {
+		entry->runtime->exit(machine, this, index);
+	}
+}
+
+String SCMachineAction::summary_default() {
+	return to_string();
+}
+
+bool SCMachineAction::wants_physics_default() {
+	return false;
+}
+
+bool SCMachineAction::uses_run_mode_default() {
+	return true;
+}
+
+bool SCMachineAction::finishes_as_it_starts_default() {
+	return false;
+}
+
+bool SCMachineAction::works_after_finishing_default() {
+	return !uses_run_mode() || repeats();
+}
+
+bool SCMachineAction::needs_every_tick_default() {
+	return true;
+}
+
+String SCMachineAction::holds_its_state_default() {
+	return String();
+}
+
+bool SCMachineAction::repeats_default() {
+	return run_mode == EVERY_FRAME && uses_run_mode();
+}
+
+PackedStringArray SCMachineAction::variables_to_watch_default() {
+	return PackedStringArray();
+}
+
+void SCMachineAction::suit_2d_default() {
+	for (const ClassRow *row = class_row(); row != nullptr; row = row->parent) {
+		for (const SettingRow *setting : row->settings) {
+			const StringName name = setting->info.name;
+			if (setting->px_in_2d) {
+				set(name, double(get(name)) * PIXELS_PER_METRE);
+			} else if (setting->in_2d.get_type() != Variant::NIL) {
+				set(name, setting->in_2d);
+			}
+		}
+	}
+}
+
+void SCMachineAction::read_variables_default(SCMachineBase *machine) {
+	(void)machine;
+}
+
+String SCMachineAction::live_words_default(SCMachineBase *machine, const String &line) {
+	(void)machine;
+	return line;
+}
+
+bool SCMachineAction::has_enter() {
+	return GDVIRTUAL_IS_OVERRIDDEN(_enter) || runtime_of(this) != nullptr;
+}
+
+bool SCMachineAction::has_update() {
+	const NativeEntry *entry = runtime_of(this);
+	return GDVIRTUAL_IS_OVERRIDDEN(_update) || (entry != nullptr && entry->has_update);
+}
+
+bool SCMachineAction::has_exit() {
+	const NativeEntry *entry = runtime_of(this);
+	return GDVIRTUAL_IS_OVERRIDDEN(_exit) || (entry != nullptr && entry->has_exit);
+}
+
+bool SCMachineAction::_get(const StringName &name, Variant &value) const {
+	if (name == StringName("run_mode_saved")) {
+		value = int64_t(run_mode);
+		return true;
+	}
+	return false;
+}
+
+// A file of a script-based action sets its properties before the script is attached, and attaching
+// it would put the script's own starting run mode back: what the file said is put on once more then.
+bool SCMachineAction::_set(const StringName &name, const Variant &value) {
+	if (name != StringName("run_mode_saved")) {
+		return false;
+	}
+	run_mode = RunMode(CLAMP(int(value), int(ONCE), int(EVERY_FRAME)));
+	if (Ref<Script>(get_script()).is_null() && get_class() == "SCMachineAction") {
+		pending_run_mode = run_mode;
+		const Callable reapply = callable_mp(this, &SCMachineAction::reapply_run_mode);
+		if (!is_connected("script_changed", reapply)) {
+			connect("script_changed", reapply, CONNECT_ONE_SHOT);
+		}
+	}
+	return true;
+}
+
+void SCMachineAction::reapply_run_mode() {
+	if (pending_run_mode >= 0) {
+		run_mode = RunMode(pending_run_mode);
+		pending_run_mode = -1;
+	}
+}
+
+void SCMachineAction::_get_property_list(List<PropertyInfo> *list) const {
+	list->push_back(PropertyInfo(Variant::INT, "run_mode_saved", PROPERTY_HINT_NONE, "", PROPERTY_USAGE_STORAGE));
+}
+
+void SCMachineAction::_validate_property(PropertyInfo &property) const {
+	if (is_plumbing(property.name)) {
+		property.usage &= ~uint32_t(PROPERTY_USAGE_EDITOR);
+	} else if (property.name == StringName("run_mode") && !const_cast<SCMachineAction *>(this)->uses_run_mode()) {
+		property.usage = PROPERTY_USAGE_STORAGE;
+	} else if (Engine::get_singleton()->is_editor_hint() && ClassRows::shared().takes_any_type(get_class(), property.name)) {
+		property.type = Variant::NIL;
+		property.usage |= PROPERTY_USAGE_NIL_IS_VARIANT;
+	}
+}
+
+void SCMachineAction::_bind_methods() {
+	ClassTable<SCMachineAction> table("One thing a state does. Actions run top to bottom while their state is active.");
+	table.constants_of<RunMode>();
+	table.setting<&SCMachineAction::run_mode>("run_mode", "Once does the work when the state is entered. Every Frame does it over and over while the state is active.");
+	table.setting<&SCMachineAction::update_interval>("update_interval", { PROPERTY_HINT_RANGE, "0,10,0.001,or_greater,suffix:s,hide_slider" }, "Seconds between repeats. Zero repeats every frame.");
+	table.setting<&SCMachineAction::wait_for_previous>("wait_for_previous", "Only run once the action above this one in the list has finished.");
+	table.setting<&SCMachineAction::disabled>("disabled", "Skip this action without deleting it.");
+	table.setting<&SCMachineAction::display_name>("display_name", "The name on the state's list of actions. Empty uses the action's type.");
+	table.setting<&SCMachineAction::from_variables>("from_variables", { PROPERTY_HINT_DICTIONARY_TYPE, "StringName;StringName", PROPERTY_USAGE_STORAGE }, "Which settings are read from a variable of the machine, and from which: setting name to variable name.");
+	ClassDB::bind_method(D_METHOD("get_typed_in"), &SCMachineAction::take_field<&SCMachineAction::typed_in>);
+	ClassDB::add_property("SCMachineAction", PropertyInfo(Variant::DICTIONARY, "_typed_in", PROPERTY_HINT_DICTIONARY_TYPE, "StringName;Variant", PROPERTY_USAGE_NONE), "", "get_typed_in");
+
+	ClassDB::bind_method(D_METHOD("enter", "m", "index"), &SCMachineAction::enter);
+	ClassDB::bind_method(D_METHOD("update", "m", "index", "delta"), &SCMachineAction::update);
+	ClassDB::bind_method(D_METHOD("exit", "m", "index"), &SCMachineAction::exit);
+	ClassDB::bind_method(D_METHOD("summary"), &SCMachineAction::summary);
+	ClassDB::bind_method(D_METHOD("wants_physics"), &SCMachineAction::wants_physics);
+	ClassDB::bind_method(D_METHOD("uses_run_mode"), &SCMachineAction::uses_run_mode);
+	ClassDB::bind_method(D_METHOD("finishes_as_it_starts"), &SCMachineAction::finishes_as_it_starts);
+	ClassDB::bind_method(D_METHOD("works_after_finishing"), &SCMachineAction::works_after_finishing);
+	ClassDB::bind_method(D_METHOD("needs_every_tick"), &SCMachineAction::needs_every_tick);
+	ClassDB::bind_method(D_METHOD("holds_its_state"), &SCMachineAction::holds_its_state);
+	ClassDB::bind_method(D_METHOD("repeats"), &SCMachineAction::repeats);
+	ClassDB::bind_method(D_METHOD("variables_to_watch"), &SCMachineAction::variables_to_watch);
+	ClassDB::bind_method(D_METHOD("suit_2d"), &SCMachineAction::suit_2d);
+	ClassDB::bind_method(D_METHOD("read_variables", "m"), &SCMachineAction::read_variables);
+	ClassDB::bind_method(D_METHOD("live_words", "m", "line"), &SCMachineAction::live_words);
+
+	ClassDB::bind_method(D_METHOD("enter_default", "m", "index"), &SCMachineAction::enter_default);
+	ClassDB::bind_method(D_METHOD("update_default", "m", "index", "delta"), &SCMachineAction::update_default);
+	ClassDB::bind_method(D_METHOD("exit_default", "m", "index"), &SCMachineAction::exit_default);
+	ClassDB::bind_method(D_METHOD("summary_default"), &SCMachineAction::summary_default);
+	ClassDB::bind_method(D_METHOD("wants_physics_default"), &SCMachineAction::wants_physics_default);
+	ClassDB::bind_method(D_METHOD("uses_run_mode_default"), &SCMachineAction::uses_run_mode_default);
+	ClassDB::bind_method(D_METHOD("finishes_as_it_starts_default"), &SCMachineAction::finishes_as_it_starts_default);
+	ClassDB::bind_method(D_METHOD("works_after_finishing_default"), &SCMachineAction::works_after_finishing_default);
+	ClassDB::bind_method(D_METHOD("needs_every_tick_default"), &SCMachineAction::needs_every_tick_default);
+	ClassDB::bind_method(D_METHOD("holds_its_state_default"), &SCMachineAction::holds_its_state_default);
+	ClassDB::bind_method(D_METHOD("repeats_default"), &SCMachineAction::repeats_default);
+	ClassDB::bind_method(D_METHOD("variables_to_watch_default"), &SCMachineAction::variables_to_watch_default);
+	ClassDB::bind_method(D_METHOD("suit_2d_default"), &SCMachineAction::suit_2d_default);
+	ClassDB::bind_method(D_METHOD("read_variables_default", "m"), &SCMachineAction::read_variables_default);
+	ClassDB::bind_method(D_METHOD("live_words_default", "m", "line"), &SCMachineAction::live_words_default);
+
+	ClassDB::bind_method(D_METHOD("has_enter"), &SCMachineAction::has_enter);
+	ClassDB::bind_method(D_METHOD("has_update"), &SCMachineAction::has_update);
+	ClassDB::bind_method(D_METHOD("has_exit"), &SCMachineAction::has_exit);
+
+	GDVIRTUAL_BIND(_enter, "m", "index");
+	GDVIRTUAL_BIND(_update, "m", "index", "delta");
+	GDVIRTUAL_BIND(_exit, "m", "index");
+	GDVIRTUAL_BIND(_summary);
+	GDVIRTUAL_BIND(_wants_physics);
+	GDVIRTUAL_BIND(_uses_run_mode);
+	GDVIRTUAL_BIND(_finishes_as_it_starts);
+	GDVIRTUAL_BIND(_works_after_finishing);
+	GDVIRTUAL_BIND(_needs_every_tick);
+	GDVIRTUAL_BIND(_holds_its_state);
+	GDVIRTUAL_BIND(_repeats);
+	GDVIRTUAL_BIND(_variables_to_watch);
+	GDVIRTUAL_BIND(_suit_2d);
+	GDVIRTUAL_BIND(_read_variables, "m");
+	GDVIRTUAL_BIND(_live_words, "m", "line");
+}

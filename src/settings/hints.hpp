@@ -1,0 +1,29 @@
+#pragma once
+
+// The inspector hints that settings share, so that a distance is edited the same way everywhere.
+
+#include <godot_cpp/classes/global_constants.hpp>
+
+using namespace godot;
+
+struct Hint {
+	PropertyHint hint = PROPERTY_HINT_NONE;
+	const char *text = "";
+	uint32_t usage = PROPERTY_USAGE_DEFAULT;
+};
+
+namespace hint {
+
+inline constexpr Hint PLAIN = {};
+inline constexpr Hint MULTILINE = { PROPERTY_HINT_MULTILINE_TEXT };
+inline constexpr Hint SECONDS = { PROPERTY_HINT_RANGE, "0,60,0.01,or_greater,suffix:s,hide_slider" };
+inline constexpr Hint DISTANCE = { PROPERTY_HINT_RANGE, "0,100,0.01,or_greater,hide_slider" };
+inline constexpr Hint SPEED = { PROPERTY_HINT_RANGE, "0,100,0.01,or_greater,hide_slider" };
+inline constexpr Hint DEGREES = { PROPERTY_HINT_RANGE, "-360,360,0.1,or_less,or_greater,suffix:°" };
+inline constexpr Hint SHARE = { PROPERTY_HINT_RANGE, "0,1,0.01" };
+inline constexpr Hint PERCENT = { PROPERTY_HINT_RANGE, "0,100,1,suffix:%" };
+// Kept in files, shown nowhere.
+inline constexpr Hint STORED_ONLY = { PROPERTY_HINT_NONE, "", PROPERTY_USAGE_STORAGE };
+inline constexpr Hint NEITHER_STORED_NOR_SHOWN = { PROPERTY_HINT_NONE, "", PROPERTY_USAGE_NONE };
+
+} // namespace hint
