@@ -1,4 +1,4 @@
-foreach(subject native bindings)
+foreach(subject native bindings allocations)
 	if(EXISTS "${CMAKE_SOURCE_DIR}/tests/${subject}/CMakeLists.txt")
 		add_subdirectory("${CMAKE_SOURCE_DIR}/tests/${subject}" "tests/${subject}")
 	endif()

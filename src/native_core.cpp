@@ -9,6 +9,7 @@
 
 #include <godot_cpp/classes/scene_tree.hpp>
 #include <godot_cpp/core/object.hpp>
+#include <godot_cpp/variant/callable_method_pointer.hpp>
 #include <godot_cpp/variant/utility_functions.hpp>
 
 namespace {

@@ -7,6 +7,7 @@
 // Every operation exists three times: the public one, which the core calls; the script's `_name`,
 // which the public one prefers; and the `_default` one, which kinds override.
 
+#include "sc_machine.hpp"
 #include "settings/class_table.hpp"
 
 #include <godot_cpp/classes/resource.hpp>
@@ -14,9 +15,6 @@
 #include <godot_cpp/variant/typed_dictionary.hpp>
 
 using namespace godot;
-
-class SCMachine;
-class SCMachineBase;
 
 class SCMachineAction : public Resource {
 	GDCLASS(SCMachineAction, Resource)

@@ -3,6 +3,7 @@
 // The base of every question. A condition is a shared resource that remembers nothing per machine;
 // what it must remember lies in the record that the machine lends it while it is asked.
 
+#include "sc_machine.hpp"
 #include "settings/class_table.hpp"
 
 #include <godot_cpp/classes/resource.hpp>
@@ -10,9 +11,6 @@
 #include <godot_cpp/variant/typed_dictionary.hpp>
 
 using namespace godot;
-
-class SCMachine;
-class SCMachineBase;
 
 class SCMachineCondition : public Resource {
 	GDCLASS(SCMachineCondition, Resource)

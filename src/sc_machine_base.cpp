@@ -6,6 +6,7 @@
 #include "machine/names.hpp"
 #include "sc_native_actions.hpp"
 
+#include <godot_cpp/classes/scene_tree.hpp>
 #include <godot_cpp/core/object.hpp>
 
 SCMachineBase::SCMachineBase() {
@@ -203,11 +204,11 @@ SCMachineBase *SCMachineBase::sender_of(const StringName &sent) {
 }
 
 void SCMachineBase::add_forwarder(const Callable &forwarder) {
-	machine_run->events.forwarders.push_back(forwarder);
+	machine_run->events.add_forwarder(forwarder);
 }
 
 void SCMachineBase::remove_forwarder(const Callable &forwarder) {
-	machine_run->events.forwarders.erase(forwarder);
+	machine_run->events.remove_forwarder(forwarder);
 }
 
 bool SCMachineBase::press_already_used(const StringName &named) {
@@ -420,11 +421,13 @@ void SCMachineBase::core_hold_write(const StringName &variable) {
 }
 
 void SCMachineBase::core_mark_values_changed() {
-	machine_run->values.changed = true;
+	machine_run->mark_values_changed();
 }
 
 void SCMachineBase::core_count_game_time() {
-	machine_run->count_game_time();
+	if (is_inside_tree()) {
+		GameClocks::attach_to(get_tree());
+	}
 }
 
 void SCMachineBase::core_restart_timeouts() {

@@ -54,7 +54,7 @@ void deinitialize_level(void *, GDExtensionInitializationLevel p_level) {
 	levels_up--;
 	if (levels_up == 0) {
 		// The engine calls nothing of ours from here on. After a hot reload all of it is found anew.
-		internal::EngineSingleton::release_all();
+		internal::EngineSingleton::forget_all();
 		internal::release_engine_classes();
 		internal::StaticName::release_all();
 	}

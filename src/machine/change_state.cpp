@@ -2,11 +2,11 @@
 
 #include "design/sc_machine_state.hpp"
 #include "machine/debugger_channel.hpp"
+#include "machine/engine_frame.hpp"
 #include "machine/machine_run.hpp"
 #include "machine/names.hpp"
 #include "sc_machine_base.hpp"
 
-#include <godot_cpp/classes/engine.hpp>
 #include <godot_cpp/variant/utility_functions.hpp>
 
 namespace {
@@ -83,9 +83,8 @@ bool MachineRun::go_to(const StringName &state_name) {
 
 // Counts this entry, and stops a machine whose states lead round in a circle.
 bool MachineRun::may_enter(const Ref<Resource> &target) {
-	const Engine *engine = Engine::get_singleton();
-	const bool in_physics = engine->is_in_physics_frame();
-	const int64_t entered = guard.count_entry(in_physics ? engine->get_physics_frames() : engine->get_process_frames(), in_physics);
+	const EngineFrame now = EngineFrame::now();
+	const int64_t entered = guard.count_entry(now.number, now.in_physics);
 	if (entered == 0) {
 		return true;
 	}
@@ -97,9 +96,8 @@ bool MachineRun::may_enter(const Ref<Resource> &target) {
 }
 
 void MachineRun::progress_made(uint64_t walker, int64_t most) {
-	const Engine *engine = Engine::get_singleton();
-	const bool in_physics = engine->is_in_physics_frame();
-	guard.progress_made(walker, most, in_physics ? engine->get_physics_frames() : engine->get_process_frames(), in_physics);
+	const EngineFrame now = EngineFrame::now();
+	guard.progress_made(walker, most, now.number, now.in_physics);
 }
 
 void MachineRun::change_state(const Ref<Resource> &target, bool restart) {

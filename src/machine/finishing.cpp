@@ -1,12 +1,11 @@
 // Finished actions and finished states: what starts next, and when FINISHED is offered.
 
+#include "machine/engine_frame.hpp"
 #include "machine/machine_run.hpp"
 #include "machine/measuring.hpp"
 #include "machine/names.hpp"
 #include "machine/run_call.hpp"
 #include "sc_machine_base.hpp"
-
-#include <godot_cpp/classes/engine.hpp>
 
 // The nearest earlier action that is there and switched on decides; with none the way is free.
 bool MachineRun::way_is_free(const RunRow *row, int action) const {
@@ -123,7 +122,7 @@ void MachineRun::finish_from_outside(RunRow *row, int action) {
 	{
 		RunningAs as(*this, row);
 		row->runs[action].finished = true;
-		start_next_actions(row, action, Engine::get_singleton()->is_in_physics_frame() ? LANE_PHYSICS : LANE_FRAME);
+		start_next_actions(row, action, EngineFrame::now().in_physics ? LANE_PHYSICS : LANE_FRAME);
 		if (row->live) {
 			check_state_finished(row);
 		}

@@ -108,7 +108,8 @@ Array MachineRun::described_live_rows() {
 			if (entry.compiled != nullptr) {
 				words = entry.compiled->live_words(node, String());
 			} else if (entry.object->has_method(live_words)) {
-				words = entry.object->call(live_words, node);
+				const bool adds_to_a_line = entry.object->get_method_argument_count(live_words) > 1;
+				words = adds_to_a_line ? entry.object->call(live_words, node, String()) : entry.object->call(live_words, node);
 			}
 			Array line;
 			line.push_back(row->plan->name);

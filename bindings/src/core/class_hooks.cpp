@@ -44,30 +44,30 @@ void tell_base_first(const ClassTag *p_tag, Hook ClassTag::*p_hook, const Tell &
 GDExtensionBool set_property(GDExtensionClassInstancePtr p_instance, GDExtensionConstStringNamePtr p_name, GDExtensionConstVariantPtr p_value) {
 	Wrapped *instance = to_instance(p_instance);
 	const Variant &value = *static_cast<const Variant *>(p_value);
-	return ask_derived_first(instance, &ClassTag::set, [&](auto p_hook) { return (instance->*p_hook)(to_name(p_name), value); });
+	return ask_derived_first(instance, &ClassTag::set, [&](auto p_hook) { return p_hook(instance, to_name(p_name), value); });
 }
 
 GDExtensionBool get_property(GDExtensionClassInstancePtr p_instance, GDExtensionConstStringNamePtr p_name, GDExtensionVariantPtr r_value) {
-	const Wrapped *instance = to_instance(p_instance);
+	Wrapped *instance = to_instance(p_instance);
 	Variant &value = *static_cast<Variant *>(r_value);
-	return ask_derived_first(instance, &ClassTag::get, [&](auto p_hook) { return (instance->*p_hook)(to_name(p_name), value); });
+	return ask_derived_first(instance, &ClassTag::get, [&](auto p_hook) { return p_hook(instance, to_name(p_name), value); });
 }
 
 GDExtensionBool property_can_revert(GDExtensionClassInstancePtr p_instance, GDExtensionConstStringNamePtr p_name) {
-	const Wrapped *instance = to_instance(p_instance);
-	return ask_derived_first(instance, &ClassTag::property_can_revert, [&](auto p_hook) { return (instance->*p_hook)(to_name(p_name)); });
+	Wrapped *instance = to_instance(p_instance);
+	return ask_derived_first(instance, &ClassTag::property_can_revert, [&](auto p_hook) { return p_hook(instance, to_name(p_name)); });
 }
 
 GDExtensionBool property_get_revert(GDExtensionClassInstancePtr p_instance, GDExtensionConstStringNamePtr p_name, GDExtensionVariantPtr r_value) {
-	const Wrapped *instance = to_instance(p_instance);
+	Wrapped *instance = to_instance(p_instance);
 	Variant &value = *static_cast<Variant *>(r_value);
-	return ask_derived_first(instance, &ClassTag::property_get_revert, [&](auto p_hook) { return (instance->*p_hook)(to_name(p_name), value); });
+	return ask_derived_first(instance, &ClassTag::property_get_revert, [&](auto p_hook) { return p_hook(instance, to_name(p_name), value); });
 }
 
 GDExtensionBool validate_property(GDExtensionClassInstancePtr p_instance, GDExtensionPropertyInfo *r_property) {
-	const Wrapped *instance = to_instance(p_instance);
+	Wrapped *instance = to_instance(p_instance);
 	PropertyInfo info(r_property);
-	tell_base_first(instance->_get_class_tag(), &ClassTag::validate_property, [&](auto p_hook) { (instance->*p_hook)(info); });
+	tell_base_first(instance->_get_class_tag(), &ClassTag::validate_property, [&](auto p_hook) { p_hook(instance, info); });
 	info._update(r_property);
 	return true;
 }
@@ -75,7 +75,7 @@ GDExtensionBool validate_property(GDExtensionClassInstancePtr p_instance, GDExte
 void notification(GDExtensionClassInstancePtr p_instance, int32_t p_what, GDExtensionBool p_reversed) {
 	Wrapped *instance = to_instance(p_instance);
 	const auto tell = [&](auto p_hook) {
-		(instance->*p_hook)(p_what);
+		p_hook(instance, p_what);
 		return false;
 	};
 	if (p_reversed) {
@@ -86,9 +86,9 @@ void notification(GDExtensionClassInstancePtr p_instance, int32_t p_what, GDExte
 }
 
 void to_string(GDExtensionClassInstancePtr p_instance, GDExtensionBool *r_is_valid, GDExtensionStringPtr r_text) {
-	const Wrapped *instance = to_instance(p_instance);
+	Wrapped *instance = to_instance(p_instance);
 	*r_is_valid = ask_derived_first(instance, &ClassTag::to_string, [&](auto p_hook) {
-		*static_cast<String *>(r_text) = (instance->*p_hook)();
+		*static_cast<String *>(r_text) = p_hook(instance);
 		return true;
 	});
 }
@@ -128,7 +128,7 @@ bool is_hooked(const ClassTag *p_tag, Hook ClassTag::*p_hook) {
 const GDExtensionPropertyInfo *make_property_list(const ClassTag *p_tag, GDExtensionClassInstancePtr p_instance, uint32_t *r_count) {
 	static_assert(alignof(PropertyInfo) <= alignof(GDExtensionPropertyInfo));
 	List<PropertyInfo> properties;
-	(to_instance(p_instance)->*(p_tag->get_property_list))(&properties);
+	p_tag->get_property_list(to_instance(p_instance), &properties);
 	const uint32_t count = static_cast<uint32_t>(properties.size());
 	*r_count = count;
 	if (count == 0) {

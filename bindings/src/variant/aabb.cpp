@@ -164,7 +164,12 @@ bool AABB::intersects_ray(const Vector3 &from, const Vector3 &direction, Vector3
 	}
 	// A ray that starts inside hits where it starts.
 	if (intersection_out) {
-		*intersection_out = inside ? from : from + direction * near;
+		*intersection_out = from;
+		if (!inside) {
+			*intersection_out += direction * near;
+			// On the side that it enters by, without the rounding.
+			(*intersection_out)[axis] = direction[axis] > 0 ? position[axis] : end[axis];
+		}
 	}
 	if (normal_out) {
 		*normal_out = Vector3();

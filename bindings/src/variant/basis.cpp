@@ -58,7 +58,8 @@ Vector3 Basis::get_euler(EulerOrder order) const {
 	const int i = turns.i, j = turns.j, k = turns.k;
 	const real_t sign = turns.sign;
 	const real_t sine = sign * rows[i][k];
-	const real_t limit = 1.0f - real_t(CMP_EPSILON);
+	// Nearer to straight than this, the outer turns cannot be told apart.
+	const real_t limit = 1.0f - 0.00000025f;
 	Vector3 euler;
 	if (sine < limit && sine > -limit) {
 		if (turns.single_turn && rows[j][i] == 0 && rows[i][j] == 0 && rows[j][k] == 0 && rows[k][j] == 0 && rows[j][j] == 1) {

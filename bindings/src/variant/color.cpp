@@ -192,7 +192,7 @@ Color Color::srgb_to_linear() const {
 }
 
 Color Color::linear_to_srgb() const {
-	const auto encoded = [](float c) { return c < 0.0031308f ? 12.92f * c : (1.0f + 0.055f) * Math::pow(c, 1.0f / 2.4f) - 0.055f; };
+	const auto encoded = [](float c) { return c < 0.0031308f ? 12.92f * c : float((1.0 + 0.055) * Math::pow(c, 1.0f / 2.4f) - 0.055); };
 	return Color(encoded(r), encoded(g), encoded(b), a);
 }
 

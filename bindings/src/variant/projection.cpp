@@ -34,7 +34,7 @@ Projection Projection::create_perspective(real_t fovy_degrees, real_t aspect, re
 	if (flip_fov) {
 		fovy_degrees = get_fovy(fovy_degrees, 1.0f / aspect);
 	}
-	const real_t half = Math::deg_to_rad(fovy_degrees / 2.0f);
+	const real_t half = real_t(Math::deg_to_rad(fovy_degrees / 2.0));
 	const real_t depth = z_far - z_near;
 	const real_t sine = Math::sin(half);
 	if (depth == 0 || sine == 0 || aspect == 0) {
@@ -48,11 +48,11 @@ Projection Projection::create_perspective_hmd(real_t fovy_degrees, real_t aspect
 	if (flip_fov) {
 		fovy_degrees = get_fovy(fovy_degrees, 1.0f / aspect);
 	}
-	const real_t y_max = z_near * Math::tan(Math::deg_to_rad(fovy_degrees / 2.0f));
+	const real_t y_max = real_t(z_near * Math::tan(Math::deg_to_rad(fovy_degrees / 2.0)));
 	const real_t x_max = y_max * aspect;
 	// 1 is the left eye, 2 the right one.
 	const real_t side = eye == 1 ? 1.0f : (eye == 2 ? -1.0f : 0.0f);
-	const real_t shift = side * ((intraocular_dist / 2.0f) * z_near / convergence_dist);
+	const real_t shift = side * real_t((intraocular_dist / 2.0) * z_near / convergence_dist);
 	Projection translation;
 	translation.columns[3].x = side * (intraocular_dist / 2.0f);
 	return create_frustum(-x_max + shift, x_max + shift, -y_max, y_max, z_near, z_far) * translation;
@@ -119,7 +119,7 @@ Projection Projection::create_fit_aabb(const AABB &box) {
 }
 
 real_t Projection::get_fovy(real_t fovx, real_t aspect) {
-	return Math::rad_to_deg(Math::atan(aspect * Math::tan(Math::deg_to_rad(fovx) * 0.5f)) * 2.0f);
+	return real_t(Math::rad_to_deg(Math::atan(aspect * Math::tan(Math::deg_to_rad(fovx) * 0.5)) * 2.0));
 }
 
 real_t Projection::determinant() const {
@@ -182,9 +182,7 @@ Plane Projection::get_projection_plane(Planes plane) const {
 
 Projection Projection::flipped_y() const {
 	Projection result = *this;
-	for (Vector4 &column : result.columns) {
-		column.y = -column.y;
-	}
+	result.columns[1] = -columns[1];
 	return result;
 }
 
@@ -196,7 +194,7 @@ Projection Projection::jitter_offseted(const Vector2 &offset) const {
 }
 
 real_t Projection::get_z_far() const {
-	return (columns[3][3] - columns[3][2]) / (columns[2][2] - columns[2][3]);
+	return (columns[3][2] - columns[3][3]) / (columns[2][2] - columns[2][3]);
 }
 
 real_t Projection::get_z_near() const {
@@ -204,18 +202,15 @@ real_t Projection::get_z_near() const {
 }
 
 real_t Projection::get_aspect() const {
-	const Vector2 half = get_viewport_half_extents();
-	return half.x / half.y;
+	return columns[1][1] / columns[0][0];
 }
 
 real_t Projection::get_fov() const {
-	const Plane right = get_projection_plane(PLANE_RIGHT);
-	if (columns[2][0] == 0 && columns[2][1] == 0) {
-		return Math::rad_to_deg(Math::acos(Math::abs(right.normal.x))) * 2.0f;
+	if (columns[2][0] == 0) {
+		return Math::rad_to_deg(real_t(2 * Math::atan2(1.0, double(columns[0][0]))));
 	}
 	// Off-centre, as for one of two eyes.
-	const Plane left = get_projection_plane(PLANE_LEFT);
-	return Math::rad_to_deg(Math::acos(Math::abs(left.normal.x))) + Math::rad_to_deg(Math::acos(Math::abs(right.normal.x)));
+	return Math::rad_to_deg(Math::atan2(1 - columns[2][0], columns[0][0]) + Math::atan2(columns[2][0] + 1, columns[0][0]));
 }
 
 bool Projection::is_orthogonal() const {
@@ -233,16 +228,12 @@ Vector2 Projection::get_far_plane_half_extents() const {
 }
 
 int Projection::get_pixels_per_meter(int for_pixel_width) const {
-	const Vector3 one_metre = xform(Vector3(1, 0, -1));
-	return int((one_metre.x * 0.5f + 0.5f) * for_pixel_width);
+	const real_t width = 2 * get_viewport_half_extents().x;
+	return int(for_pixel_width / width);
 }
 
 real_t Projection::get_lod_multiplier() const {
-	if (is_orthogonal()) {
-		return get_viewport_half_extents().x;
-	}
-	const real_t width = get_viewport_half_extents().x * 2.0f;
-	return 1.0f / (get_z_near() / width);
+	return 2 / columns[0][0];
 }
 
 Vector3 Projection::xform(const Vector3 &v) const {

@@ -167,7 +167,8 @@ Quaternion Quaternion::slerp(const Quaternion &to, real_t weight) const {
 	if (1 - cosine > real_t(CMP_EPSILON)) {
 		const real_t angle = Math::acos(cosine);
 		const real_t sine = Math::sin(angle);
-		share_from = Math::sin((1 - weight) * angle) / sine;
+		// In double, as the engine has it.
+		share_from = real_t(Math::sin((1.0 - weight) * angle) / sine);
 		share_to = Math::sin(weight * angle) / sine;
 	}
 	return Quaternion(share_from * x + share_to * end.x, share_from * y + share_to * end.y, share_from * z + share_to * end.z, share_from * w + share_to * end.w);

@@ -87,7 +87,9 @@ Transform2D Transform2D::affine_inverse() const {
 }
 
 void Transform2D::set_rotation(real_t rotation) {
-	set_rotation_scale_and_skew(rotation, get_scale(), get_skew());
+	const Size2 scale = get_scale();
+	*this = Transform2D(rotation, columns[2]);
+	set_scale(scale);
 }
 
 void Transform2D::set_skew(real_t skew) {

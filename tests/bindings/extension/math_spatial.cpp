@@ -16,9 +16,9 @@ static const MathCase plane_cases[] = {
 	MATH_2(Plane, Vector3, a.project(b)),
 	MATH_2(Plane, Plane, a == b),
 	MATH_2(Plane, Plane, a.is_equal_approx(b)),
-	MATH_3(Plane, Plane, Plane, a.intersect_3(b, c)),
-	MATH_3(Plane, Vector3, Vector3, a.intersects_ray(b, c)),
-	MATH_3(Plane, Vector3, Vector3, a.intersects_segment(b, c)),
+	MATH_SPELLED_3(Plane, Plane, Plane, "a.intersect_3(b, c)", a.intersect_3_bind(b, c)),
+	MATH_SPELLED_3(Plane, Vector3, Vector3, "a.intersects_ray(b, c)", a.intersects_ray_bind(b, c)),
+	MATH_SPELLED_3(Plane, Vector3, Vector3, "a.intersects_segment(b, c)", a.intersects_segment_bind(b, c)),
 };
 
 static const MathCase quaternion_cases[] = {
@@ -74,8 +74,8 @@ static const MathCase aabb_cases[] = {
 	MATH_2(AABB, Float, a.grow(b)),
 	MATH_2(AABB, Plane, a.intersects_plane(b)),
 	MATH_SPELLED_1(AABB, "a.get_endpoint(5)", a.get_endpoint(5)),
-	MATH_3(AABB, Vector3, Vector3, a.intersects_segment(b, c)),
-	MATH_3(AABB, Vector3, Vector3, a.intersects_ray(b, c)),
+	MATH_SPELLED_3(AABB, Vector3, Vector3, "a.intersects_segment(b, c)", a.intersects_segment_bind(b, c)),
+	MATH_SPELLED_3(AABB, Vector3, Vector3, "a.intersects_ray(b, c)", a.intersects_ray_bind(b, c)),
 };
 
 static const MathCase basis_cases[] = {

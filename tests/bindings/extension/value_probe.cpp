@@ -91,7 +91,8 @@ void BindingsValues::churn(const Variant &value, int64_t times) const {
 		Variant copy = value;
 		Variant moved = std::move(copy);
 		copy = moved;
-		copy = copy;
+		const Variant &itself = copy;
+		copy = itself;
 		moved = Variant();
 		Array array = Array::make(copy, copy);
 		array.append(array[0]);

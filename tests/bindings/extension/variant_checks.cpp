@@ -1,6 +1,7 @@
 #include "variant_checks.hpp"
 
 #include <godot_cpp/classes/object.hpp>
+#include <godot_cpp/classes/ref.hpp>
 #include <godot_cpp/classes/ref_counted.hpp>
 #include <godot_cpp/core/object.hpp>
 #include <godot_cpp/variant/variant.hpp>
@@ -190,7 +191,8 @@ void check_objects(Checks &check) {
 
 void check_lifetimes(Checks &check) {
 	Variant value = "first";
-	value = value;
+	const Variant &itself = value;
+	value = itself;
 	CHECK(static_cast<String>(value) == "first");
 	Variant taken = std::move(value);
 	CHECK(value.get_type() == Variant::NIL && static_cast<String>(taken) == "first");

@@ -29,14 +29,29 @@ namespace internal {
 
 struct ClassInfo;
 
-using SetHook = bool(const StringName &, const Variant &);
-using GetHook = bool(const StringName &, Variant &) const;
-using PropertyListHook = void(List<PropertyInfo> *) const;
-using CanRevertHook = bool(const StringName &) const;
-using GetRevertHook = bool(const StringName &, Variant &) const;
-using ValidateHook = void(PropertyInfo &) const;
-using NotificationHook = void(int);
-using ToStringHook = String() const;
+using SetHook = bool (*)(Wrapped *, const StringName &, const Variant &);
+using GetHook = bool (*)(Wrapped *, const StringName &, Variant &);
+using PropertyListHook = void (*)(Wrapped *, List<PropertyInfo> *);
+using CanRevertHook = bool (*)(Wrapped *, const StringName &);
+using ValidateHook = void (*)(Wrapped *, PropertyInfo &);
+using NotificationHook = void (*)(Wrapped *, int);
+using ToStringHook = String (*)(Wrapped *);
+
+// A hook as a plain function: unlike a pointer to a member of Wrapped, g++ initialises it at compile time.
+template <auto member>
+struct HookFunction;
+
+template <class T, class R, class... P, R (T::*member)(P...)>
+struct HookFunction<member> {
+	using Owner = T;
+	static R call(Wrapped *p_instance, P... p_arguments) { return (static_cast<T *>(p_instance)->*member)(p_arguments...); }
+};
+
+template <class T, class R, class... P, R (T::*member)(P...) const>
+struct HookFunction<member> {
+	using Owner = T;
+	static R call(Wrapped *p_instance, P... p_arguments) { return (static_cast<T *>(p_instance)->*member)(p_arguments...); }
+};
 
 // One for each class. Hooks are null where the class itself does not define them, so that only those that exist are ever asked.
 struct ClassTag {
@@ -44,14 +59,14 @@ struct ClassTag {
 	mutable StaticName name;
 	bool is_extension;
 	void (*bind_methods)();
-	SetHook Wrapped::*set;
-	GetHook Wrapped::*get;
-	PropertyListHook Wrapped::*get_property_list;
-	CanRevertHook Wrapped::*property_can_revert;
-	GetRevertHook Wrapped::*property_get_revert;
-	ValidateHook Wrapped::*validate_property;
-	NotificationHook Wrapped::*notification;
-	ToStringHook Wrapped::*to_string;
+	SetHook set;
+	GetHook get;
+	PropertyListHook get_property_list;
+	CanRevertHook property_can_revert;
+	GetHook property_get_revert;
+	ValidateHook validate_property;
+	NotificationHook notification;
+	ToStringHook to_string;
 
 	const StringName &get_name() const { return name.get(); }
 
@@ -68,10 +83,10 @@ struct ClassTag {
 // Reaches into classes for their hooks and their registration; GDCLASS befriends it.
 struct ClassAccess {
 	// A hook that T inherits names the ancestor in its type.
-	template <class Hook, class T, class Owner>
-	static constexpr Hook Wrapped::*own_hook(Hook Owner::*p_hook) {
-		if constexpr (std::is_same_v<T, Owner>) {
-			return static_cast<Hook Wrapped::*>(p_hook);
+	template <class Hook, class T, auto member>
+	static constexpr Hook own_hook() {
+		if constexpr (std::is_same_v<T, typename HookFunction<member>::Owner>) {
+			return &HookFunction<member>::call;
 		} else {
 			return nullptr;
 		}
@@ -177,14 +192,14 @@ constexpr ClassTag ClassAccess::make_tag() {
 			StaticName(T::_class_name_text),
 			true,
 			&T::_bind_methods,
-			own_hook<SetHook, T>(&T::_set),
-			own_hook<GetHook, T>(&T::_get),
-			own_hook<PropertyListHook, T>(&T::_get_property_list),
-			own_hook<CanRevertHook, T>(&T::_property_can_revert),
-			own_hook<GetRevertHook, T>(&T::_property_get_revert),
-			own_hook<ValidateHook, T>(&T::_validate_property),
-			own_hook<NotificationHook, T>(&T::_notification),
-			own_hook<ToStringHook, T>(&T::_to_string),
+			own_hook<SetHook, T, &T::_set>(),
+			own_hook<GetHook, T, &T::_get>(),
+			own_hook<PropertyListHook, T, &T::_get_property_list>(),
+			own_hook<CanRevertHook, T, &T::_property_can_revert>(),
+			own_hook<GetHook, T, &T::_property_get_revert>(),
+			own_hook<ValidateHook, T, &T::_validate_property>(),
+			own_hook<NotificationHook, T, &T::_notification>(),
+			own_hook<ToStringHook, T, &T::_to_string>(),
 		};
 	} else {
 		return { parent, StaticName(T::_class_name_text), false, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr };
@@ -193,60 +208,66 @@ constexpr ClassTag ClassAccess::make_tag() {
 
 } // namespace internal
 
-#define GODOT_WRAPPED_CLASS_(m_class, m_name, m_inherits, m_is_extension)                                                                            \
-private:                                                                                                                                             \
-	friend class ::godot::ClassDB;                                                                                                                   \
-	friend struct ::godot::internal::ClassAccess;                                                                                                    \
-	static constexpr const char *_class_name_text = m_name;                                                                                          \
-	static constexpr bool _is_extension_class_static = m_is_extension;                                                                               \
-                                                                                                                                                     \
-public:                                                                                                                                              \
-	typedef m_class self_type;                                                                                                                       \
-	typedef m_inherits parent_type;                                                                                                                  \
-                                                                                                                                                     \
-	const ::godot::internal::ClassTag *_get_class_tag() const override { return ::godot::internal::class_tag_of<m_class>(); }                        \
-	static const ::godot::StringName &get_class_static() { return ::godot::internal::class_tag_of<m_class>()->get_name(); }                          \
-	static const ::godot::StringName &get_parent_class_static() { return ::godot::internal::class_tag_of<m_class>()->parent->get_name(); }
+#define GODOT_WRAPPED_CLASS_(m_class, m_name, m_inherits, m_is_extension)      \
+private:                                                                       \
+	friend class ::godot::ClassDB;                                             \
+	friend struct ::godot::internal::ClassAccess;                              \
+	static constexpr const char *_class_name_text = m_name;                    \
+	static constexpr bool _is_extension_class_static = m_is_extension;         \
+                                                                               \
+public:                                                                        \
+	typedef m_class self_type;                                                 \
+	typedef m_inherits parent_type;                                            \
+                                                                               \
+	const ::godot::internal::ClassTag *_get_class_tag() const override {       \
+		return ::godot::internal::class_tag_of<m_class>();                     \
+	}                                                                          \
+	static const ::godot::StringName &get_class_static() {                     \
+		return ::godot::internal::class_tag_of<m_class>()->get_name();         \
+	}                                                                          \
+	static const ::godot::StringName &get_parent_class_static() {              \
+		return ::godot::internal::class_tag_of<m_class>()->parent->get_name(); \
+	}
 
 // Opens an extension class. What follows is private, as in any class.
-#define GDCLASS(m_class, m_inherits)                                \
-	GODOT_WRAPPED_CLASS_(m_class, #m_class, m_inherits, true)       \
-                                                                    \
+#define GDCLASS(m_class, m_inherits)                          \
+	GODOT_WRAPPED_CLASS_(m_class, #m_class, m_inherits, true) \
+                                                              \
 private:
 
 // Opens the wrapper of an engine class; m_alias_for is the engine's name for it.
-#define GDEXTENSION_CLASS_ALIAS(m_class, m_alias_for, m_inherits)                                                                                    \
-	GODOT_WRAPPED_CLASS_(m_class, #m_alias_for, m_inherits, false)                                                                                   \
-	m_class() :                                                                                                                                      \
-			m_class(*::godot::internal::class_tag_of<m_class>()) {}                                                                                  \
-                                                                                                                                                     \
-	static void *_gde_binding_create_callback(void *, void *p_instance) {                                                                            \
-		return static_cast<::godot::Wrapped *>(new (::godot::internal::memnew_tag) m_class(static_cast<::godot::GodotObject *>(p_instance)));        \
-	}                                                                                                                                                \
-	static constexpr GDExtensionInstanceBindingCallbacks _gde_binding_callbacks = {                                                                  \
-		&_gde_binding_create_callback,                                                                                                               \
-		&::godot::internal::free_engine_binding,                                                                                                     \
-		&::godot::internal::keep_engine_binding,                                                                                                     \
-	};                                                                                                                                               \
-                                                                                                                                                     \
-protected:                                                                                                                                           \
-	explicit m_class(const ::godot::internal::ClassTag &p_engine_class) :                                                                            \
-			m_inherits(p_engine_class) {}                                                                                                            \
-	explicit m_class(::godot::GodotObject *p_owner) :                                                                                                \
-			m_inherits(p_owner) {}                                                                                                                   \
-                                                                                                                                                     \
+#define GDEXTENSION_CLASS_ALIAS(m_class, m_alias_for, m_inherits)                                                                             \
+	GODOT_WRAPPED_CLASS_(m_class, #m_alias_for, m_inherits, false)                                                                            \
+	m_class() :                                                                                                                               \
+			m_class(*::godot::internal::class_tag_of<m_class>()) {}                                                                           \
+                                                                                                                                              \
+	static void *_gde_binding_create_callback(void *, void *p_instance) {                                                                     \
+		return static_cast<::godot::Wrapped *>(new (::godot::internal::memnew_tag) m_class(static_cast<::godot::GodotObject *>(p_instance))); \
+	}                                                                                                                                         \
+	static constexpr GDExtensionInstanceBindingCallbacks _gde_binding_callbacks = {                                                           \
+		&_gde_binding_create_callback,                                                                                                        \
+		&::godot::internal::free_engine_binding,                                                                                              \
+		&::godot::internal::keep_engine_binding,                                                                                              \
+	};                                                                                                                                        \
+                                                                                                                                              \
+protected:                                                                                                                                    \
+	explicit m_class(const ::godot::internal::ClassTag &p_engine_class) :                                                                     \
+			m_inherits(p_engine_class) {}                                                                                                     \
+	explicit m_class(::godot::GodotObject *p_owner) :                                                                                         \
+			m_inherits(p_owner) {}                                                                                                            \
+                                                                                                                                              \
 private:
 
 #define GDEXTENSION_CLASS(m_class, m_inherits) GDEXTENSION_CLASS_ALIAS(m_class, m_class, m_inherits)
 
 // Inside register_virtuals() of an engine class, for a virtual that m_class overrides.
-#define BIND_VIRTUAL_METHOD(m_class, m_method, m_hash)                                                                                               \
-	::godot::internal::bind_virtual_method(                                                                                                          \
-			::godot::internal::class_tag_of<m_class>(), #m_method,                                                                                   \
-			[](GDExtensionClassInstancePtr p_instance, const GDExtensionConstTypePtr *p_arguments, GDExtensionTypePtr r_return) {                    \
-				m_class *instance = static_cast<m_class *>(static_cast<::godot::Wrapped *>(p_instance));                                             \
-				::godot::call_with_ptr_args(instance, &m_class::m_method, p_arguments, r_return);                                                    \
-			},                                                                                                                                       \
+#define BIND_VIRTUAL_METHOD(m_class, m_method, m_hash)                                                                            \
+	::godot::internal::bind_virtual_method(                                                                                       \
+			::godot::internal::class_tag_of<m_class>(), #m_method,                                                                \
+			[](GDExtensionClassInstancePtr p_instance, const GDExtensionConstTypePtr *p_arguments, GDExtensionTypePtr r_return) { \
+				m_class *instance = static_cast<m_class *>(static_cast<::godot::Wrapped *>(p_instance));                          \
+				::godot::call_with_ptr_args(instance, &m_class::m_method, p_arguments, r_return);                                 \
+			},                                                                                                                    \
 			m_hash)
 
 } // namespace godot

@@ -290,13 +290,13 @@ constexpr double deg_to_rad(double degrees) {
 	return degrees * (PI / 180.0);
 }
 constexpr float deg_to_rad(float degrees) {
-	return degrees * float(PI / 180.0);
+	return degrees * (float(PI) / 180.0f);
 }
 constexpr double rad_to_deg(double radians) {
 	return radians * (180.0 / PI);
 }
 constexpr float rad_to_deg(float radians) {
-	return radians * float(180.0 / PI);
+	return radians * (180.0f / float(PI));
 }
 
 inline double linear_to_db(double linear) {

@@ -149,7 +149,8 @@ template <class R, class... P>
 class MethodBindStatic final : public MethodBind {
 	static_assert(sizeof...(P) <= MAX_ARGUMENTS, "Too many arguments for a bound method.");
 
-	R (*function)(P...);
+	R(*function)
+	(P...);
 
 	template <size_t... I>
 	void invoke_indexed(const Variant *const *p_arguments, Variant &r_return, std::index_sequence<I...>) const {

@@ -130,17 +130,17 @@ template <class T>
 struct GetTypeInfo<T &> : GetTypeInfo<T> {};
 
 // An enumeration whose name the engine is told, so that scripts and the documentation show it.
-#define MAKE_ENUM_INFO(m_type, m_name, m_usage)                                                                                                  \
-	template <>                                                                                                                                  \
-	struct GetTypeInfo<m_type> {                                                                                                                 \
-		static constexpr GDExtensionVariantType VARIANT_TYPE = GDEXTENSION_VARIANT_TYPE_INT;                                                     \
-		static constexpr GDExtensionClassMethodArgumentMetadata METADATA = GDEXTENSION_METHOD_ARGUMENT_METADATA_NONE;                             \
-		static PropertyInfo get_class_info() { return internal::make_enum_info(m_name, PROPERTY_USAGE_DEFAULT | m_usage); }                       \
+#define MAKE_ENUM_INFO(m_type, m_name, m_usage)                                                                             \
+	template <>                                                                                                             \
+	struct GetTypeInfo<m_type> {                                                                                            \
+		static constexpr GDExtensionVariantType VARIANT_TYPE = GDEXTENSION_VARIANT_TYPE_INT;                                \
+		static constexpr GDExtensionClassMethodArgumentMetadata METADATA = GDEXTENSION_METHOD_ARGUMENT_METADATA_NONE;       \
+		static PropertyInfo get_class_info() { return internal::make_enum_info(m_name, PROPERTY_USAGE_DEFAULT | m_usage); } \
 	};
 
 #define MAKE_ENUM_TYPE_INFO(m_enum) MAKE_ENUM_INFO(m_enum, #m_enum, PROPERTY_USAGE_CLASS_IS_ENUM)
-#define MAKE_BITFIELD_TYPE_INFO(m_enum)                                       \
-	MAKE_ENUM_INFO(m_enum, #m_enum, PROPERTY_USAGE_CLASS_IS_BITFIELD)          \
+#define MAKE_BITFIELD_TYPE_INFO(m_enum)                               \
+	MAKE_ENUM_INFO(m_enum, #m_enum, PROPERTY_USAGE_CLASS_IS_BITFIELD) \
 	MAKE_ENUM_INFO(BitField<m_enum>, #m_enum, PROPERTY_USAGE_CLASS_IS_BITFIELD)
 
 } // namespace godot

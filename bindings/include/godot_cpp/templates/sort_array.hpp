@@ -9,7 +9,6 @@
 
 namespace godot {
 
-
 template <typename T>
 struct _DefaultComparator {
 	bool operator()(const T &a, const T &b) const { return a < b; }

@@ -433,4 +433,5 @@ struct VariantComparator {
 
 } // namespace godot
 
+#include <godot_cpp/variant/builtin_vararg_methods.hpp>
 #include <godot_cpp/variant/vformat.hpp>

@@ -1,0 +1,125 @@
+extends Story
+## What machines ask of the allocator while they run: nothing. Every request made within a call of the library counts, also
+## the engine's on its behalf; [code]tests/allocations/count_allocations.c[/code] does the counting.
+
+const LIBRARY: String = "libquillstead_core"
+const FRAMES: int = 1000
+
+
+func most_frames() -> int:
+	return 2 * FRAMES
+
+
+func test_the_counter_sees_the_library_and_what_the_engine_does_for_it() -> void:
+	if not _can_count():
+		return
+	var guard := start(machine([state("Look")]))
+	AllocationCounter.begin(LIBRARY)
+	var states := guard.active_states()
+	var made := AllocationCounter.end()
+	expect_equal(states.size(), 1)
+	expect(made > 0, "an array was made and nothing was counted")
+	expect(not AllocationCounter.sites().is_empty(), "a counted request has no place in the library")
+	AllocationCounter.begin(LIBRARY)
+	var own := range(100)
+	expect_equal(AllocationCounter.end(), 0, "an array of the story's own: ")
+	expect_equal(own.size(), 100)
+
+
+func test_a_tick_asks_for_nothing() -> void:
+	var counting := start(machine([
+		state("Count", [_each_frame("frames", 1.0)]),
+	], {"name": "Counting", "variables": {"frames": 0.0}}))
+	var limited := start(machine([
+		state("Fill", [_each_frame("level", 0.5, {"per_second": true}), _each_frame("whole", 3, {"update_interval": 0.1})]),
+	], {"name": "Limited", "variables": [variable("level", 0.0, {"never_above": "top"}), variable("top", 4.0), variable("whole", 0, {"never_above": "100"})]}))
+	var nested := start(machine([
+		state("Walk", [_each_frame("steps", 1)], {}, {"parallel": {
+			"Legs": [state("Left", [_each_frame("left", 1)])],
+			"Arms": [state("Swing", [_each_frame("right", 1)], {}, {"sub_states": [state("Up", [_each_frame("up", true, {"operation": SCSetVariableAction.TOGGLE})])]})],
+		}}),
+	], {"name": "Nested", "variables": {"steps": 0, "left": 0, "right": 0, "up": false}}))
+	var physical := start(machine([
+		state("Fall", [_each_frame("ticks", 1)]),
+	], {"name": "Physical", "physics_tick": true, "variables": {"ticks": 0}}))
+	await _expect_nothing_over(FRAMES)
+	expect(counting.get_value("frames") >= float(FRAMES), "the machine that counts did not run: %s" % counting.get_value("frames"))
+	expect_equal(limited.get_value("level"), 4.0)
+	expect_equal(limited.get_value("whole"), 100)
+	for ticked: StringName in [&"steps", &"left", &"right"]:
+		expect(nested.get_value(ticked) >= FRAMES, "%s did not count" % ticked)
+	expect(physical.get_value("ticks") >= FRAMES - 1, "the physics lane did not run: %s" % physical.get_value("ticks"))
+
+
+func test_an_event_that_finds_no_transition_asks_for_nothing() -> void:
+	var guard := start(machine([
+		state("Patrol", [], {"seen": "Chase"}, {"parallel": {
+			"Eyes": [state("Open", [], {"blink": "Shut"}), state("Shut")],
+			"Ears": [state("Listen", [], {"noise": "Turn"}), state("Turn")],
+		}}),
+		state("Chase"),
+	]))
+	var one := RefCounted.new()
+	var sent: Array[int] = [0]
+	var send_all := func() -> void:
+		guard.send_event(&"nothing")
+		guard.send_event(&"carries a number", 1.5)
+		guard.send_event(&"carries a thing", one)
+		guard.send_event_from_signal(&"from a signal", 3)
+		sent[0] += 4
+	await _expect_nothing_over(FRAMES, send_all)
+	expect_equal(sent[0], 4 * FRAMES)
+	expect_states(guard, ["Patrol", "Open", "Listen"])
+
+
+func test_machines_that_wait_ask_for_nothing() -> void:
+	var waiting: Array[SCMachine] = []
+	for i in 100:
+		waiting.append(start(machine([
+			state("Wait", [wait(1000.0)], {"FINISHED": "Go"}),
+			state("Go"),
+		], {"name": "Waiting%d" % i})))
+	await _expect_nothing_over(FRAMES)
+	for one in waiting:
+		expect(not one.is_processing() and not one.is_physics_processing(), "a waiting machine is called each frame")
+		expect_state(one, "Wait")
+
+
+func test_a_number_that_is_written_again_asks_for_nothing() -> void:
+	var guard := start(machine([state("Look")], {"variables": {"health": 10.0, "armour": 3}}))
+	var written: Array[int] = [0]
+	var write := func() -> void:
+		written[0] += 1
+		guard.set_value(&"health", float(written[0]))
+		guard.set_value(&"armour", written[0])
+	await _expect_nothing_over(FRAMES, write)
+	expect_equal(guard.get_value("armour"), FRAMES)
+
+
+func _each_frame(name: StringName, value: Variant, options: Dictionary = {}) -> SCSetVariableAction:
+	return set_var(name, value, {"run_mode": SCMachineAction.EVERY_FRAME, "operation": SCSetVariableAction.ADD}.merged(options, true))
+
+
+## Lets the first frames pass, in which names are looked up and lists reach their size.
+func _expect_nothing_over(count: int, each_frame: Callable = Callable()) -> void:
+	if not _can_count():
+		return
+	for i in 5:
+		if each_frame.is_valid():
+			each_frame.call()
+		await frames(1)
+	expect(AllocationCounter.begin(LIBRARY), "%s is not loaded" % LIBRARY)
+	for i in count:
+		if each_frame.is_valid():
+			each_frame.call()
+		await frames(1)
+	var made := AllocationCounter.end()
+	expect(made == 0, "%d allocations in %d frames, from %s in %s" % [made, count, ", ".join(AllocationCounter.sites()), LIBRARY])
+
+
+func _can_count() -> bool:
+	if AllocationCounter.is_available():
+		return true
+	# The sanitizers have an allocator of their own.
+	expect(OS.has_environment("ASAN_OPTIONS"), "the counting allocator is not preloaded; ./dev test does it")
+	return false
