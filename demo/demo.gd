@@ -1,5 +1,5 @@
 extends Node2D
-## A small station in which everything that moves is run by a machine.
+## A small station in which everything but the player is run by a state machine.
 ##
 ## Opened as usual, it is there to be played. With [code]-- --demo-frames=N[/code] the visitor walks by itself, the buttons are
 ## clicked, every change of state is printed, and after N frames the run ends. [code]--shot=PATH[/code] leaves a picture.

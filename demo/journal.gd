@@ -6,6 +6,7 @@ var _crowd: Crowd
 var _seconds := 0.0
 var _frames := 0
 var _changes: Dictionary[SCMachine, int] = {}
+var _active: Dictionary[SCMachine, PackedStringArray] = {}
 var _crowd_moves := 0
 
 
@@ -21,8 +22,9 @@ func _ready() -> void:
 	for machine: SCMachine in SCMachine.machines_in_the_scene():
 		if not crowded.has(machine):
 			_changes[machine] = 0
+			_active[machine] = _states_of(machine)
 			machine.state_changed.connect(_on_state_changed.bind(machine))
-			_tell(_name_of(machine), "starts in %s" % _states_of(machine))
+			_tell(_name_of(machine), "starts in %s" % _listed(_active[machine]))
 	_crowd.moved.connect(_on_crowd_moved)
 	_tell("Crowd", "%d machines start in Idle" % _crowd.idle)
 
@@ -38,7 +40,7 @@ func summary() -> void:
 	for machine in _changes:
 		if is_instance_valid(machine):
 			var values := _values_of(machine)
-			print("  %-13s %3d changes, now in %s%s" % [_name_of(machine), _changes[machine], _states_of(machine), "" if values.is_empty() else "; " + values])
+			print("  %-13s %3d changes, now in %s%s" % [_name_of(machine), _changes[machine], _listed(_states_of(machine)), "" if values.is_empty() else "; " + values])
 	print("  %-13s %3d changes, now %d of %d in Idle" % ["Crowd", _crowd_moves, _crowd.idle, Crowd.SIZE])
 	if _crowd.quiet_frames > 0:
 		print("All machines together took %.1f µs a frame while the crowd was idle, %d µs in the busiest frame." % [float(_crowd.quiet_usec) / _crowd.quiet_frames, _crowd.longest_usec])
@@ -48,12 +50,16 @@ func _tell(who: String, what: String) -> void:
 	print("%6.2f s  %s: %s" % [_seconds, who, what])
 
 
-func _on_state_changed(before: SCMachineState, now: SCMachineState, machine: SCMachine) -> void:
+# What was left and what was entered, also where several states run side by side.
+func _on_state_changed(before: SCMachineState, _now: SCMachineState, machine: SCMachine) -> void:
+	var was := _active[machine]
+	var is_now := _states_of(machine)
+	_active[machine] = is_now
 	_changes[machine] += 1
 	if before == null:
-		_tell(_name_of(machine), "goes on in %s" % now.state_name)
+		_tell(_name_of(machine), "goes on in %s" % _listed(is_now))
 	else:
-		_tell(_name_of(machine), "%s -> %s" % [before.state_name, now.state_name])
+		_tell(_name_of(machine), "%s -> %s" % [_listed(_without(was, is_now)), _listed(_without(is_now, was))])
 
 
 func _on_crowd_moved(from: String, to: String, how_many: int) -> void:
@@ -65,10 +71,22 @@ static func _name_of(machine: SCMachine) -> String:
 	return String(machine.get_parent().name).capitalize()
 
 
-static func _states_of(machine: SCMachine) -> String:
+static func _states_of(machine: SCMachine) -> PackedStringArray:
 	var names := PackedStringArray()
 	for state: SCMachineState in machine.active_states():
 		names.append(state.state_name)
+	return names
+
+
+static func _without(names: PackedStringArray, others: PackedStringArray) -> PackedStringArray:
+	var left := PackedStringArray()
+	for state_name in names:
+		if not others.has(state_name):
+			left.append(state_name)
+	return left
+
+
+static func _listed(names: PackedStringArray) -> String:
 	return "nothing" if names.is_empty() else ", ".join(names)
 
 

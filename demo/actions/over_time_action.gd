@@ -17,7 +17,7 @@ extends SCMachineAction
 func _enter(m: SCMachine, index: int) -> void:
 	var node := m.target.get_node_or_null(node_path) as CanvasItem
 	if node == null:
-		push_warning("%s on %s finds nothing to change at %s, so it did nothing. Pick a node in its Node Path." % [_summary(), m.target.name, node_path])
+		push_warning("%s on %s finds nothing to change at %s, so it did nothing. Pick a node in its Node Path." % [summary(), m.target.name, node_path])
 		m.finish(index)
 		return
 	var tween := m.create_tween().set_trans(Tween.TRANS_SINE)

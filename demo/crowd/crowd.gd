@@ -10,7 +10,7 @@ const SIZE := 1000
 
 const _MEMBER := preload("res://demo/crowd/member.tscn")
 const _COLUMNS := 125
-const _SPACING := Vector2(8.6, 8.0)
+const _SPACING := Vector2(8.6, 7.4)
 const _COLORS: Array[Color] = [Color("4fd1c5"), Color("ffd166"), Color("ff7b6b"), Color("8fa8ff")]
 const _QUIET_FRAMES := 20
 const _FRAMES_PER_LABEL := 15

@@ -3,6 +3,7 @@
 // The names the runtime reads, calls and emits by, built once on first use and freed when the
 // library is unloaded: no name is built on a tick.
 
+#include <godot_cpp/variant/node_path.hpp>
 #include <godot_cpp/variant/string_name.hpp>
 
 using namespace godot;
@@ -80,6 +81,22 @@ struct MachineNames {
 
 	// Called on the fast lane when the state of a resting action is left.
 	StringName drop_job = "remove";
+
+	// Companion scripts that every start goes by, and what is called on them.
+	StringName carry_over_script = "quillstead_carry_over";
+	StringName is_waiting = "is_waiting";
+	StringName claim = "claim";
+	StringName take_in = "take_in";
+	StringName start_timers = "start_timers";
+	StringName system_events_script = "system_events";
+	StringName is_system_event = "is_system_event";
+
+	// Where a node's own machine is looked for first.
+	NodePath machine_child = NodePath("Machine");
+	StringName velocity = "velocity";
+	StringName velocity_computed = "velocity_computed";
+	StringName on_velocity_computed = "_on_velocity_computed";
+	StringName move_and_slide = "move_and_slide";
 
 	static const MachineNames &shared();
 	static void free_shared();

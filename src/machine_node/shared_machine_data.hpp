@@ -1,9 +1,13 @@
 #pragma once
 
-// What all machines of the game have in common: the global variables and the table of machines.
+// What all machines of the game have in common: the global variables, the table of machines, and what
+// needs to be asked or done only once for all of them.
 // Made when the first machine asks for it, freed when the library is unloaded.
 
+#include <godot_cpp/templates/hash_map.hpp>
+#include <godot_cpp/templates/hash_set.hpp>
 #include <godot_cpp/variant/dictionary.hpp>
+#include <godot_cpp/variant/string_name.hpp>
 
 #include <cstdint>
 
@@ -20,6 +24,14 @@ struct SharedMachineData {
 	Dictionary globals_at_scene_start;
 	uint64_t scene_id = 0;
 	bool scene_seen = false;
+
+	// By id, the templates that have been warmed up.
+	HashSet<uint64_t> warmed_templates;
+	// Event name to whether nodes or the application send it by themselves.
+	HashMap<StringName, bool> system_events;
+	// The tree in which the watcher of input devices stands, and the frame in which it was last asked for.
+	uint64_t devices_tree = 0;
+	uint64_t devices_asked_at = 0;
 
 	static SharedMachineData &shared();
 	static void free_shared();

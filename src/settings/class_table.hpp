@@ -40,23 +40,23 @@ struct EnumWords {
 	}
 
 // Goes into the class body beside GDCLASS: the accessors that setting() binds.
-#define SC_FIELDS                                                    \
-public:                                                              \
-	template <auto Field>                                            \
-	void put_field(typename FieldOf<Field>::Argument value) {        \
-		const auto fresh = typename FieldOf<Field>::Value(value);    \
-		if (FieldOf<Field>::relists() && !(fresh == this->*Field)) { \
-			this->*Field = fresh;                                    \
-			notify_property_list_changed();                          \
-			return;                                                  \
-		}                                                            \
-		this->*Field = fresh;                                        \
-	}                                                                \
-	template <auto Field>                                            \
-	typename FieldOf<Field>::Bound take_field() const {              \
-		return typename FieldOf<Field>::Bound(this->*Field);         \
-	}                                                                \
-                                                                     \
+#define SC_FIELDS                                                     \
+public:                                                               \
+	template <auto Field>                                             \
+	void put_field(typename FieldOf<Field>::Argument given_) {        \
+		const auto fresh_ = typename FieldOf<Field>::Value(given_);   \
+		if (FieldOf<Field>::relists() && !(fresh_ == this->*Field)) { \
+			this->*Field = fresh_;                                    \
+			notify_property_list_changed();                           \
+			return;                                                   \
+		}                                                             \
+		this->*Field = fresh_;                                        \
+	}                                                                 \
+	template <auto Field>                                             \
+	typename FieldOf<Field>::Bound take_field() const {               \
+		return typename FieldOf<Field>::Bound(this->*Field);          \
+	}                                                                 \
+                                                                      \
 private:
 
 template <class Member>

@@ -312,7 +312,7 @@ func _named(states: Array, name: StringName) -> SCMachineState:
 	if name.is_empty():
 		return states[0]
 	for candidate: SCMachineState in states:
-		if candidate.state_name == name:
+		if candidate != null and candidate.state_name == name:
 			return candidate
 	push_error("The story names a state that is not there: %s" % name)
 	return null

@@ -4,6 +4,7 @@ extends Story
 
 const LIBRARY: String = "libquillstead_core"
 const FRAMES: int = 1000
+const WARM_UP: int = 5
 
 
 func most_frames() -> int:
@@ -22,7 +23,7 @@ func test_the_counter_sees_the_library_and_what_the_engine_does_for_it() -> void
 	expect(not AllocationCounter.sites().is_empty(), "a counted request has no place in the library")
 	AllocationCounter.begin(LIBRARY)
 	var own := range(100)
-	expect_equal(AllocationCounter.end(), 0, "an array of the story's own: ")
+	expect_equal(AllocationCounter.end(), 0, "an array of the story's own")
 	expect_equal(own.size(), 100)
 
 
@@ -68,7 +69,7 @@ func test_an_event_that_finds_no_transition_asks_for_nothing() -> void:
 		guard.send_event_from_signal(&"from a signal", 3)
 		sent[0] += 4
 	await _expect_nothing_over(FRAMES, send_all)
-	expect_equal(sent[0], 4 * FRAMES)
+	expect_equal(sent[0], 4 * (WARM_UP + FRAMES))
 	expect_states(guard, ["Patrol", "Open", "Listen"])
 
 
@@ -93,7 +94,7 @@ func test_a_number_that_is_written_again_asks_for_nothing() -> void:
 		guard.set_value(&"health", float(written[0]))
 		guard.set_value(&"armour", written[0])
 	await _expect_nothing_over(FRAMES, write)
-	expect_equal(guard.get_value("armour"), FRAMES)
+	expect_equal(guard.get_value("armour"), WARM_UP + FRAMES)
 
 
 func _each_frame(name: StringName, value: Variant, options: Dictionary = {}) -> SCSetVariableAction:
@@ -102,19 +103,21 @@ func _each_frame(name: StringName, value: Variant, options: Dictionary = {}) -> 
 
 ## Lets the first frames pass, in which names are looked up and lists reach their size.
 func _expect_nothing_over(count: int, each_frame: Callable = Callable()) -> void:
+	await _play(WARM_UP, each_frame)
 	if not _can_count():
+		await _play(count, each_frame)
 		return
-	for i in 5:
-		if each_frame.is_valid():
-			each_frame.call()
-		await frames(1)
 	expect(AllocationCounter.begin(LIBRARY), "%s is not loaded" % LIBRARY)
+	await _play(count, each_frame)
+	var made := AllocationCounter.end()
+	expect(made == 0, "%d allocations in %d frames, from %s in %s" % [made, count, ", ".join(AllocationCounter.sites()), LIBRARY])
+
+
+func _play(count: int, each_frame: Callable) -> void:
 	for i in count:
 		if each_frame.is_valid():
 			each_frame.call()
 		await frames(1)
-	var made := AllocationCounter.end()
-	expect(made == 0, "%d allocations in %d frames, from %s in %s" % [made, count, ", ".join(AllocationCounter.sites()), LIBRARY])
 
 
 func _can_count() -> bool:

@@ -89,7 +89,7 @@ func test_progress_counts_only_so_far() -> void:
 	expect(steps[0] > 100 and steps[0] < 140, "went round %d times" % steps[0])
 
 
-func test_a_ring_met_while_a_state_is_left_stops_too() -> void:
+func test_a_ring_through_sub_states_is_one_too() -> void:
 	var made := machine([
 		state("Start", [act("start")], {"go": "Round"}),
 		state("Round", [], {"FINISHED": "And"}, {"sub_states": [state("Round Inside", [], {}, {"end": true})]}),

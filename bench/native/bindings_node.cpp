@@ -1,0 +1,5 @@
+#include "bindings_node.hpp"
+
+void BenchBindingsNode::_process(double) {
+	frames++;
+}

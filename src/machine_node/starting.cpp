@@ -1,0 +1,148 @@
+// Starting a machine: what it runs, what its variables hold, what it carried over from the last scene.
+
+#include "design/state_walk.hpp"
+#include "machine/companion_scripts.hpp"
+#include "machine/machine_run.hpp"
+#include "machine/names.hpp"
+#include "machine_node/shared_machine_data.hpp"
+#include "machine_node/values_setup.hpp"
+#include "sc_machine.hpp"
+
+#include <godot_cpp/variant/utility_functions.hpp>
+
+void SCMachine::start() {
+	MachineRun &its_run = run();
+	MachineRun::Busy keep(its_run);
+	// 1. While states are being left nothing may begin: it is done as soon as they have been.
+	if (its_run.is_leaving()) {
+		its_run.want_start();
+		return;
+	}
+	// 2. A running machine begins anew, unless its last actions have seen to that, or will not have it.
+	if (its_run.is_running()) {
+		its_run.stop();
+		if (its_run.machine() == nullptr || its_run.is_running()) {
+			return;
+		}
+	}
+
+	// Nearly every step below may run a game's code, and that may free this node, or stop or start it
+	// for itself: the later word stands.
+	const uint32_t this_start = ++start_count;
+	const auto goes_on = [&] { return its_run.machine() != nullptr && start_count == this_start; };
+	// What is replaced goes last, as its end may run a game's code as well.
+	const Array former_states = states;
+	const Array former_variables = variables;
+	const Ref<SCMachineState> former_initial_state = initial_state;
+
+	// 3. What is left of former runs.
+	start_held = false;
+	start_wanted = false;
+	its_run.clear_resume_states();
+	bind_shared_data();
+	if (target_node() == nullptr) {
+		find_target();
+	}
+	if (!is_inside_tree() && !target_path.is_empty()) {
+		start_wanted = true;
+		return;
+	}
+	// 4. The first machine to start in a scene notes the globals as they are.
+	MachineValues::note_scene_start(this);
+
+	// 5. and 6. The design.
+	int64_t loop_limit = LOOP_INCREMENT_LIMIT;
+	if (machine_template.is_valid()) {
+		loop_limit = machine_template->loop_increment_limit;
+		initial_state = machine_template->initial_state;
+		states = machine_template->states.duplicate();
+		variables = machine_template->variables.duplicate();
+	}
+	const Array design = all_states();
+	register_globals(design);
+	const Dictionary starting = MachineValues::starting_values_of(this);
+	if (!goes_on()) {
+		return;
+	}
+	its_run.load_values(starting);
+
+	// 7. The record of the machine that this one goes on from.
+	const Dictionary record = goes_on() ? claim_carried_record() : Dictionary();
+	if (!goes_on()) {
+		return;
+	}
+	const MachineNames &names = MachineNames::shared();
+	if (!record.is_empty()) {
+		CompanionScripts::call(names.carry_over_script, names.take_in, Array::make(this, record));
+		const StringName arrived = CompanionScripts::constant(names.carry_over_script, "ARRIVED_RECORD");
+		if (goes_on() && !arrived.is_empty()) {
+			set_meta(arrived, record);
+		}
+	}
+
+	// 8. Limits. What was carried over keeps its values; else some start full.
+	if (goes_on()) {
+		MachineValues::learn_limits(this);
+	}
+	if (goes_on() && record.is_empty()) {
+		MachineValues::start_attributes(this);
+	}
+	if (!goes_on()) {
+		return;
+	}
+
+	// 9. and 10. Off it goes.
+	const Ref<SCMachineState> first = initial_state;
+	if (first.is_null()) {
+		UtilityFunctions::push_warning(vformat("Machine on %s has no state to start in.", name_in_messages()));
+		return;
+	}
+	its_run.begin(design, physics_tick, debug_log, loop_limit, its_run.values_dictionary());
+	if (goes_on()) {
+		its_run.call_node(names.report_values);
+	}
+	if (goes_on()) {
+		connect_system_events();
+	}
+	if (goes_on() && !record.is_empty()) {
+		CompanionScripts::call(names.carry_over_script, names.start_timers, Array::make(this, record));
+	}
+	if (goes_on()) {
+		its_run.go_to_state(first);
+	}
+}
+
+TypedArray<SCMachineState> SCMachine::all_states() const {
+	StateWalk walk;
+	walk.visit_all(states);
+	walk.visit(initial_state);
+	return walk.found;
+}
+
+// A machine listens, and shares its globals, from the moment it joins the scene, running or not.
+void SCMachine::register_globals(const Array &design) {
+	Array listened_by = design;
+	if (design.is_empty()) {
+		listened_by = machine_template.is_valid() ? machine_template->all_states() : all_states();
+	}
+	core_register_globals(listened_by, machine_template.is_valid() ? Array(machine_template->global_event_names()) : Array());
+	MachineValues::share_globals(this);
+}
+
+void SCMachine::bind_shared_data() {
+	const SharedMachineData &shared = SharedMachineData::shared();
+	core_bind_globals(shared.globals, shared.sharing);
+}
+
+void SCMachine::find_target() {
+	set_target(target_path.is_empty() ? get_parent() : SCMachineBase::node_at(target_path));
+}
+
+Dictionary SCMachine::claim_carried_record() {
+	const MachineNames &names = MachineNames::shared();
+	if (!CompanionScripts::call(names.carry_over_script, names.is_waiting, Array()).booleanize()) {
+		return Dictionary();
+	}
+	const Variant record = CompanionScripts::call(names.carry_over_script, names.claim, Array::make(this));
+	return record.get_type() == Variant::DICTIONARY ? Dictionary(record) : Dictionary();
+}
