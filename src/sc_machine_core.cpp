@@ -37,14 +37,16 @@ StringName name_of(Object *holder, const StringName &property) {
 	return name.get_type() == Variant::STRING_NAME || name.get_type() == Variant::STRING ? StringName(name) : StringName();
 }
 
+// The work may free what it is done on, and finding that out is part of what is measured.
 template <class Work>
-double average_nanoseconds(int64_t times, const Work &work) {
-	if (times < 1) {
+double average_nanoseconds(Object *object, int64_t times, const Work &work) {
+	if (object == nullptr || times < 1) {
 		return 0.0;
 	}
+	const ObjectID id = ObjectID(object->get_instance_id());
 	Time *time = Time::get_singleton();
 	const uint64_t before = time->get_ticks_usec();
-	for (int64_t i = 0; i < times; i++) {
+	for (int64_t i = 0; i < times && ObjectDB::get_instance(id) != nullptr; i++) {
 		work();
 	}
 	return double(time->get_ticks_usec() - before) * 1000.0 / double(times);
@@ -59,29 +61,33 @@ SCMachineCore::~SCMachineCore() {
 void SCMachineCore::set_design(const Ref<Resource> &new_design) {
 	// Held to the end: with its last holder gone it may run a game's code.
 	const Ref<Resource> former = design;
+	const Ref<Resource> wanted = new_design;
+	design = wanted;
+	// Reading may run a game's code too, which may free this node or give it another design.
+	const ObjectID own_id = ObjectID(get_instance_id());
+	const Skeleton fresh(wanted);
+	if (ObjectDB::get_instance(own_id) == nullptr || design != wanted) {
+		return;
+	}
 	leave();
-	design = new_design;
-	rebuild();
+	skeleton = fresh;
+	current_row = NOWHERE;
 	if (is_inside_tree()) {
 		join();
 	}
 }
 
-void SCMachineCore::rebuild() {
-	rows.clear();
-	ways.clear();
-	start_row = NOWHERE;
-	current_row = NOWHERE;
+SCMachineCore::Skeleton::Skeleton(const Ref<Resource> &design) {
 	if (design.is_null()) {
 		return;
 	}
 	const MachineNames &names = MachineNames::shared();
-	const Ref<Resource> read = design;
-	const Array states = list_of(read.ptr(), names.states);
-	LocalVector<Object *> read_states;
+	const Array states = list_of(design.ptr(), names.states);
+	LocalVector<Variant> holders;
 	HashMap<StringName, int> row_of;
 	for (int64_t i = 0; i < states.size(); i++) {
-		Object *state = states[i].get_validated_object();
+		const Variant holder = states[i];
+		Object *state = holder.get_validated_object();
 		if (state == nullptr) {
 			continue;
 		}
@@ -90,17 +96,18 @@ void SCMachineCore::rebuild() {
 			row_of.insert(name, int(rows.size()));
 		}
 		rows.push_back(name);
-		read_states.push_back(state);
+		holders.push_back(holder);
 	}
-	for (uint32_t row = 0; row < read_states.size(); row++) {
-		const Array transitions = list_of(read_states[row], names.transitions);
+	for (uint32_t row = 0; row < holders.size(); row++) {
+		Object *state = holders[row].get_validated_object();
+		const Array transitions = state != nullptr ? list_of(state, names.transitions) : Array();
 		for (int64_t i = 0; i < transitions.size(); i++) {
-			Object *transition = transitions[i].get_validated_object();
-			if (transition == nullptr) {
-				continue;
-			}
-			const StringName event = name_of(transition, names.event);
-			const int *to = row_of.getptr(name_of(transition, names.to_state));
+			const Variant holder = transitions[i];
+			Object *transition = holder.get_validated_object();
+			const StringName to_state = transition != nullptr ? name_of(transition, names.to_state) : StringName();
+			const int *to = row_of.getptr(to_state);
+			transition = holder.get_validated_object();
+			const StringName event = transition != nullptr ? name_of(transition, names.event) : StringName();
 			if (to == nullptr || event.is_empty()) {
 				continue;
 			}
@@ -117,18 +124,18 @@ void SCMachineCore::rebuild() {
 		return;
 	}
 	start_row = 0;
-	Object *initial = read->get("initial_state").get_validated_object();
-	const int *found = initial != nullptr ? row_of.getptr(name_of(initial, names.state_name)) : nullptr;
-	if (found != nullptr) {
+	const Variant initial = design->get("initial_state");
+	Object *state = initial.get_validated_object();
+	if (const int *found = state != nullptr ? row_of.getptr(name_of(state, names.state_name)) : nullptr) {
 		start_row = *found;
 	}
 }
 
 void SCMachineCore::join() {
 	leave();
-	current_row = start_row;
+	current_row = skeleton.start_row;
 	registered_as = get_instance_id();
-	for (const KeyValue<StringName, LocalVector<int>> &way : ways) {
+	for (const KeyValue<StringName, LocalVector<int>> &way : skeleton.ways) {
 		registry().listeners[way.key].insert(registered_as, true);
 	}
 }
@@ -137,7 +144,7 @@ void SCMachineCore::leave() {
 	if (registered_as == 0 || shared_registry == nullptr) {
 		return;
 	}
-	for (const KeyValue<StringName, LocalVector<int>> &way : ways) {
+	for (const KeyValue<StringName, LocalVector<int>> &way : skeleton.ways) {
 		Listeners *listeners = shared_registry->listeners.getptr(way.key);
 		if (listeners == nullptr) {
 			continue;
@@ -151,7 +158,7 @@ void SCMachineCore::leave() {
 }
 
 void SCMachineCore::send_event(const StringName &event) {
-	const LocalVector<int> *targets = is_row(current_row) ? ways.getptr(event) : nullptr;
+	const LocalVector<int> *targets = is_row(current_row) ? skeleton.ways.getptr(event) : nullptr;
 	const int to = targets != nullptr ? (*targets)[current_row] : NOWHERE;
 	if (!is_row(to)) {
 		return;
@@ -161,7 +168,7 @@ void SCMachineCore::send_event(const StringName &event) {
 	changes++;
 	const StringName &changed = MachineNames::shared().state_changed;
 	if (has_connections(changed)) {
-		emit_signal(changed, rows[from], rows[to]);
+		emit_signal(changed, skeleton.rows[from], skeleton.rows[to]);
 	}
 }
 
@@ -183,23 +190,15 @@ void SCMachineCore::broadcast_everywhere(const StringName &event) {
 }
 
 StringName SCMachineCore::get_current_state() const {
-	return is_row(current_row) ? rows[current_row] : StringName();
+	return is_row(current_row) ? skeleton.rows[current_row] : StringName();
 }
 
 double SCMachineCore::time_gets(Object *object, const StringName &property, int64_t times) {
-	return object != nullptr ? average_nanoseconds(times, [&] { object->get(property); }) : 0.0;
+	return average_nanoseconds(object, times, [&] { object->get(property); });
 }
 
 double SCMachineCore::time_calls(Object *object, const StringName &method, int64_t times) {
-	if (object == nullptr) {
-		return 0.0;
-	}
-	const ObjectID id = ObjectID(object->get_instance_id());
-	return average_nanoseconds(times, [&] {
-		if (ObjectDB::get_instance(id) != nullptr) {
-			object->call(method);
-		}
-	});
+	return average_nanoseconds(object, times, [&] { object->call(method); });
 }
 
 void SCMachineCore::free_shared() {

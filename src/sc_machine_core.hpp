@@ -37,17 +37,23 @@ protected:
 private:
 	static constexpr int NOWHERE = -1;
 
-	void rebuild();
+	// What a design comes down to.
+	struct Skeleton {
+		// The names of the states.
+		LocalVector<StringName> rows;
+		// Event to where it leads, by row.
+		HashMap<StringName, LocalVector<int>> ways;
+		int start_row = NOWHERE;
+
+		explicit Skeleton(const Ref<Resource> &design);
+	};
+
 	void join();
 	void leave();
-	bool is_row(int row) const { return row >= 0 && row < int(rows.size()); }
+	bool is_row(int row) const { return row >= 0 && row < int(skeleton.rows.size()); }
 
 	Ref<Resource> design;
-	// The names of the states.
-	LocalVector<StringName> rows;
-	// Event to where it leads, by row.
-	HashMap<StringName, LocalVector<int>> ways;
-	int start_row = NOWHERE;
+	Skeleton skeleton{ Ref<Resource>() };
 	int current_row = NOWHERE;
 	int64_t changes = 0;
 	// The id it stands in the registry by, 0 while it does not.

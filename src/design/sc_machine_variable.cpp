@@ -44,7 +44,7 @@ Variant SCMachineVariable::starting_value_for(Node *machine) const {
 		if (found == nullptr) {
 			MakerWarnings::once_for(Object::cast_to<SCMachine>(machine), vformat("starting node %s", name), vformat("Variable %s on %s starts with no node, as nothing is at %s from the machine.", name, machine->get_name(), starting_node));
 		}
-		return found;
+		return found != nullptr ? Variant(found) : Variant();
 	}
 	if (default_value.get_type() == Variant::ARRAY) {
 		return list_for(machine);
@@ -69,7 +69,7 @@ Variant SCMachineVariable::list_for(Node *machine) const {
 		if (found == nullptr) {
 			MakerWarnings::once_for(Object::cast_to<SCMachine>(machine), vformat("list node %s %d", name, i), vformat("Item %d of list %s on %s holds no node, as nothing is at %s from the machine.", i + 1, name, machine->get_name(), path));
 		}
-		list[i] = found;
+		list[i] = found != nullptr ? Variant(found) : Variant();
 	}
 	return list;
 }

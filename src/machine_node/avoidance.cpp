@@ -1,6 +1,7 @@
 // Bodies that keep clear of one another: the navigation agent is told how a body would like to move,
 // and answers a moment later how it may.
 
+#include "machine/machine_run.hpp"
 #include "machine/names.hpp"
 #include "sc_machine.hpp"
 
@@ -40,12 +41,18 @@ void SCMachine::_ask_the_agent(Node *p_agent, Node *p_body) {
 	ERR_FAIL_NULL(p_agent);
 	ERR_FAIL_NULL(p_body);
 	const MachineNames &names = MachineNames::shared();
+	const uint64_t agent_id = p_agent->get_instance_id();
 	const Callable answered = Callable(this, names.on_velocity_computed).bind(p_agent, p_body);
 	if (p_agent->has_signal(names.velocity_computed) && !p_agent->is_connected(names.velocity_computed, answered)) {
 		p_agent->connect(names.velocity_computed, answered);
 	}
+	// A body's script may have a say in its velocity.
+	MachineRun &its_run = run();
+	MachineRun::Busy keep(its_run);
 	const Variant wanted = p_body->get(names.velocity);
-	const uint64_t agent_id = p_agent->get_instance_id();
+	if (its_run.machine() == nullptr) {
+		return;
+	}
 	if (!asked_velocities.has(agent_id)) {
 		LocalVector<uint64_t> gone;
 		for (const KeyValue<uint64_t, Variant> &asked : asked_velocities) {
@@ -58,7 +65,9 @@ void SCMachine::_ask_the_agent(Node *p_agent, Node *p_body) {
 		}
 	}
 	asked_velocities[agent_id] = wanted;
-	p_agent->set(names.velocity, wanted);
+	if (Object *agent = ObjectDB::get_instance(agent_id)) {
+		agent->set(names.velocity, wanted);
+	}
 }
 
 void SCMachine::on_velocity_computed(const Variant &safe, Node *agent, Node *body) {

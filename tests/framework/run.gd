@@ -123,7 +123,7 @@ func _play(script: GDScript, test: String) -> PackedStringArray:
 		grown = _growth(before, _count())
 		if grown.is_empty() or not failures.is_empty():
 			break
-	if not grown.is_empty():
+	if failures.is_empty() and not grown.is_empty():
 		failures.append("leaked %s" % ", ".join(grown))
 	for orphan in Node.get_orphan_node_ids():
 		var node: Node = instance_from_id(orphan)

@@ -62,12 +62,14 @@ func close() -> void:
 	output.forget()
 
 
-## Adds the machine to the scene, which starts it if it starts by itself; starts it if it does not.
+## Adds the machine to the scene and starts it, if that did not start it by itself.
 func start(made: SCMachine) -> SCMachine:
-	if not made.is_inside_tree() and made.get_parent() == null:
-		var under: Node = made.get_meta(&"under", stage)
-		under.add_child(made)
-	if not made.is_running():
+	if made.get_parent() != null:
+		made.start()
+		return made
+	var under: Node = made.get_meta(&"under", stage)
+	under.add_child(made)
+	if not made.autostart:
 		made.start()
 	return made
 
@@ -107,7 +109,10 @@ func expect(holds: bool, what: String = "") -> void:
 		_fail(what if not what.is_empty() else "does not hold")
 
 
+## Kinds must be the same too, but for the two kinds of text; an object that is not there is nothing.
 func expect_equal(got: Variant, wanted: Variant, what: String = "") -> void:
+	if got == null and wanted == null:
+		return
 	if typeof(got) != typeof(wanted) and not (_is_text(got) and _is_text(wanted)):
 		_fail("%sgot %s (%s), wanted %s (%s)" % [_prefix(what), var_to_str(got), type_string(typeof(got)), var_to_str(wanted), type_string(typeof(wanted))])
 	elif got != wanted:

@@ -129,7 +129,7 @@ class Trail:
 	var lines: PackedStringArray = []
 
 	func on_event(event_name: StringName, data: Variant) -> void:
-		_add("event %s%s" % [event_name, "" if data == null else " (%s)" % data])
+		_add("event %s%s" % [event_name, "" if data == null else " (%s)" % [data]])
 
 	func on_change(previous: SCMachineState, current: SCMachineState) -> void:
 		_add("%s -> %s" % [previous, current])

@@ -114,7 +114,7 @@ func test_a_design_let_go_of_goes_on_until_the_machine_stops() -> void:
 		state("A", [act("a").ticking()], {"go": "B"}, {"sub_states": [state("A1", [act("a1")])]}),
 		state("B", [act("b")], {"back": "A"}),
 	])
-	var held := weakref(design.states[0])
+	var held: WeakRef = weakref(design.states[0])
 	var made := start(running(design))
 	made.template = null
 	made.states = []

@@ -196,7 +196,7 @@ func test_what_a_state_remembers_of_how_it_was_reached() -> void:
 	made.send_event("back")
 	made.go_to("C")
 	expect_equal(remembered, [
-		"A from <null> by ",
+		"A from <Object#null> by ",
 		"B from A by go",
 		"A from B by back",
 		"C from A by ",
@@ -218,7 +218,7 @@ func test_a_change_is_told_with_where_it_came_from_first() -> void:
 	made.send_event("look")
 	made.send_event("swing")
 	expect_equal(changes, [
-		"<null> > Idle",
+		"<Object#null> > Idle",
 		"Idle > Rest",
 		"Shut > Open",
 		"Rest > Swing",

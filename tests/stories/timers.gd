@@ -7,7 +7,7 @@ func test_a_door_closes_after_a_while() -> void:
 		state("Open", [wait(0.5)], {"FINISHED": "Shut"}),
 		state("Shut", [], {"open": "Open"}),
 	]))
-	await frames(30)
+	await frames(31)
 	expect_state(door, "Shut")
 	door.send_event("open")
 	await frames(29)
@@ -257,6 +257,7 @@ func test_resting_in_vain() -> void:
 	expect(not made.is_resting(0), "it rests though no action asked for it")
 	await frames(2)
 	expect(made.is_running())
+	made.stop()
 	var other := start(machine([state("A", [act("rest").ticking().entering(func(m: SCMachine, index: int) -> void:
 		m.rest_until(index, [[bell, &"renamed"]])
 		m.rest_until(index, [[bell, &"visibility_changed"]]))])], {"name": "Other"}))
