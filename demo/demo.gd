@@ -6,8 +6,20 @@ extends Node2D
 
 const _STOPS: Array[float] = [430.0, 120.0]
 
+## Which button is pressed when, in a run by itself.
+const _PRESSES: Dictionary[float, NodePath] = {
+	1.0: ^"Lift/LiftButton",
+	3.0: ^"Lift/LiftButton",
+	4.8: ^"Pocket/WatchButton",
+	6.5: ^"Lamp/LampButton",
+	7.5: ^"Lamp/LampButton",
+}
+
 var _journal: Journal
-var _frames_left := 0
+var _frames := 0
+var _frames_run := 0
+var _seconds := 0.0
+var _next_press := 0
 var _shot_path := ""
 
 @onready var _player: Player = $Player
@@ -17,23 +29,33 @@ var _shot_path := ""
 func _ready() -> void:
 	for argument in OS.get_cmdline_user_args():
 		if argument.begins_with("--demo-frames="):
-			_frames_left = argument.get_slice("=", 1).to_int()
+			_frames = argument.get_slice("=", 1).to_int()
 		elif argument.begins_with("--shot="):
 			_shot_path = argument.trim_prefix("--shot=")
-	if _frames_left > 0:
-		_play_by_itself()
+	set_process(_frames > 0)
+	if _frames > 0:
+		_player.walk_by_itself(_STOPS)
+		_journal = Journal.new(_crowd)
+		add_child(_journal)
 
 
-func _play_by_itself() -> void:
-	_player.walk_by_itself(_STOPS)
-	_journal = Journal.new(_crowd)
-	add_child(_journal)
-	_press_later($Lift/LiftButton, 2.6)
-	_press_later($Pocket/WatchButton, 4.8)
-	_press_later($Lamp/LampButton, 6.5)
-	_press_later($Lamp/LampButton, 7.5)
-	for frame in _frames_left:
-		await get_tree().process_frame
+func _process(delta: float) -> void:
+	_seconds += delta
+	_frames_run += 1
+	if _next_press < _PRESSES.size() and _seconds >= _PRESSES.keys()[_next_press]:
+		_press(_PRESSES.values()[_next_press])
+		_next_press += 1
+	if _frames_run == _frames:
+		_finish()
+
+
+# Not by way of the mouse, which a headless window has not got.
+func _press(button: NodePath) -> void:
+	(get_node(button) as BaseButton).pressed.emit()
+
+
+func _finish() -> void:
+	set_process(false)
 	_journal.summary()
 	if not _shot_path.is_empty() and DisplayServer.get_name() != "headless":
 		await RenderingServer.frame_post_draw
@@ -41,9 +63,3 @@ func _play_by_itself() -> void:
 		if error != OK:
 			printerr("The picture could not be written to %s (%s)." % [_shot_path, error_string(error)])
 	get_tree().quit()
-
-
-# Not by way of the mouse, which a headless window has not got.
-func _press_later(button: BaseButton, seconds: float) -> void:
-	await get_tree().create_timer(seconds).timeout
-	button.pressed.emit()

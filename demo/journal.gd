@@ -41,7 +41,7 @@ func summary() -> void:
 		if is_instance_valid(machine):
 			var values := _values_of(machine)
 			print("  %-13s %3d changes, now in %s%s" % [_name_of(machine), _changes[machine], _listed(_states_of(machine)), "" if values.is_empty() else "; " + values])
-	print("  %-13s %3d changes, now %d of %d in Idle" % ["Crowd", _crowd_moves, _crowd.idle, Crowd.SIZE])
+	print("  %-13s %3d changes, now %d of %d in Idle; the engine calls %d of them each frame" % ["Crowd", _crowd_moves, _crowd.idle, Crowd.SIZE, _crowd.called_each_frame()])
 	if _crowd.quiet_frames > 0:
 		print("All machines together took %.1f µs a frame while the crowd was idle, %d µs in the busiest frame." % [float(_crowd.quiet_usec) / _crowd.quiet_frames, _crowd.longest_usec])
 

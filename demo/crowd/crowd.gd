@@ -64,6 +64,14 @@ func machines() -> Array[SCMachine]:
 	return found
 
 
+## How many of the crowd's machines the engine calls each frame as things stand.
+func called_each_frame() -> int:
+	var called := 0
+	for machine in machines():
+		called += int(machine.is_processing() or machine.is_physics_processing())
+	return called
+
+
 func _read_cost() -> void:
 	var usec := SCMachine.get_measured_usec()
 	SCMachine.set_measured_usec(0)

@@ -9,7 +9,7 @@ extends CharacterBody2D
 @export var jump_speed: float = 430.0
 
 ## Seconds spent at each stop on a walk of its own.
-@export var rest_at_stops: float = 1.2
+@export var rest_at_stops: float = 1.8
 
 var _stops: Array[float] = []
 var _next_stop := 0
