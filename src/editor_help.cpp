@@ -37,7 +37,9 @@ String EditorHelp::xml_of(const ClassRow &row) {
 	String xml = vformat("<class name=\"%s\" inherits=\"%s\">\n", row.class_name, ClassDB::get_parent_class(row.class_name));
 	xml += vformat("<brief_description>%s</brief_description>\n<description></description>\n<tutorials></tutorials>\n<members>\n", row.about.xml_escape());
 	for (const SettingRow *setting : row.settings) {
-		xml += vformat("<member name=\"%s\" type=\"%s\" setter=\"%s\" getter=\"%s\">%s</member>\n", setting->info.name, type_words(setting->info), setting->setter, setting->getter, setting->doc.xml_escape());
+		const bool is_enum = (setting->info.usage & PROPERTY_USAGE_CLASS_IS_ENUM) != 0;
+		const String enum_of = is_enum ? vformat(" enum=\"%s\"", setting->info.class_name) : String();
+		xml += vformat("<member name=\"%s\" type=\"%s\"%s setter=\"%s\" getter=\"%s\">%s</member>\n", setting->info.name, type_words(setting->info), enum_of, setting->setter, setting->getter, setting->doc.xml_escape());
 	}
 	return xml + "</members>\n</class>\n";
 }

@@ -1,6 +1,7 @@
 // Compiled runtimes of the kinds that nearly every design uses.
 
 #include "action/values.hpp"
+#include "action/words.hpp"
 #include "kinds/flow.hpp"
 #include "machine/still_here.hpp"
 #include "native_files.hpp"
@@ -150,7 +151,7 @@ public:
 
 class Print : public SCNativeAction {
 	static void say(SCMachineBase *machine, const SCMachineAction *action) {
-		const String line = values::fill_in(setting_of<&SCPrintAction::text>(action), machine);
+		const String line = words::fill_in(setting_of<&SCPrintAction::text>(action), machine);
 		switch (setting_of<&SCPrintAction::loudness>(action)) {
 			case SCPrintAction::AS_LINE:
 				UtilityFunctions::print(line);

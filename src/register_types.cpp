@@ -1,5 +1,6 @@
 #include "register_types.hpp"
 
+#include "action/action_shared.hpp"
 #include "design/sc_machine_event.hpp"
 #include "design/sc_machine_note.hpp"
 #include "design/sc_machine_parallel_state.hpp"
@@ -20,6 +21,7 @@
 #include "native_files.hpp"
 #include "sc_action.hpp"
 #include "sc_condition.hpp"
+#include "sc_fast_lane.hpp"
 #include "sc_machine.hpp"
 #include "sc_machine_base.hpp"
 #include "sc_machine_core.hpp"
@@ -55,6 +57,7 @@ void initialize_quillstead(ModuleInitializationLevel level) {
 		return;
 	}
 	// Known to the engine and open to be extended, but not offered to be created.
+	GDREGISTER_VIRTUAL_CLASS(SCFastLane);
 	GDREGISTER_VIRTUAL_CLASS(SCMachineCore);
 	GDREGISTER_VIRTUAL_CLASS(SCMachineBase);
 	register_classes<
@@ -81,7 +84,9 @@ void terminate_quillstead(ModuleInitializationLevel level) {
 	ScriptMethods::free_shared();
 	CompiledDesign::free_shared();
 	SCNativeActions::free_shared();
+	ActionShared::free_shared();
 	SCMachineCore::free_shared();
+	SCFastLane::free_shared();
 	GameClocks::free_shared();
 	DebuggerChannel::free_shared();
 	SharedMachineData::free_shared();

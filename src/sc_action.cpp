@@ -1,5 +1,13 @@
 #include "sc_action.hpp"
 
+#include "action/inspector.hpp"
+#include "action/naming.hpp"
+#include "action/places.hpp"
+#include "action/reading.hpp"
+#include "action/static_facilities.hpp"
+#include "action/summary_line.hpp"
+#include "action/twins.hpp"
+#include "action/words.hpp"
 #include "sc_machine.hpp"
 #include "sc_native_actions.hpp"
 
@@ -10,8 +18,6 @@
 
 namespace {
 
-constexpr double PIXELS_PER_METRE = 32.0;
-
 SCMachine *as_machine(SCMachineBase *machine) {
 	return Object::cast_to<SCMachine>(machine);
 }
@@ -19,10 +25,6 @@ SCMachine *as_machine(SCMachineBase *machine) {
 const NativeEntry *runtime_of(const SCMachineAction *action) {
 	const ClassRow *row = action->class_row();
 	return row != nullptr ? SCNativeActions::of_word(row->word) : nullptr;
-}
-
-bool is_plumbing(const StringName &property) {
-	return property == StringName("resource_local_to_scene") || property == StringName("resource_path") || property == StringName("resource_name");
 }
 
 } // namespace
@@ -88,6 +90,26 @@ bool SCMachineAction::repeats() {
 PackedStringArray SCMachineAction::variables_to_watch() {
 	PackedStringArray answer;
 	return GDVIRTUAL_CALL(_variables_to_watch, answer) ? answer : variables_to_watch_default();
+}
+
+PackedStringArray SCMachineAction::variables_read() {
+	PackedStringArray answer;
+	return GDVIRTUAL_CALL(_variables_read, answer) ? answer : variables_read_default();
+}
+
+PackedStringArray SCMachineAction::variables_written() {
+	PackedStringArray answer;
+	return GDVIRTUAL_CALL(_variables_written, answer) ? answer : variables_written_default();
+}
+
+PackedStringArray SCMachineAction::events_sent() {
+	PackedStringArray answer;
+	return GDVIRTUAL_CALL(_events_sent, answer) ? answer : events_sent_default();
+}
+
+TypedArray<StringName> SCMachineAction::optional_names() {
+	Array answer;
+	return GDVIRTUAL_CALL(_optional_names, answer) ? naming::array_from(naming::list_from(answer)) : optional_names_default();
 }
 
 void SCMachineAction::suit_2d() {
@@ -163,26 +185,44 @@ PackedStringArray SCMachineAction::variables_to_watch_default() {
 	return PackedStringArray();
 }
 
+PackedStringArray SCMachineAction::variables_read_default() {
+	return naming::variables_read(this);
+}
+
+PackedStringArray SCMachineAction::variables_written_default() {
+	return naming::variables_written(this);
+}
+
+PackedStringArray SCMachineAction::events_sent_default() {
+	return naming::events_sent(this);
+}
+
+TypedArray<StringName> SCMachineAction::optional_names_default() {
+	return TypedArray<StringName>();
+}
+
 void SCMachineAction::suit_2d_default() {
-	for (const ClassRow *row = class_row(); row != nullptr; row = row->parent) {
-		for (const SettingRow *setting : row->settings) {
-			const StringName name = setting->info.name;
-			if (setting->px_in_2d) {
-				set(name, double(get(name)) * PIXELS_PER_METRE);
-			} else if (setting->in_2d.get_type() != Variant::NIL) {
-				set(name, setting->in_2d);
-			}
-		}
-	}
+	places::suit_settings_2d(this);
 }
 
 void SCMachineAction::read_variables_default(SCMachineBase *machine) {
-	(void)machine;
+	reading::read_variables_into(this, from_variables, typed_in, machine);
 }
 
 String SCMachineAction::live_words_default(SCMachineBase *machine, const String &line) {
-	(void)machine;
-	return line;
+	if (machine == nullptr) {
+		return String();
+	}
+	PackedStringArray words_of_each;
+	const TypedArray<StringName> names = variables_used();
+	for (int64_t i = 0; i < names.size(); i++) {
+		const StringName name = names[i];
+		if (machine->has_value(name)) {
+			words_of_each.push_back(vformat("%s = %s", name, words::text_of(machine->get_value(name))));
+		}
+	}
+	const String values = String(", ").join(words_of_each);
+	return line.is_empty() || values.is_empty() ? line + values : line + "  " + values;
 }
 
 bool SCMachineAction::has_enter() {
@@ -199,26 +239,48 @@ bool SCMachineAction::has_exit() {
 	return GDVIRTUAL_IS_OVERRIDDEN(_exit) || (entry != nullptr && entry->has_exit);
 }
 
+bool SCMachineAction::is_typed_in(const StringName &setting) const {
+	return StringName(from_variables.get(setting, StringName())).is_empty();
+}
+
+String SCMachineAction::shown_summary() {
+	return summary_line::shown_line(this);
+}
+
+// In the editor the settings change all the time.
+TypedArray<StringName> SCMachineAction::variables_used() {
+	if (!used_known || Engine::get_singleton()->is_editor_hint()) {
+		used = naming::variables_used(this);
+		used_known = true;
+	}
+	return used;
+}
+
+void SCMachineAction::validate_setting(Dictionary property) const {
+	inspector::validate(this, property);
+}
+
 bool SCMachineAction::_get(const StringName &name, Variant &value) const {
-	if (name == StringName("run_mode_saved")) {
+	if (name == ActionShared::get().run_mode_saved) {
 		value = int64_t(run_mode);
 		return true;
 	}
-	return false;
+	return twins::get(this, name, value);
 }
 
 // A file of a script-based action sets its properties before the script is attached, and attaching
 // it would put the script's own starting run mode back: what the file said is put on once more then.
 bool SCMachineAction::_set(const StringName &name, const Variant &value) {
-	if (name != StringName("run_mode_saved")) {
-		return false;
+	const ActionShared &shared = ActionShared::get();
+	if (name != shared.run_mode_saved) {
+		return twins::set(this, name, value);
 	}
 	run_mode = RunMode(CLAMP(int(value), int(ONCE), int(EVERY_FRAME)));
-	if (Ref<Script>(get_script()).is_null() && get_class() == "SCMachineAction") {
+	if (Ref<Script>(get_script()).is_null() && StringName(get_class()) == shared.action_base) {
 		pending_run_mode = run_mode;
 		const Callable reapply = callable_mp(this, &SCMachineAction::reapply_run_mode);
-		if (!is_connected("script_changed", reapply)) {
-			connect("script_changed", reapply, CONNECT_ONE_SHOT);
+		if (!is_connected(shared.script_changed, reapply)) {
+			connect(shared.script_changed, reapply, CONNECT_ONE_SHOT);
 		}
 	}
 	return true;
@@ -232,18 +294,12 @@ void SCMachineAction::reapply_run_mode() {
 }
 
 void SCMachineAction::_get_property_list(List<PropertyInfo> *list) const {
-	list->push_back(PropertyInfo(Variant::INT, "run_mode_saved", PROPERTY_HINT_NONE, "", PROPERTY_USAGE_STORAGE));
+	list->push_back(PropertyInfo(Variant::INT, ActionShared::get().run_mode_saved, PROPERTY_HINT_NONE, "", PROPERTY_USAGE_STORAGE));
+	twins::list(this, list);
 }
 
 void SCMachineAction::_validate_property(PropertyInfo &property) const {
-	if (is_plumbing(property.name)) {
-		property.usage &= ~uint32_t(PROPERTY_USAGE_EDITOR);
-	} else if (property.name == StringName("run_mode") && !const_cast<SCMachineAction *>(this)->uses_run_mode()) {
-		property.usage = PROPERTY_USAGE_STORAGE;
-	} else if (Engine::get_singleton()->is_editor_hint() && ClassRows::shared().takes_any_type(get_class(), property.name)) {
-		property.type = Variant::NIL;
-		property.usage |= PROPERTY_USAGE_NIL_IS_VARIANT;
-	}
+	inspector::validate(this, property);
 }
 
 void SCMachineAction::_bind_methods() {
@@ -258,6 +314,19 @@ void SCMachineAction::_bind_methods() {
 	ClassDB::bind_method(D_METHOD("get_typed_in"), &SCMachineAction::take_field<&SCMachineAction::typed_in>);
 	ClassDB::add_property("SCMachineAction", PropertyInfo(Variant::DICTIONARY, "_typed_in", PROPERTY_HINT_DICTIONARY_TYPE, "StringName;Variant", PROPERTY_USAGE_NONE), "", "get_typed_in");
 
+	bind_operations();
+	bind_defaults();
+	ClassDB::bind_method(D_METHOD("is_typed_in", "setting"), &SCMachineAction::is_typed_in);
+	ClassDB::bind_method(D_METHOD("shown_summary"), &SCMachineAction::shown_summary);
+	ClassDB::bind_method(D_METHOD("variables_used"), &SCMachineAction::variables_used);
+	ClassDB::bind_method(D_METHOD("validate_setting", "property"), &SCMachineAction::validate_setting);
+	ClassDB::bind_method(D_METHOD("has_enter"), &SCMachineAction::has_enter);
+	ClassDB::bind_method(D_METHOD("has_update"), &SCMachineAction::has_update);
+	ClassDB::bind_method(D_METHOD("has_exit"), &SCMachineAction::has_exit);
+	static_facilities::bind_to_action();
+}
+
+void SCMachineAction::bind_operations() {
 	ClassDB::bind_method(D_METHOD("enter", "m", "index"), &SCMachineAction::enter);
 	ClassDB::bind_method(D_METHOD("update", "m", "index", "delta"), &SCMachineAction::update);
 	ClassDB::bind_method(D_METHOD("exit", "m", "index"), &SCMachineAction::exit);
@@ -270,29 +339,13 @@ void SCMachineAction::_bind_methods() {
 	ClassDB::bind_method(D_METHOD("holds_its_state"), &SCMachineAction::holds_its_state);
 	ClassDB::bind_method(D_METHOD("repeats"), &SCMachineAction::repeats);
 	ClassDB::bind_method(D_METHOD("variables_to_watch"), &SCMachineAction::variables_to_watch);
+	ClassDB::bind_method(D_METHOD("variables_read"), &SCMachineAction::variables_read);
+	ClassDB::bind_method(D_METHOD("variables_written"), &SCMachineAction::variables_written);
+	ClassDB::bind_method(D_METHOD("events_sent"), &SCMachineAction::events_sent);
+	ClassDB::bind_method(D_METHOD("optional_names"), &SCMachineAction::optional_names);
 	ClassDB::bind_method(D_METHOD("suit_2d"), &SCMachineAction::suit_2d);
 	ClassDB::bind_method(D_METHOD("read_variables", "m"), &SCMachineAction::read_variables);
 	ClassDB::bind_method(D_METHOD("live_words", "m", "line"), &SCMachineAction::live_words);
-
-	ClassDB::bind_method(D_METHOD("enter_default", "m", "index"), &SCMachineAction::enter_default);
-	ClassDB::bind_method(D_METHOD("update_default", "m", "index", "delta"), &SCMachineAction::update_default);
-	ClassDB::bind_method(D_METHOD("exit_default", "m", "index"), &SCMachineAction::exit_default);
-	ClassDB::bind_method(D_METHOD("summary_default"), &SCMachineAction::summary_default);
-	ClassDB::bind_method(D_METHOD("wants_physics_default"), &SCMachineAction::wants_physics_default);
-	ClassDB::bind_method(D_METHOD("uses_run_mode_default"), &SCMachineAction::uses_run_mode_default);
-	ClassDB::bind_method(D_METHOD("finishes_as_it_starts_default"), &SCMachineAction::finishes_as_it_starts_default);
-	ClassDB::bind_method(D_METHOD("works_after_finishing_default"), &SCMachineAction::works_after_finishing_default);
-	ClassDB::bind_method(D_METHOD("needs_every_tick_default"), &SCMachineAction::needs_every_tick_default);
-	ClassDB::bind_method(D_METHOD("holds_its_state_default"), &SCMachineAction::holds_its_state_default);
-	ClassDB::bind_method(D_METHOD("repeats_default"), &SCMachineAction::repeats_default);
-	ClassDB::bind_method(D_METHOD("variables_to_watch_default"), &SCMachineAction::variables_to_watch_default);
-	ClassDB::bind_method(D_METHOD("suit_2d_default"), &SCMachineAction::suit_2d_default);
-	ClassDB::bind_method(D_METHOD("read_variables_default", "m"), &SCMachineAction::read_variables_default);
-	ClassDB::bind_method(D_METHOD("live_words_default", "m", "line"), &SCMachineAction::live_words_default);
-
-	ClassDB::bind_method(D_METHOD("has_enter"), &SCMachineAction::has_enter);
-	ClassDB::bind_method(D_METHOD("has_update"), &SCMachineAction::has_update);
-	ClassDB::bind_method(D_METHOD("has_exit"), &SCMachineAction::has_exit);
 
 	GDVIRTUAL_BIND(_enter, "m", "index");
 	GDVIRTUAL_BIND(_update, "m", "index", "delta");
@@ -306,7 +359,33 @@ void SCMachineAction::_bind_methods() {
 	GDVIRTUAL_BIND(_holds_its_state);
 	GDVIRTUAL_BIND(_repeats);
 	GDVIRTUAL_BIND(_variables_to_watch);
+	GDVIRTUAL_BIND(_variables_read);
+	GDVIRTUAL_BIND(_variables_written);
+	GDVIRTUAL_BIND(_events_sent);
+	GDVIRTUAL_BIND(_optional_names);
 	GDVIRTUAL_BIND(_suit_2d);
 	GDVIRTUAL_BIND(_read_variables, "m");
 	GDVIRTUAL_BIND(_live_words, "m", "line");
+}
+
+void SCMachineAction::bind_defaults() {
+	ClassDB::bind_method(D_METHOD("enter_default", "m", "index"), &SCMachineAction::enter_default);
+	ClassDB::bind_method(D_METHOD("update_default", "m", "index", "delta"), &SCMachineAction::update_default);
+	ClassDB::bind_method(D_METHOD("exit_default", "m", "index"), &SCMachineAction::exit_default);
+	ClassDB::bind_method(D_METHOD("summary_default"), &SCMachineAction::summary_default);
+	ClassDB::bind_method(D_METHOD("wants_physics_default"), &SCMachineAction::wants_physics_default);
+	ClassDB::bind_method(D_METHOD("uses_run_mode_default"), &SCMachineAction::uses_run_mode_default);
+	ClassDB::bind_method(D_METHOD("finishes_as_it_starts_default"), &SCMachineAction::finishes_as_it_starts_default);
+	ClassDB::bind_method(D_METHOD("works_after_finishing_default"), &SCMachineAction::works_after_finishing_default);
+	ClassDB::bind_method(D_METHOD("needs_every_tick_default"), &SCMachineAction::needs_every_tick_default);
+	ClassDB::bind_method(D_METHOD("holds_its_state_default"), &SCMachineAction::holds_its_state_default);
+	ClassDB::bind_method(D_METHOD("repeats_default"), &SCMachineAction::repeats_default);
+	ClassDB::bind_method(D_METHOD("variables_to_watch_default"), &SCMachineAction::variables_to_watch_default);
+	ClassDB::bind_method(D_METHOD("variables_read_default"), &SCMachineAction::variables_read_default);
+	ClassDB::bind_method(D_METHOD("variables_written_default"), &SCMachineAction::variables_written_default);
+	ClassDB::bind_method(D_METHOD("events_sent_default"), &SCMachineAction::events_sent_default);
+	ClassDB::bind_method(D_METHOD("optional_names_default"), &SCMachineAction::optional_names_default);
+	ClassDB::bind_method(D_METHOD("suit_2d_default"), &SCMachineAction::suit_2d_default);
+	ClassDB::bind_method(D_METHOD("read_variables_default", "m"), &SCMachineAction::read_variables_default);
+	ClassDB::bind_method(D_METHOD("live_words_default", "m", "line"), &SCMachineAction::live_words_default);
 }

@@ -47,6 +47,11 @@ public:
 	String holds_its_state();
 	bool repeats();
 	PackedStringArray variables_to_watch();
+	PackedStringArray variables_read();
+	PackedStringArray variables_written();
+	PackedStringArray events_sent();
+	// Settings that may stay empty without the summary lacking something.
+	TypedArray<StringName> optional_names();
 	void suit_2d();
 	void read_variables(SCMachineBase *machine);
 	String live_words(SCMachineBase *machine, const String &line);
@@ -63,6 +68,10 @@ public:
 	virtual String holds_its_state_default();
 	virtual bool repeats_default();
 	virtual PackedStringArray variables_to_watch_default();
+	virtual PackedStringArray variables_read_default();
+	virtual PackedStringArray variables_written_default();
+	virtual PackedStringArray events_sent_default();
+	virtual TypedArray<StringName> optional_names_default();
 	virtual void suit_2d_default();
 	virtual void read_variables_default(SCMachineBase *machine);
 	virtual String live_words_default(SCMachineBase *machine, const String &line);
@@ -72,6 +81,14 @@ public:
 	bool has_update();
 	bool has_exit();
 	bool reads_variables() const { return !from_variables.is_empty(); }
+	bool is_typed_in(const StringName &setting) const;
+	// The line the graph draws.
+	String shown_summary();
+	// Every variable that it and its condition have to do with.
+	TypedArray<StringName> variables_used();
+	void forget_variables_used() { used_known = false; }
+	// The inspector's rules, for a script that has a _validate_property of its own.
+	void validate_setting(Dictionary property) const;
 
 protected:
 	static void _bind_methods();
@@ -92,6 +109,11 @@ protected:
 	GDVIRTUAL0R(String, _holds_its_state)
 	GDVIRTUAL0R(bool, _repeats)
 	GDVIRTUAL0R(PackedStringArray, _variables_to_watch)
+	GDVIRTUAL0R(PackedStringArray, _variables_read)
+	GDVIRTUAL0R(PackedStringArray, _variables_written)
+	GDVIRTUAL0R(PackedStringArray, _events_sent)
+	// Untyped, so that a script may answer with either kind of list.
+	GDVIRTUAL0R(Array, _optional_names)
 	GDVIRTUAL0(_suit_2d)
 	GDVIRTUAL1(_read_variables, SCMachine *)
 	GDVIRTUAL2R(String, _live_words, SCMachine *, String)
@@ -99,5 +121,10 @@ protected:
 private:
 	// A file of a script-based action sets this before the script is attached.
 	int pending_run_mode = -1;
+	TypedArray<StringName> used;
+	bool used_known = false;
+
 	void reapply_run_mode();
+	static void bind_operations();
+	static void bind_defaults();
 };

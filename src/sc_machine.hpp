@@ -60,6 +60,7 @@ public:
 	// lookups.cpp
 	Node *target_node() const override;
 	Node *node_at(const NodePath &path) override;
+	bool offers(const StringName &) const override { return true; }
 	static TypedArray<SCMachine> machines_in_the_scene();
 	static int machines_running();
 	static SCMachine *machine_of(Node *node);

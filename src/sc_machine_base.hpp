@@ -34,6 +34,8 @@ public:
 	// The node this machine works on. Here the parent; SCMachine has a target of its own.
 	virtual Node *target_node() const;
 	virtual Node *node_at(const NodePath &path);
+	// The signals of a machine are declared by SCMachine; here only a script may have added them.
+	virtual bool offers(const StringName &signal) const { return has_signal(signal); }
 	// The name used in messages for a game maker.
 	String name_in_messages() const;
 

@@ -1,8 +1,9 @@
 #include "sc_native_actions.hpp"
 
+#include "action/static_facilities.hpp"
 #include "sc_action.hpp"
 #include "sc_condition.hpp"
-#include "sc_machine_base.hpp"
+#include "sc_machine.hpp"
 #include "settings/class_rows.hpp"
 
 #include <godot_cpp/classes/script.hpp>
@@ -32,6 +33,7 @@ NativeTables *tables = nullptr;
 NativeTables &shared_tables() {
 	if (tables == nullptr) {
 		tables = memnew(NativeTables);
+		static_facilities::add_helpers();
 		register_all_natives();
 	}
 	return *tables;
@@ -75,12 +77,15 @@ bool SCNativeActions::has_helper(const StringName &name) {
 
 Variant SCNativeActions::call_helper(const StringName &name, const Array &arguments) {
 	const NativeHelper *found = shared_tables().helpers.getptr(name);
-	ERR_FAIL_NULL_V_MSG(found, Variant(), vformat("QuillStead has no compiled helper called %s.", name));
+	if (found == nullptr) {
+		_err_print_error("sc_native_helper", __FILE__, __LINE__, "Parameter \"found\" is null.", vformat("QuillStead has no compiled helper called %s.", name), false, true);
+		return Variant();
+	}
 	return (*found)(arguments);
 }
 
 void SCNativeActions::call(int what, Object *action, Object *machine, int index, double delta) {
-	SCMachineBase *on = Object::cast_to<SCMachineBase>(machine);
+	SCMachine *on = Object::cast_to<SCMachine>(machine);
 	SCMachineAction *compiled = Object::cast_to<SCMachineAction>(action);
 	const NativeEntry *entry = on != nullptr && compiled != nullptr ? of_action(compiled) : nullptr;
 	if (entry == nullptr) {

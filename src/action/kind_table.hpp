@@ -46,19 +46,21 @@ public:
 	}
 };
 
-#define SC_KIND(m_class, m_inherits)                                               \
-	GDCLASS(m_class, m_inherits)                                                   \
-	SC_FIELDS                                                                      \
-public:                                                                            \
-	static void describe(KindTable<m_class> &kind);                                \
-	const ClassRow *class_row() const override { return KindOf<m_class>::row; }    \
-                                                                                   \
-protected:                                                                         \
-	static void _bind_methods() {                                                  \
-		KindTable<m_class> kind;                                                   \
-		describe(kind);                                                            \
-	}                                                                              \
-                                                                                   \
+#define SC_KIND(m_class, m_inherits)                \
+	GDCLASS(m_class, m_inherits)                    \
+	SC_FIELDS                                       \
+public:                                             \
+	static void describe(KindTable<m_class> &kind); \
+	const ClassRow *class_row() const override {    \
+		return KindOf<m_class>::row;                \
+	}                                               \
+                                                    \
+protected:                                          \
+	static void _bind_methods() {                   \
+		KindTable<m_class> kind;                    \
+		describe(kind);                             \
+	}                                               \
+                                                    \
 private:
 
 // A setting of the kind being run: from its field when the object is the compiled class, by its

@@ -18,12 +18,12 @@ Variant read_one(Object *object, const StringName &setting, const StringName &va
 	if (variable.is_empty()) {
 		return is_path ? Variant(NodePath()) : typed_in;
 	}
-	const Variant held = machine->get_value(variable);
-	const bool absent = ValueKinds::is_nothing(held) && !machine->has_value(variable);
+	const Variant found = machine->get_value(variable);
+	const Variant held = ValueKinds::is_nothing(found) ? Variant() : found;
 	if (is_path) {
-		return values::path_to(machine, absent ? Variant() : held);
+		return values::path_to(machine, held);
 	}
-	if (absent) {
+	if (held.get_type() == Variant::NIL && !machine->has_value(variable)) {
 		return typed_in;
 	}
 	if (held.get_type() == typed_in.get_type()) {

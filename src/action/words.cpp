@@ -16,6 +16,8 @@ namespace {
 
 // Above this a double has no fraction left to show.
 constexpr double MOST_EXACT = 1e15;
+// Half of the last digit that is shown.
+constexpr double TOO_SMALL_TO_SHOW = 0.00005;
 constexpr int64_t MOST_DIGITS = 18;
 
 String listed(std::initializer_list<double> parts) {
@@ -30,7 +32,7 @@ String name_of(Object *object) {
 	if (const Node *node = Object::cast_to<Node>(object)) {
 		return node->get_name();
 	}
-	const Resource *resource = Object::cast_to<Resource>(object);
+	Resource *resource = Object::cast_to<Resource>(object);
 	if (resource == nullptr) {
 		return object != nullptr ? object->to_string() : String();
 	}
@@ -133,7 +135,7 @@ bool find_value(const String &name, SCMachineBase *machine, Node *target, const 
 } // namespace
 
 String number(double value) {
-	if (is_finite(value) && Math::abs(value) < MOST_EXACT && Math::is_equal_approx(value, Math::round(value))) {
+	if (is_finite(value) && Math::abs(value) < MOST_EXACT && Math::abs(value - Math::round(value)) < TOO_SMALL_TO_SHOW) {
 		return String::num_int64(int64_t(Math::round(value)));
 	}
 	return String::num(value, 4);

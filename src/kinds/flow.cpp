@@ -1,6 +1,6 @@
 #include "kinds/flow.hpp"
 
-#include "action/values.hpp"
+#include "action/words.hpp"
 #include "machine/companion_scripts.hpp"
 #include "sc_machine_base.hpp"
 
@@ -22,9 +22,9 @@ void SCWaitAction::describe(KindTable<SCWaitAction> &kind) {
 String SCWaitAction::summary_default() {
 	const String unit = real_time ? " of real time" : "";
 	if (random_extra > 0.0) {
-		return vformat("Wait %s to %s s%s", values::number_text(seconds), values::number_text(seconds + random_extra), unit);
+		return vformat("Wait %s to %s s%s", words::number(seconds), words::number(seconds + random_extra), unit);
 	}
-	return vformat("Wait %s s%s", values::number_text(seconds), unit);
+	return vformat("Wait %s s%s", words::number(seconds), unit);
 }
 
 bool SCWaitAction::finishes_as_it_starts_default() {
@@ -42,7 +42,7 @@ void SCSetVariableAction::describe(KindTable<SCSetVariableAction> &kind) {
 }
 
 String SCSetVariableAction::summary_default() {
-	const String shown = values::text_of(value);
+	const String shown = words::text_of(value);
 	const String pace = per_second && repeats() ? " each second" : "";
 	switch (operation) {
 		case ADD:
@@ -93,7 +93,7 @@ String SCSendEventAction::summary_default() {
 	} else if (reach == A_NODE) {
 		to = to_node_path.is_empty() ? String(" to Self") : vformat(" to %s", to_node_path);
 	}
-	const String later = delay > 0.0 ? vformat(" after %s s", values::number_text(delay)) : String();
+	const String later = delay > 0.0 ? vformat(" after %s s", words::number(delay)) : String();
 	return vformat("Send %s%s%s", event_name, to, later);
 }
 

@@ -50,13 +50,14 @@ double MachineRun::interval_of(const ActionEntry &entry) const {
 
 void MachineRun::call_enter(RunRow *row, int action) {
 	const ActionEntry &entry = row->table->actions[action];
-	row->runs[action].started = true;
 	if (node != nullptr) {
 		read_variables_of(entry, node);
 	}
-	if (node == nullptr || !row->live) {
+	// Reading may have run a game's code, which may have left the state or entered this very action.
+	if (node == nullptr || !row->live || row->runs[action].started) {
 		return;
 	}
+	row->runs[action].started = true;
 	if (entry.compiled == nullptr) {
 		if (entry.object->has_method(MachineNames::shared().enter)) {
 			entry.object->call(MachineNames::shared().enter, node, action);

@@ -66,7 +66,7 @@ bool MachineRun::ask(Object *condition, int action_index, const Variant &record)
 	bool inverted = false;
 	if (compiled != nullptr) {
 		const NativeQuestion question = SCNativeActions::of_condition(condition);
-		answer = question != nullptr ? question(node, compiled) : compiled->check(node, action_index);
+		answer = question != nullptr ? question(node, compiled) : compiled->check(node, condition_slot());
 		inverted = compiled->invert;
 	} else {
 		if (condition->has_method(names.check)) {

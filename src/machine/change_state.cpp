@@ -144,7 +144,7 @@ void MachineRun::change_state(const Ref<Resource> &target, bool restart) {
 			continue;
 		}
 		if (child != nullptr && child->live) {
-			if (child->in_a_branch()) {
+			if (child->beside_others()) {
 				previous = child->deepest_first()->state;
 			}
 			leave_row(child);
@@ -475,7 +475,7 @@ void MachineRun::resume_now() {
 
 // Handlers work as if called from outside: no action is being run while they are.
 void MachineRun::emit(const StringName &signal, const Variant &first, const Variant &second) {
-	if (node == nullptr || !node->has_connections(signal)) {
+	if (node == nullptr || !node->offers(signal) || !node->has_connections(signal)) {
 		return;
 	}
 	RunningAs outside(*this, nullptr);

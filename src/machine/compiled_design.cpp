@@ -8,6 +8,8 @@
 #include "sc_native_actions.hpp"
 
 #include <godot_cpp/core/memory.hpp>
+#include <godot_cpp/core/object.hpp>
+#include <godot_cpp/templates/hash_set.hpp>
 
 namespace {
 
@@ -74,6 +76,30 @@ public:
 struct Tables {
 	RecordTable<StatePlan> plans;
 	RecordTable<ActionTable> actions;
+	// States that are not the compiled class, which says so when it goes: these are asked after.
+	HashSet<uint64_t> foreign_states;
+
+	void forget(uint64_t state_id) {
+		plans.forget(state_id);
+		actions.forget(state_id);
+	}
+
+	void note_foreign(uint64_t state_id) {
+		if (foreign_states.has(state_id)) {
+			return;
+		}
+		LocalVector<uint64_t> gone;
+		for (const uint64_t known : foreign_states) {
+			if (ObjectDB::get_instance(known) == nullptr) {
+				gone.push_back(known);
+			}
+		}
+		for (const uint64_t known : gone) {
+			foreign_states.erase(known);
+			forget(known);
+		}
+		foreign_states.insert(state_id);
+	}
 };
 
 Tables *tables = nullptr;
@@ -186,6 +212,9 @@ const StatePlan *CompiledDesign::plan_of(const Ref<Resource> &state) {
 		return found;
 	}
 	StatePlan *plan = compile_plan(state, transitions);
+	if (compiled == nullptr) {
+		shared_tables().note_foreign(id);
+	}
 	return shared_tables().plans.keep(id, plan, transitions);
 }
 
@@ -197,13 +226,15 @@ const ActionTable *CompiledDesign::actions_of(const Ref<Resource> &state) {
 		return found;
 	}
 	ActionTable *table = compile_actions(actions);
+	if (compiled == nullptr) {
+		shared_tables().note_foreign(id);
+	}
 	return shared_tables().actions.keep(id, table, actions);
 }
 
 void CompiledDesign::forget_state(uint64_t state_id) {
 	if (tables != nullptr) {
-		tables->plans.forget(state_id);
-		tables->actions.forget(state_id);
+		tables->forget(state_id);
 	}
 }
 

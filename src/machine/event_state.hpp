@@ -52,6 +52,12 @@ private:
 	Array forwarder_list;
 };
 
+// A global variable whose new value is on its way to the machines that share it.
+struct SharedName {
+	StringName name;
+	bool written_again = false;
+};
+
 // Who listens for what in the whole game. Machines stand in it by object id.
 class EventRegistry {
 	// A map for the sake of its order: machines hear an event in the order in which they registered.
@@ -65,6 +71,7 @@ class EventRegistry {
 public:
 	// Borrowed by every MachineSnapshot.
 	ScratchLists<uint64_t> machine_lists;
+	LocalVector<SharedName> names_being_shared;
 
 	void listen(const StringName &event, uint64_t machine_id);
 	void stop_listening(const StringName &event, uint64_t machine_id);

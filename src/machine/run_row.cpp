@@ -46,6 +46,15 @@ bool RunRow::in_a_branch() const {
 	return false;
 }
 
+bool RunRow::beside_others() const {
+	for (const RunRow *row = this; row->parent != nullptr; row = row->parent) {
+		if (row->parent->children.size() > 1) {
+			return true;
+		}
+	}
+	return false;
+}
+
 void RunRow::clear() {
 	state.unref();
 	table = nullptr;

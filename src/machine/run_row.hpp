@@ -71,8 +71,10 @@ struct RunRow {
 	bool rests_at(int index) const { return rests.has(index); }
 	RunRow *deepest_first();
 	RunRow *deepest_last();
-	// True when this row or one above it runs beside others in a parallel state.
+	// True when this row or one above it runs in a branch of a parallel state other than its first.
 	bool in_a_branch() const;
+	// True also for the first of such branches.
+	bool beside_others() const;
 	void clear();
 };
 

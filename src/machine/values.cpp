@@ -14,6 +14,47 @@ namespace {
 constexpr int MOST_NESTED_LIMITS = 7;
 // A value this near to its limit, relative to it, keeps its own digits.
 constexpr double LIMIT_TOLERANCE = 0.00001;
+// Machines that go on changing a shared value because another has changed it stop here.
+constexpr int MOST_ROUNDS_OF_SHARING = 50;
+
+// Stands for one name being shared, from the outermost write of it to the end of its last round.
+class SharingUnderWay {
+	LocalVector<SharedName> &names;
+	const StringName &name;
+	bool outermost = true;
+
+public:
+	explicit SharingUnderWay(const StringName &shared) :
+			names(EventRegistry::shared().names_being_shared), name(shared) {
+		for (SharedName &other : names) {
+			if (other.name == name) {
+				other.written_again = true;
+				outermost = false;
+				return;
+			}
+		}
+		names.push_back({ name, true });
+	}
+	~SharingUnderWay() {
+		if (outermost) {
+			names.resize(names.size() - 1);
+		}
+	}
+	SharingUnderWay(const SharingUnderWay &) = delete;
+	SharingUnderWay &operator=(const SharingUnderWay &) = delete;
+
+	bool is_outermost() const { return outermost; }
+	bool begin_round() {
+		for (SharedName &other : names) {
+			if (other.name == name) {
+				const bool needed = other.written_again;
+				other.written_again = false;
+				return needed;
+			}
+		}
+		return false;
+	}
+};
 
 } // namespace
 
@@ -85,16 +126,27 @@ void MachineRun::limit_dependents(const StringName &name) {
 	values.limit_depth--;
 }
 
+// Watchers of a shared value may write it again, in this machine or in another. Were each such write
+// shared from within, two machines that answer one another would fan out without end: so a write that
+// comes while the name is being shared only leaves its value, and the sharing under way goes round once more.
 void MachineRun::share_value(const StringName &name, const Variant &value) {
 	Busy keep(*this);
-	const Variant former = values.globals.get(name, Variant());
-	values.globals[name] = value;
-	// Each of the others applies its own limits.
-	MachineSnapshot(Array(values.sharing.get(name, Array()))).each([&](SCMachineBase *other) {
-		if (other != node) {
-			other->run().write_value(name, value, false);
-		}
-	});
+	const StringName kept_name = name;
+	const Variant former = values.globals.get(kept_name, Variant());
+	values.globals[kept_name] = value;
+	SharingUnderWay sharing(kept_name);
+	if (!sharing.is_outermost()) {
+		return;
+	}
+	for (int round = 0; round < MOST_ROUNDS_OF_SHARING && sharing.begin_round(); round++) {
+		const Variant current_value = values.globals.get(kept_name, Variant());
+		// Each of the others applies its own limits. In a further round this machine is one of the others.
+		MachineSnapshot(Array(values.sharing.get(kept_name, Array()))).each([&](SCMachineBase *other) {
+			if (round > 0 || other != node) {
+				other->run().write_value(kept_name, current_value, false);
+			}
+		});
+	}
 }
 
 Variant MachineRun::within_limits(const StringName &name, const Variant &value) const {

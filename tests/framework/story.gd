@@ -4,6 +4,7 @@ extends StoryWords
 ## A scenario that a game maker would build, played in the real engine. Each [code]test_...[/code] method is one; it starts
 ## from an empty tree right after the frame's signal, so [code]await frames(1)[/code] lets every node have one frame.
 
+const MakerWarnings := preload("res://addons/quillstead/runtime/quillstead_warnings.gd")
 const OutputCatcher := preload("res://tests/framework/output_catcher.gd")
 
 ## The frames of a second: what [code]--fixed-fps[/code] is given.
@@ -41,8 +42,13 @@ func close() -> void:
 	Engine.time_scale = 1.0
 	tree.paused = false
 	for made in _made:
-		if is_instance_valid(made) and not made.is_inside_tree():
+		if not is_instance_valid(made):
+			continue
+		if not made.is_inside_tree():
 			made.free()
+		elif not stage.is_ancestor_of(made):
+			_fail("left %s at %s" % [made.name, made.get_path()])
+			made.queue_free()
 	_made.clear()
 	if tree.current_scene != null:
 		tree.current_scene.queue_free()
@@ -186,6 +192,7 @@ func _forget_what_is_shared() -> void:
 	any._core_global_values().clear()
 	any.free()
 	SCMachine.set_quest_events([])
+	MakerWarnings._said.clear()
 
 
 func _fail(why: String, tell: bool = true, of: SCMachine = null) -> void:

@@ -125,7 +125,7 @@ func test_a_design_let_go_of_goes_on_until_the_machine_stops() -> void:
 	expect_log(["a update"])
 	made.send_event("go")
 	made.send_event("back")
-	expect_log(["a1 exit", "a exit", "b enter", "a enter", "a1 enter"])
+	expect_log(["a1 exit", "a exit", "b enter", "b exit", "a enter", "a1 enter"])
 	made.free()
 	expect_log(["a1 exit", "a exit"])
 	await frames(2)

@@ -122,7 +122,7 @@ func test_going_on_when_told_of_an_event() -> void:
 
 
 func test_going_on_when_a_time_is_up() -> void:
-	for deed: String in ["go", "stop", "start", "restart", "send"]:
+	for deed in DEEDS:
 		var once := [true]
 		var door := machine([
 			state("A", [
@@ -142,6 +142,8 @@ func test_going_on_when_a_time_is_up() -> void:
 			"start", "restart":
 				expect_log(["a exit", "a enter"])
 				expect_state(door, "A")
+			"finish":
+				expect_log(["a exit", "b enter"])
 		_away(door)
 
 

@@ -1,0 +1,118 @@
+#include "fast_lane/spots.hpp"
+
+#include <godot_cpp/classes/node2d.hpp>
+#include <godot_cpp/classes/node3d.hpp>
+#include <godot_cpp/core/math.hpp>
+#include <godot_cpp/variant/utility_functions.hpp>
+#include <godot_cpp/variant/vector2.hpp>
+
+#include <cmath>
+
+namespace {
+
+constexpr double SHORTEST_DELTA = 0.0001;
+
+// What is crossed on the ground: x and y in 2D, x and z in 3D.
+struct Offset {
+	double x;
+	double along;
+	double length;
+
+	Offset(const Vector3 &from, const Vector3 &to, spots::Side side) :
+			x(double(to.x) - double(from.x)),
+			along(side == spots::IN_2D ? double(to.y) - double(from.y) : double(to.z) - double(from.z)),
+			length(std::sqrt(x * x + along * along)) {}
+};
+
+} // namespace
+
+spots::Side spots::side_of(const Object *object) {
+	if (Object::cast_to<Node2D>(object) != nullptr) {
+		return IN_2D;
+	}
+	return Object::cast_to<Node3D>(object) != nullptr ? IN_3D : NOWHERE;
+}
+
+bool spots::read(const Object *node, Side side, Vector3 &spot) {
+	switch (side) {
+		case IN_2D: {
+			const Vector2 flat = static_cast<const Node2D *>(node)->get_global_position();
+			spot = Vector3(flat.x, flat.y, 0);
+			return true;
+		}
+		case IN_3D: {
+			const Node3D *in_space = static_cast<const Node3D *>(node);
+			if (!in_space->is_inside_tree()) {
+				return false;
+			}
+			spot = in_space->get_global_position();
+			return true;
+		}
+		case NOWHERE:
+			break;
+	}
+	spot = Vector3();
+	return true;
+}
+
+void spots::put(Object *node, Side side, const Vector3 &spot) {
+	if (side == IN_2D) {
+		static_cast<Node2D *>(node)->set_global_position(Vector2(spot.x, spot.y));
+	} else if (side == IN_3D) {
+		static_cast<Node3D *>(node)->set_global_position(spot);
+	}
+}
+
+bool spots::from_value(const Variant &value, Vector3 &spot) {
+	switch (value.get_type()) {
+		case Variant::VECTOR2:
+		case Variant::VECTOR2I: {
+			const Vector2 flat = value;
+			spot = Vector3(flat.x, flat.y, 0);
+			return true;
+		}
+		case Variant::VECTOR3:
+		case Variant::VECTOR3I:
+			spot = value;
+			return true;
+		default:
+			return false;
+	}
+}
+
+double spots::flat_distance(const Vector3 &from, const Vector3 &to, Side side) {
+	return Offset(from, to, side).length;
+}
+
+double spots::full_distance(const Vector3 &from, const Vector3 &to) {
+	const double x = double(to.x) - double(from.x);
+	const double y = double(to.y) - double(from.y);
+	const double z = double(to.z) - double(from.z);
+	return std::sqrt(x * x + y * y + z * z);
+}
+
+Vector3 spots::step_toward(const Vector3 &from, const Vector3 &to, Side side, double speed, double delta) {
+	const Offset offset(from, to, side);
+	if (!(offset.length > 0.0)) {
+		return from;
+	}
+	const double share = MIN(speed, offset.length / MAX(delta, SHORTEST_DELTA)) * delta / offset.length;
+	Vector3 after = from;
+	after.x = real_t(double(from.x) + offset.x * share);
+	real_t &along = side == IN_2D ? after.y : after.z;
+	along = real_t(double(along) + offset.along * share);
+	return after;
+}
+
+// The order of the random numbers is kept, so that a seeded game wanders the same way each time.
+Vector3 spots::random_around(const Vector3 &home, double radius, Side side) {
+	if (side == IN_2D) {
+		const double distance = UtilityFunctions::randf_range(0.0, radius);
+		const double angle = UtilityFunctions::randf_range(0.0, Math_TAU);
+		return Vector3(real_t(home.x + std::cos(angle) * distance), real_t(home.y + std::sin(angle) * distance), home.z);
+	}
+	const double z = UtilityFunctions::randf_range(-1.0, 1.0);
+	const double x = UtilityFunctions::randf_range(-1.0, 1.0);
+	const Vector3 way = Vector3(real_t(x), 0, real_t(z)).normalized();
+	return home + way * real_t(UtilityFunctions::randf_range(0.0, radius));
+}
