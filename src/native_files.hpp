@@ -14,4 +14,18 @@ void add_native() {
 	}
 }
 
+// The compiled half of a question.
+template <class Kind>
+void add_question(NativeQuestion question) {
+	if (KindOf<Kind>::row != nullptr) {
+		SCNativeActions::add_question(KindOf<Kind>::row->script_path, question);
+	}
+}
+
 void register_core_natives();
+void register_check_natives();
+void register_input_natives();
+void register_math_natives();
+void register_property_natives();
+void register_signal_natives();
+void register_visible_natives();

@@ -15,7 +15,7 @@ from passed import ROOT, Passed, digest
 
 INCLUDE = re.compile(r'^\s*#\s*include\s+"([^"]+)"', re.MULTILINE)
 # clang cannot read what g++ precompiled, nor does it know these flags of g++.
-PRECOMPILED = re.compile(r"\s-include\s+\S*cmake_pch\S*|\s-Winvalid-pch|\s-fpch-preprocess")
+PRECOMPILED = re.compile(r"\s-include\s+\S*cmake_pch\S*|\s-Winvalid-pch|\s-fpch-preprocess|\s-fno-gnu-unique")
 
 
 def own_files(path, seen):

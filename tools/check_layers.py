@@ -8,7 +8,7 @@ from passed import ROOT, sources
 # From the bottom up. A file belongs to the first row that matches it, and may include what stands in its own row and above.
 LAYERS = [
     ("machine and design", re.compile(r"(machine/|machine_node/|design/|settings/|sc_machine)")),
-    ("action", re.compile(r"(action/|sc_action|sc_condition|sc_fast_lane|sc_native_actions\.hpp)")),
+    ("action", re.compile(r"(action/|fast_lane/|sc_action|sc_condition|sc_fast_lane|sc_native_actions\.hpp)")),
     ("kinds and natives", re.compile(r"(kinds/|native_|natives/|sc_native_actions)")),
     ("registration", re.compile(r"register_types")),
 ]

@@ -1,6 +1,7 @@
 #include "action/shared_verbs.hpp"
 
 #include "action/kind.hpp"
+#include "action/storing.hpp"
 #include "settings/class_rows.hpp"
 
 #include <godot_cpp/classes/property_tweener.hpp>
@@ -40,7 +41,11 @@ void store(SCMachineBase *machine, const StringName &variable, const Variant &va
 	if (variable.is_empty() || machine == nullptr) {
 		return;
 	}
-	machine->set_value(variable, value.get_type() == Variant::FLOAT ? values::keep_whole(machine, variable, value) : value);
+	const Variant kept = value.get_type() == Variant::FLOAT ? values::keep_whole(machine, variable, value) : value;
+	if (!storing::put(machine, variable, kept)) {
+		const String text = vformat("%s on %s holds %s, so %s was not kept in it. Pick a variable of the right kind.", variable, machine->name_in_messages(), values::kind_in_words(machine->get_value(variable)), values::kind_in_words(value));
+		MakerWarnings::once_for(machine, vformat("not kept:%s", variable), text);
+	}
 }
 
 void send(SCMachineBase *machine, const StringName &event, const Variant &data) {

@@ -54,7 +54,8 @@ T *first_of(Node *node) {
 	return nullptr;
 }
 
-// Keeps a value in a variable, when one is named. A fraction for an int variable is rounded.
+// Keeps a value in a variable, when one is named, as the kind of value it holds. A fraction for an int
+// variable is rounded, and what does not fit is told of and not kept.
 void store(SCMachineBase *machine, const StringName &variable, const Variant &value);
 // Sends an event from this machine, when one is named.
 void send(SCMachineBase *machine, const StringName &event, const Variant &data = Variant());

@@ -1,16 +1,7 @@
 #include "kinds/flow.hpp"
 
-#include "action/words.hpp"
-#include "machine/companion_scripts.hpp"
-#include "sc_machine_base.hpp"
-
-namespace {
-
-void hide(PropertyInfo &property) {
-	property.usage &= ~uint32_t(PROPERTY_USAGE_EDITOR);
-}
-
-} // namespace
+#include "action/shared_verbs.hpp"
+#include "settings/plumbing.hpp"
 
 void SCWaitAction::describe(KindTable<SCWaitAction> &kind) {
 	kind.about("flow", "wait", "Wait a number of seconds, then finish.");
@@ -59,16 +50,53 @@ String SCSetVariableAction::summary_default() {
 	return vformat("Set %s to %s", variable_name, shown);
 }
 
+// Set does not look at what the variable held before.
+PackedStringArray SCSetVariableAction::variables_read_default() {
+	return operation == SET ? PackedStringArray() : SCMachineAction::variables_read_default();
+}
+
+PackedStringArray SCSetVariableAction::variables_written_default() {
+	PackedStringArray written;
+	if (!variable_name.is_empty()) {
+		written.push_back(variable_name);
+	}
+	return written;
+}
+
 void SCSetVariableAction::warn_nothing_picked(SCMachineBase *machine, int index) {
 	if (machine != nullptr) {
 		MakerWarnings::once_for(machine, vformat("set_variable:%d:%d", get_instance_id(), index), vformat("Set Variable on %s has no variable picked, so it changed nothing. Pick one in its Variable Name.", machine->name_in_messages()));
 	}
 }
 
+void SCSetVariableAction::warn_cannot(SCMachineBase *machine, const Variant &held) const {
+	const String holds = values::kind_in_words(held);
+	const String given = values::kind_in_words(value);
+	String what;
+	switch (operation) {
+		case SET:
+			what = vformat("%s holds %s and cannot be set to %s", variable_name, holds, given);
+			break;
+		case ADD:
+			what = vformat("%s cannot be added to %s, which holds %s", given, variable_name, holds);
+			break;
+		case SUBTRACT:
+			what = vformat("%s cannot be taken from %s, which holds %s", given, variable_name, holds);
+			break;
+		case MULTIPLY:
+			what = vformat("%s holds %s, which cannot be multiplied by %s", variable_name, holds, given);
+			break;
+		case TOGGLE:
+			verbs::warn(machine, this, vformat("%s holds %s, which is neither true nor false, so it changed nothing. Pick a bool under Variable Name.", variable_name, holds));
+			return;
+	}
+	verbs::warn(machine, this, vformat("%s, so it changed nothing. Give Value the right kind of value, or pick another variable under Variable Name.", what));
+}
+
 void SCSetVariableAction::_validate_property(PropertyInfo &property) const {
 	const bool steps = operation == ADD || operation == SUBTRACT;
 	if ((property.name == StringName("value") && operation == TOGGLE) || (property.name == StringName("per_second") && (!steps || run_mode != EVERY_FRAME))) {
-		hide(property);
+		hide_from_inspector(property);
 	}
 }
 
@@ -79,7 +107,7 @@ void SCSendEventAction::describe(KindTable<SCSendEventAction> &kind) {
 	kind.setting<&SCSendEventAction::reach>("reach", "Who hears it. An event the template declares global always goes everywhere, whatever this says.").relists();
 	kind.setting<&SCSendEventAction::to_group>("to_group", "The group whose machines hear it.");
 	kind.setting<&SCSendEventAction::to_node_path>("to_node_path", "The node whose machine hears it: the machine on that node, or on one of the nodes it sits under. Empty is Self.");
-	kind.setting<&SCSendEventAction::data>("data", "Value carried with the event.");
+	kind.setting<&SCSendEventAction::data>("data", "Value carried with the event, such as how hard the hit was. The transition that takes the event can store it.");
 	kind.setting<&SCSendEventAction::delay>("delay", hint::SECONDS, "Seconds before sending, zero for at once. Leaving the state first means it is never sent.");
 	ClassDB::bind_method(D_METHOD("_warn_send", "m", "index"), &SCSendEventAction::warn_send);
 }
@@ -91,10 +119,11 @@ String SCSendEventAction::summary_default() {
 	} else if (reach == EVERY_MACHINE) {
 		to = " to every machine";
 	} else if (reach == A_NODE) {
-		to = to_node_path.is_empty() ? String(" to Self") : vformat(" to %s", to_node_path);
+		to = vformat(" to %s", words::name_in_line(to_node_path));
 	}
+	const String carrying = data.get_type() == Variant::NIL ? String() : vformat(" with %s", words::text_of(data));
 	const String later = delay > 0.0 ? vformat(" after %s s", words::number(delay)) : String();
-	return vformat("Send %s%s%s", event_name, to, later);
+	return vformat("Send %s%s%s%s", event_name, carrying, to, later);
 }
 
 bool SCSendEventAction::finishes_as_it_starts_default() {
@@ -102,14 +131,19 @@ bool SCSendEventAction::finishes_as_it_starts_default() {
 }
 
 void SCSendEventAction::warn_send(SCMachineBase *machine, int index) {
-	if (machine != nullptr) {
-		MakerWarnings::once_for(machine, vformat("send_event:%d:%d", get_instance_id(), index), vformat("Send Event on %s has no event name, so nothing was sent. Type one in its Event Name.", machine->name_in_messages()));
+	(void)index;
+	if (event_name.is_empty()) {
+		verbs::warn(machine, this, "it has no event, so nothing was sent. Type one under Event Name.");
+	} else if (reach == A_GROUP) {
+		verbs::warn(machine, this, vformat("it has no group to send %s to, so nothing was sent. Type one under To Group.", event_name));
+	} else if (Node *at = verbs::node_or_warn(machine, this, to_node_path, "to_node_path")) {
+		verbs::warn(machine, this, vformat("there is no Machine on %s or on a node above it, so nobody heard %s. Give it a Machine, or pick another node under To Node Path.", at->get_name(), event_name));
 	}
 }
 
 void SCSendEventAction::_validate_property(PropertyInfo &property) const {
 	if ((property.name == StringName("to_group") && reach != A_GROUP) || (property.name == StringName("to_node_path") && reach != A_NODE)) {
-		hide(property);
+		hide_from_inspector(property);
 	}
 }
 

@@ -31,7 +31,10 @@ public:
 
 	String summary_default() override;
 	bool finishes_as_it_starts_default() override { return !repeats(); }
+	PackedStringArray variables_read_default() override;
+	PackedStringArray variables_written_default() override;
 	void warn_nothing_picked(SCMachineBase *machine, int index);
+	void warn_cannot(SCMachineBase *machine, const Variant &held) const;
 
 protected:
 	void _validate_property(PropertyInfo &property) const;

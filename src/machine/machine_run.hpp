@@ -115,6 +115,8 @@ public:
 	Dictionary condition_slot();
 	bool ask(Object *condition, int index, const Variant &record);
 	bool ask_compiled(Object *condition, int index);
+	// The action that asks the question being answered; -1 for one asked from outside.
+	int action_asking() const { return condition_index; }
 
 	// finishing.cpp: finished actions and finished states.
 	void finish(int index);

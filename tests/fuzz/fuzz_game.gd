@@ -36,6 +36,8 @@ var _depth: int = 0
 var _quiet: int = 0
 ## Above 0 while some part of the tree comes or goes.
 var _tree_changes: int = 0
+## Above 0 while a kept tween steps: the engine steps none within its own step.
+var _in_tweens: int = 0
 ## Whether everything going on was begun by this game, and not by the engine's call of a node.
 var _began_here: bool = false
 ## By id: how many signals of a machine are being emitted.
@@ -285,7 +287,9 @@ func _tween(machine: SCMachine, index: int, _run: int) -> void:
 
 func _on_tween(id: int, action: int, run: int) -> void:
 	ledger.came_back(run, "a kept tween's call")
+	_in_tweens += 1
 	act("tween", id, action, run, true)
+	_in_tweens -= 1
 
 
 func _rest(machine: SCMachine, index: int, _run: int) -> void:
@@ -325,6 +329,8 @@ func _pause(machine: SCMachine, _index: int, _run: int) -> void:
 
 
 func _step(machine: SCMachine, _index: int, _run: int) -> void:
+	if _in_tweens > 0:
+		return
 	if one_in(2):
 		machine.set_paused(true)
 	if is_instance_valid(machine):
@@ -467,19 +473,17 @@ func _add_machine() -> void:
 	machine.state_changed.connect(_on_state_changed.bind(id))
 	machine.event_sent.connect(_on_event_sent.bind(id))
 	machine.state_finished.connect(_on_state_finished.bind(id))
+	# The states are left between these two.
+	machine.tree_exiting.connect(_on_going.bind(1))
+	machine.tree_exited.connect(_on_going.bind(-1))
 	host.add_child(machine)
-	# Children go last first: this one tells that the host is going before its machine hears of it.
-	var canary := Node.new()
-	canary.tree_exiting.connect(_on_host_going.bind(1))
-	host.add_child(canary)
-	host.tree_exited.connect(_on_host_going.bind(-1))
 	_hosts.append(host)
 	_tree_changes += 1
 	(pick(_parents) as Node).add_child(host)
 	_tree_changes -= 1
 
 
-func _on_host_going(change: int) -> void:
+func _on_going(change: int) -> void:
 	_tree_changes += change
 
 

@@ -13,6 +13,10 @@ class Bouncer:
 	func _uses_run_mode() -> bool:
 		return false
 
+	# The engine asks only the script about what the script declares.
+	func _validate_property(property: Dictionary) -> void:
+		validate_setting(property)
+
 
 func close() -> void:
 	SCMachineAction.set_shown_on_2d(-1)

@@ -128,10 +128,11 @@ func test_a_file_loads_on_another_thread() -> void:
 	pause.set(&"seconds_variable", &"pause")
 	var path := "user://threaded_pause.tres"
 	ResourceSaver.save(pause, path)
-	ResourceLoader.load_threaded_request(path, "", true, ResourceLoader.CACHE_MODE_IGNORE)
-	while ResourceLoader.load_threaded_get_status(path) == ResourceLoader.THREAD_LOAD_IN_PROGRESS:
+	var reader := Thread.new()
+	reader.start(ResourceLoader.load.bind(path, "", ResourceLoader.CACHE_MODE_IGNORE))
+	while reader.is_alive():
 		await frames(1)
-	var loaded: SCWaitAction = ResourceLoader.load_threaded_get(path)
+	var loaded: SCWaitAction = reader.wait_to_finish()
 	expect_equal(loaded.get(&"seconds_variable"), &"pause")
 	expect_equal(loaded.seconds, 5.0)
 	DirAccess.remove_absolute(path)
