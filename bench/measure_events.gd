@@ -19,12 +19,12 @@ func measure() -> void:
 	var taken := await call_nsec(_send_go, CALLS)
 	report("an empty bound call", empty, "ns")
 	report("an event that finds no transition", ignored, "ns")
-	report("the same, beside the empty call", ignored / empty, "times", 10.0)
+	report("the same, beside the empty call", ignored / empty, "times", 20.0)
 	report("an event with a transition between two empty states", taken, "ns")
-	report("the same, beside the empty call", taken / empty, "times", 60.0)
+	report("the same, beside the empty call", taken / empty, "times", 100.0)
 	report("allocations of 1,000 events that find no transition", await allocations(1000, _send_nothing.bind(1)), "", 0)
 	var of_changes := await allocations(1000, _send_go.bind(1))
-	report("allocations of an event with a transition", of_changes / 1000.0, "each", 2)
+	report("allocations of an event with a transition", of_changes / 1000.0, "each", 4)
 	await clear_stage()
 
 

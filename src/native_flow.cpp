@@ -1,14 +1,10 @@
 // Compiled runtimes of the kinds that move a machine on, and of the one that reads what an event brought.
 
-#include "action/cached_names.hpp"
-#include "action/repeating_native.hpp"
-#include "action/storing.hpp"
-#include "action/telling.hpp"
-#include "action/values.hpp"
-#include "action/words.hpp"
+#include "action/shared_verbs.hpp"
 #include "kinds/flow_events.hpp"
 #include "machine/value_kinds.hpp"
 #include "native_files.hpp"
+#include "native_names.hpp"
 
 #include <godot_cpp/classes/engine.hpp>
 #include <godot_cpp/variant/utility_functions.hpp>
@@ -25,20 +21,7 @@ struct FlowNames {
 	StringName counts_in = "counts_in";
 };
 
-class GetEventData : public RepeatingNative {
-	enum Wrong {
-		NOTHING_PICKED,
-		NO_FIT,
-	};
-
-	static void store(SCMachineBase *machine, SCMachineAction *action, const StringName &variable, const Variant &value) {
-		if (storing::fits(machine, variable, value)) {
-			storing::put(machine, variable, value);
-			return;
-		}
-		telling::once(action, machine, NO_FIT, vformat("Get Event Data on %s: the event carried %s, and %s holds %s, so it was left as it is. Pick a variable of the right kind.", machine->name_in_messages(), values::kind_in_words(value), variable, values::kind_in_words(machine->get_value(variable))));
-	}
-
+class GetEventData : public OnceOrRepeating<GetEventData> {
 	// The machine that sent it works on that node.
 	static Node *sender_of(SCMachineBase *machine, const StringName &event) {
 		Node *from = event.is_empty() ? machine->last_event_sender() : static_cast<Node *>(SCMachineBase::sender_of(event));
@@ -46,35 +29,30 @@ class GetEventData : public RepeatingNative {
 		return sent_by != nullptr ? sent_by->target_node() : from;
 	}
 
-protected:
-	void work(SCMachineBase *machine, SCMachineAction *action, int) override {
+public:
+	static void work(SCMachineBase *machine, SCMachineAction *action, int, double) {
 		StillHere here(machine);
 		const StringName event = setting_of<&SCGetEventDataAction::event>(action);
 		const StringName store_in = setting_of<&SCGetEventDataAction::store_in>(action);
 		const StringName store_sender_in = setting_of<&SCGetEventDataAction::store_sender_in>(action);
 		if (store_in.is_empty() && store_sender_in.is_empty()) {
-			telling::once(action, machine, NOTHING_PICKED, vformat("Get Event Data on %s has no variable picked, so what the event carried goes nowhere. Pick one beside Store In.", machine->name_in_messages()));
+			verbs::warn(machine, action, "no variable is picked, so what the event carried goes nowhere. Pick one beside Store In.");
 			return;
 		}
 		Variant data = event.is_empty() ? machine->last_event_data() : machine->event_data(event);
 		if (ValueKinds::is_nothing(data)) {
 			data = setting_of<&SCGetEventDataAction::if_it_carried_nothing>(action);
 		}
-		if (!store_in.is_empty() && !ValueKinds::is_nothing(data)) {
-			store(machine, action, store_in, data);
+		if (!ValueKinds::is_nothing(data)) {
+			verbs::store(machine, store_in, data);
 		}
-		if (here && !store_sender_in.is_empty()) {
-			store(machine, action, store_sender_in, sender_of(machine, event));
+		if (here) {
+			verbs::store(machine, store_sender_in, sender_of(machine, event));
 		}
 	}
 };
 
 class GoToState : public SCNativeAction {
-	enum Wrong {
-		NOTHING_PICKED,
-		NO_SUCH_STATE,
-	};
-
 public:
 	void enter(SCMachineBase *machine, SCMachineAction *action, int index) override {
 		machine->finish(index);
@@ -84,9 +62,9 @@ public:
 			return;
 		}
 		if (state.is_empty()) {
-			telling::once(action, machine, NOTHING_PICKED, vformat("Go To State on %s has no state picked, so the machine stays where it is. Pick one beside State Name.", machine->name_in_messages()));
+			verbs::warn(machine, action, "no state is picked, so the machine stays where it is. Pick one beside State Name.");
 		} else if (!machine->go_to(state) && here) {
-			telling::once(action, machine, NO_SUCH_STATE, vformat("Go To State on %s: this machine has no state called %s, so it stays where it is. Pick one it has beside State Name.", machine->name_in_messages(), state));
+			verbs::warn(machine, action, vformat("this machine has no state called %s, so it stays where it is. Pick one it has beside State Name.", state));
 		}
 	}
 };
@@ -94,14 +72,14 @@ public:
 class NextFrameEvent : public SCNativeAction {
 public:
 	void enter(SCMachineBase *machine, SCMachineAction *, int index) override {
-		const FlowNames &names = CachedNames::of<FlowNames>();
+		const FlowNames &names = NativeNames::of<FlowNames>();
 		Dictionary memory = machine->slot(index);
 		memory[names.frame] = Engine::get_singleton()->get_process_frames();
 		memory[names.physics_frame] = Engine::get_singleton()->get_physics_frames();
 	}
 
 	void update(SCMachineBase *machine, SCMachineAction *action, int index, double) override {
-		const FlowNames &names = CachedNames::of<FlowNames>();
+		const FlowNames &names = NativeNames::of<FlowNames>();
 		const Engine *engine = Engine::get_singleton();
 		const bool in_physics = engine->is_in_physics_frame();
 		const uint64_t now = in_physics ? engine->get_physics_frames() : engine->get_process_frames();
@@ -161,31 +139,26 @@ public:
 
 // The exact time left lies in the slot; the variable shows it, and hands in what others add to it.
 class Timer : public SCNativeAction {
-	enum Wrong {
-		NOTHING_PICKED,
-		NO_NUMBER,
-	};
-
 	static bool is_empty(const Variant &held) {
 		return held.get_type() == Variant::NIL;
 	}
 
 	static bool may_count_in(SCMachineBase *machine, SCMachineAction *action, const StringName &variable) {
 		if (variable.is_empty()) {
-			telling::once(action, machine, NOTHING_PICKED, vformat("Timer on %s has no variable picked, so it counts unseen. Pick the one to count down beside Variable Name.", machine->name_in_messages()));
+			verbs::warn(machine, action, "no variable is picked, so it counts unseen. Pick the one to count down beside Variable Name.");
 			return false;
 		}
 		const Variant held = machine->get_value(variable);
 		if (is_empty(held) || values::is_number(held)) {
 			return true;
 		}
-		telling::once(action, machine, NO_NUMBER, vformat("Timer on %s: %s holds %s, which cannot be counted down, so it counts unseen and leaves %s as it is. Pick a float or an int beside Variable Name.", machine->name_in_messages(), variable, values::kind_in_words(held), variable));
+		verbs::warn(machine, action, vformat("%s holds %s, which cannot be counted down, so it counts unseen and leaves %s as it is. Pick a float or an int beside Variable Name.", variable, values::kind_in_words(held), variable));
 		return false;
 	}
 
 	// An int shows the seconds begun, so that it reaches zero when the time is up and not before.
 	static void show(SCMachineBase *machine, Dictionary memory, const StringName &variable, double left) {
-		const FlowNames &names = CachedNames::of<FlowNames>();
+		const FlowNames &names = NativeNames::of<FlowNames>();
 		const bool whole = machine->get_value(variable).get_type() == Variant::INT;
 		const Variant shown = whole ? Variant(ValueKinds::whole_part(std::ceil(left))) : Variant(left);
 		if (machine->has_value(variable) && ValueKinds::is_same(machine->get_value(variable), shown)) {
@@ -207,7 +180,7 @@ class Timer : public SCNativeAction {
 
 public:
 	void enter(SCMachineBase *machine, SCMachineAction *action, int index) override {
-		const FlowNames &names = CachedNames::of<FlowNames>();
+		const FlowNames &names = NativeNames::of<FlowNames>();
 		StillHere here(machine);
 		const StringName variable = setting_of<&SCTimerAction::variable_name>(action);
 		const bool counts_in = may_count_in(machine, action, variable);
@@ -231,7 +204,7 @@ public:
 	}
 
 	void update(SCMachineBase *machine, SCMachineAction *action, int index, double delta) override {
-		const FlowNames &names = CachedNames::of<FlowNames>();
+		const FlowNames &names = NativeNames::of<FlowNames>();
 		StillHere here(machine);
 		Dictionary memory = machine->slot(index);
 		const StringName variable = setting_of<&SCTimerAction::variable_name>(action);

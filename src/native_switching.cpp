@@ -1,13 +1,9 @@
 // Compiled runtimes of the kinds that look at what variables hold.
 
-#include "action/cached_names.hpp"
-#include "action/repeating_native.hpp"
-#include "action/storing.hpp"
-#include "action/telling.hpp"
-#include "action/values.hpp"
-#include "action/words.hpp"
+#include "action/shared_verbs.hpp"
 #include "kinds/logic_values.hpp"
 #include "native_files.hpp"
+#include "native_names.hpp"
 
 #include <godot_cpp/core/math.hpp>
 
@@ -20,7 +16,7 @@ struct SwitchNames {
 	StringName last = "last";
 };
 
-class BoolOperator : public RepeatingNative {
+class BoolOperator : public OnceOrRepeating<BoolOperator> {
 	static bool answer_of(const SCMachineAction *action) {
 		const bool first = setting_of<&SCBoolOperatorAction::first>(action);
 		const bool second = setting_of<&SCBoolOperatorAction::second>(action);
@@ -37,21 +33,18 @@ class BoolOperator : public RepeatingNative {
 		return first != second;
 	}
 
-protected:
-	void work(SCMachineBase *machine, SCMachineAction *action, int) override {
+public:
+	static void work(SCMachineBase *machine, SCMachineAction *action, int, double) {
 		const StringName variable = setting_of<&SCBoolOperatorAction::store_in>(action);
-		if (storing::put(machine, variable, answer_of(action))) {
-			return;
-		}
 		if (variable.is_empty()) {
-			telling::once(action, machine, 0, vformat("Bool Operator on %s has no variable picked, so its answer goes nowhere. Pick one beside Store In.", machine->name_in_messages()));
+			verbs::warn(machine, action, "no variable is picked, so its answer goes nowhere. Pick one beside Store In.");
 		} else {
-			telling::once(action, machine, 1, vformat("Bool Operator on %s: %s holds %s, which cannot be true or false, so it was left as it is. Pick a bool beside Store In.", machine->name_in_messages(), variable, values::kind_in_words(machine->get_value(variable))));
+			verbs::store(machine, variable, answer_of(action));
 		}
 	}
 };
 
-class Switch : public RepeatingNative {
+class Switch : public OnceOrRepeating<Switch> {
 	enum Wrong {
 		NOTHING_PICKED,
 		NO_SUCH_VARIABLE,
@@ -104,8 +97,8 @@ class Switch : public RepeatingNative {
 		return -1;
 	}
 
-protected:
-	void work(SCMachineBase *machine, SCMachineAction *action, int index) override {
+public:
+	static void work(SCMachineBase *machine, SCMachineAction *action, int index, double) {
 		StillHere here(machine);
 		// 1.
 		const StringName variable = setting_of<&SCSwitchAction::variable_name>(action);
@@ -141,7 +134,7 @@ protected:
 			}
 		}
 		// 7.
-		const StringName &last = CachedNames::of<SwitchNames>().last;
+		const StringName &last = NativeNames::of<SwitchNames>().last;
 		Dictionary memory = machine->slot(index);
 		const bool same = memory.has(last) && StringName(memory[last]) == event;
 		memory[last] = event;

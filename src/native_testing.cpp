@@ -1,15 +1,11 @@
 // Compiled runtimes of the kinds that help while a game is being made.
 
-#include "action/cached_names.hpp"
 #include "action/machines.hpp"
-#include "action/places.hpp"
-#include "action/telling.hpp"
-#include "action/values.hpp"
-#include "action/words.hpp"
+#include "action/shared_verbs.hpp"
 #include "debug_drawings.hpp"
 #include "kinds/flow_testing.hpp"
-#include "machine/still_here.hpp"
 #include "native_files.hpp"
+#include "native_names.hpp"
 
 #include <godot_cpp/classes/canvas_item.hpp>
 #include <godot_cpp/classes/node3d.hpp>
@@ -48,10 +44,10 @@ class Assert : public SCNativeAction {
 
 	static void check(SCMachineBase *machine, SCMachineAction *action, int index) {
 		Dictionary memory = machine->slot(index);
-		const StringName &failed = CachedNames::of<TestingNames>().failed;
+		const StringName &failed = NativeNames::of<TestingNames>().failed;
 		const Ref<SCMachineCondition> condition = setting_of<&SCAssertAction::condition>(action);
 		if (condition.is_null()) {
-			telling::once(action, machine, 0, vformat("Assert on %s has no question to ask, so it makes sure of nothing. Pick one beside Condition.", machine->name_in_messages()));
+			verbs::warn(machine, action, "it has no question to ask, so it makes sure of nothing. Pick one beside Condition.");
 			return;
 		}
 		// Said once a visit: what is wrong now is likely to be so in the next frame too.
@@ -160,27 +156,16 @@ typename World::Drawings::Points box_round(const Node *from, const typename Worl
 }
 
 class DrawDebug : public SCNativeAction {
-	enum Wrong {
-		NO_NODE,
-		NO_PLACE,
-		NO_END,
-		NO_END_PLACE,
-	};
-
 	// Numbers are given once, so that a drawing that outlives its state is nobody else's.
 	static int64_t next_number() {
 		static int64_t last = 0;
 		return ++last;
 	}
 
-	static Node *placed_node(SCMachineBase *machine, SCMachineAction *action, const NodePath &path, const char *setting, Wrong no_node, Wrong no_place) {
-		Node *node = values::node_of(machine, path);
-		if (node == nullptr) {
-			telling::once(action, machine, no_node, vformat("Draw Debug on %s: there is no node at %s, so nothing was drawn. Pick one under %s.", machine->name_in_messages(), words::name_in_line(path), setting));
-			return nullptr;
-		}
-		if (!places::has_a_place(node)) {
-			telling::once(action, machine, no_place, vformat("Draw Debug on %s: %s.", machine->name_in_messages(), places::no_place_words(node, setting)));
+	static Node *placed_node(SCMachineBase *machine, SCMachineAction *action, const NodePath &path, const StringName &setting) {
+		Node *node = verbs::node_or_warn(machine, action, path, setting);
+		if (node != nullptr && !places::has_a_place(node)) {
+			verbs::warn(machine, action, places::no_place_words(node, verbs::setting_in_inspector(setting)) + ".");
 			return nullptr;
 		}
 		return node;
@@ -195,7 +180,7 @@ class DrawDebug : public SCNativeAction {
 				const NodePath to_path = setting_of<&SCDrawDebugAction::to_path>(action);
 				Variant end = setting_of<&SCDrawDebugAction::to_point>(action);
 				if (!to_path.is_empty()) {
-					const Node *to = placed_node(machine, action, to_path, "To Path", NO_END, NO_END_PLACE);
+					const Node *to = placed_node(machine, action, to_path, "to_path");
 					if (to == nullptr) {
 						return false;
 					}
@@ -231,7 +216,7 @@ class DrawDebug : public SCNativeAction {
 		}
 		drawing.color = setting_of<&SCDrawDebugAction::color>(action);
 		drawing.seconds = action->repeats() ? 0.0 : setting_of<&SCDrawDebugAction::seconds>(action);
-		const TestingNames &names = CachedNames::of<TestingNames>();
+		const TestingNames &names = NativeNames::of<TestingNames>();
 		Dictionary memory = machine->slot(index);
 		if (!memory.has(names.drawing)) {
 			memory[names.drawing] = next_number();
@@ -248,7 +233,7 @@ class DrawDebug : public SCNativeAction {
 		if (!is_being_made()) {
 			return;
 		}
-		Node *from = placed_node(machine, action, setting_of<&SCDrawDebugAction::from_path>(action), "From Path", NO_NODE, NO_PLACE);
+		Node *from = placed_node(machine, action, setting_of<&SCDrawDebugAction::from_path>(action), "from_path");
 		if (from == nullptr) {
 			return;
 		}
@@ -260,7 +245,7 @@ class DrawDebug : public SCNativeAction {
 	}
 
 	static void take_away(const Dictionary &memory) {
-		const TestingNames &names = CachedNames::of<TestingNames>();
+		const TestingNames &names = NativeNames::of<TestingNames>();
 		Object *drawings = ObjectDB::get_instance(uint64_t(int64_t(memory.get(names.drawn_in, 0))));
 		const int64_t number = memory.get(names.drawing, 0);
 		if (SCDebugDrawings2D *flat = Object::cast_to<SCDebugDrawings2D>(drawings)) {

@@ -1,6 +1,7 @@
 #include "register_types.hpp"
 
 #include "action/action_shared.hpp"
+#include "debug_drawings.hpp"
 #include "design/sc_machine_event.hpp"
 #include "design/sc_machine_note.hpp"
 #include "design/sc_machine_parallel_state.hpp"
@@ -9,7 +10,16 @@
 #include "design/sc_machine_transition.hpp"
 #include "design/sc_machine_variable.hpp"
 #include "editor_help.hpp"
+#include "kinds/conditions_machine.hpp"
+#include "kinds/conditions_nodes.hpp"
+#include "kinds/conditions_space.hpp"
+#include "kinds/conditions_text.hpp"
 #include "kinds/flow.hpp"
+#include "kinds/flow_events.hpp"
+#include "kinds/flow_testing.hpp"
+#include "kinds/logic_values.hpp"
+#include "kinds/loop.hpp"
+#include "kinds/machine.hpp"
 #include "machine/companion_scripts.hpp"
 #include "machine/compiled_design.hpp"
 #include "machine/debugger_channel.hpp"
@@ -19,6 +29,7 @@
 #include "machine/script_methods.hpp"
 #include "machine_node/shared_machine_data.hpp"
 #include "native_files.hpp"
+#include "native_names.hpp"
 #include "sc_action.hpp"
 #include "sc_condition.hpp"
 #include "sc_fast_lane.hpp"
@@ -39,17 +50,68 @@ void register_classes() {
 
 // Wait first and Assert last, the rest by name. A kind that is not built is not in the list.
 void register_kinds() {
+	GDREGISTER_INTERNAL_CLASS(SCDebugDrawings2D);
+	GDREGISTER_INTERNAL_CLASS(SCDebugDrawings3D);
 	register_classes<
 			SCWaitAction,
+			SCBoolOperatorAction,
+			SCCancelDelayedEventsAction,
+			SCChanceCondition,
+			SCDistanceCondition,
+			SCDrawDebugAction,
+			SCEnableMachineAction,
+			SCFileExistsCondition,
+			SCForEachAction,
+			SCForwardEventsAction,
+			SCGetEventDataAction,
+			SCGetLastEventAction,
+			SCGetPreviousStateAction,
+			SCGetStateAction,
+			SCGoToPreviousStateAction,
+			SCGoToStateAction,
+			SCHasChildOfTypeCondition,
+			SCInStateCondition,
+			SCIsChildOfCondition,
+			SCMachineVariableAction,
+			SCNextFrameEventAction,
+			SCNodeCondition,
+			SCOnScreenCondition,
+			SCPlayingCondition,
+			SCPointerOverUiCondition,
 			SCPrintAction,
+			SCPropertyCondition,
+			SCRandomEventAction,
+			SCRepeatAction,
+			SCRunTemplateAction,
 			SCSendEventAction,
-			SCSetVariableAction>();
+			SCSequenceAction,
+			SCSetVariableAction,
+			SCStringCompareCondition,
+			SCSubStateFinishedCondition,
+			SCSwitchAction,
+			SCTimeoutCondition,
+			SCTimerAction,
+			SCTouchingCondition,
+			SCVariableChangedCondition,
+			SCAssertAction>();
 }
 
 } // namespace
 
 void register_all_natives() {
 	register_core_natives();
+	register_testing_natives();
+	register_switching_natives();
+	register_run_template_natives();
+	register_machine_natives();
+	register_loop_natives();
+	register_flow_natives();
+	register_questions_about_machines();
+	register_questions_about_nodes();
+	register_questions_about_playing();
+	register_questions_about_space();
+	register_questions_about_text();
+	register_questions_about_touching();
 }
 
 void initialize_quillstead(ModuleInitializationLevel level) {
@@ -84,6 +146,7 @@ void terminate_quillstead(ModuleInitializationLevel level) {
 	ScriptMethods::free_shared();
 	CompiledDesign::free_shared();
 	SCNativeActions::free_shared();
+	NativeNames::free_shared();
 	ActionShared::free_shared();
 	SCMachineCore::free_shared();
 	SCFastLane::free_shared();

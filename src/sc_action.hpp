@@ -11,7 +11,7 @@
 #include "settings/class_table.hpp"
 
 #include <godot_cpp/classes/resource.hpp>
-#include <godot_cpp/core/gdvirtual.hpp>
+#include <godot_cpp/core/gdvirtual.gen.inc>
 #include <godot_cpp/variant/typed_dictionary.hpp>
 
 using namespace godot;

@@ -41,7 +41,7 @@ String SCDrawDebugAction::summary_default() {
 		case LINE:
 			return vformat("Draw a line from %s to %s", from, words::name_in_line(to_path, "Self", words::text_of(to_point)));
 		case RAY:
-			return vformat("Draw a ray from %s, %s long and that way", from, words::text_of(target_position));
+			return vformat("Draw a ray from %s, going %s", from, words::text_of(target_position));
 		case CIRCLE:
 			return vformat("Draw a circle round %s, %s wide", from, words::text_of(size));
 		case BOX:

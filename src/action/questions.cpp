@@ -1,14 +1,14 @@
-#include "action/asking_nodes.hpp"
+#include "action/questions.hpp"
 
 #include "action/action_shared.hpp"
 
-namespace asking_nodes {
+namespace questions {
 
-Node *found(SCMachineBase *machine, const SCMachineCondition *condition, const NodePath &path, const StringName &setting) {
+Node *node(SCMachineBase *machine, const SCMachineCondition *condition, const NodePath &path, const StringName &setting) {
 	if (path != ActionShared::get().no_node) {
 		return verbs::node_or_warn(machine, condition, path, setting);
 	}
-	const String variable = condition->from_variables.get(setting, StringName());
+	const StringName variable = condition->from_variables.get(setting, StringName());
 	verbs::warn(machine, condition, vformat("the variable %s holds no node, so the answer is no. Put a node into it, or pick one under %s.", variable, verbs::setting_in_inspector(setting)));
 	return nullptr;
 }
@@ -25,4 +25,4 @@ bool has_variable(SCMachineBase *machine, const SCMachineCondition *condition, c
 	return true;
 }
 
-} // namespace asking_nodes
+} // namespace questions

@@ -1,0 +1,138 @@
+#pragma once
+
+// Kinds of the machine category: what one machine does to itself and to others.
+
+#include "action/kind_table.hpp"
+
+class SCCancelDelayedEventsAction : public SCMachineAction {
+	SC_KIND(SCCancelDelayedEventsAction, SCMachineAction)
+
+public:
+	StringName event;
+	StringName store_count_in;
+
+	String summary_default() override;
+	bool uses_run_mode_default() override { return false; }
+	bool finishes_as_it_starts_default() override { return true; }
+	bool works_after_finishing_default() override { return false; }
+	TypedArray<StringName> optional_names_default() override;
+};
+
+class SCEnableMachineAction : public SCMachineAction {
+	SC_KIND(SCEnableMachineAction, SCMachineAction)
+
+public:
+	SC_ENUM_LABELLED(Turn, "On,Off,The Other Way", TURN_ON, TURN_OFF, TURN_OTHER_WAY)
+	SC_ENUM_LABELLED(WhenOff, "Holds Still,Stops", HOLDS_STILL, STOPS)
+
+	NodePath machine_path;
+	Turn turn = TURN_ON;
+	WhenOff when_off = HOLDS_STILL;
+
+	String summary_default() override;
+	bool uses_run_mode_default() override { return false; }
+	bool finishes_as_it_starts_default() override { return true; }
+	bool works_after_finishing_default() override { return false; }
+
+protected:
+	void _validate_property(PropertyInfo &property) const;
+};
+
+class SCForwardEventsAction : public SCMachineAction {
+	SC_KIND(SCForwardEventsAction, SCMachineAction)
+
+public:
+	NodePath machine_path;
+	TypedArray<StringName> only_these;
+
+	String summary_default() override;
+	bool uses_run_mode_default() override { return false; }
+	bool finishes_as_it_starts_default() override { return true; }
+	bool works_after_finishing_default() override { return false; }
+};
+
+class SCGetLastEventAction : public SCMachineAction {
+	SC_KIND(SCGetLastEventAction, SCMachineAction)
+
+public:
+	StringName store_in;
+
+	String summary_default() override;
+	bool uses_run_mode_default() override { return false; }
+	bool finishes_as_it_starts_default() override { return true; }
+	bool works_after_finishing_default() override { return false; }
+};
+
+class SCGetPreviousStateAction : public SCMachineAction {
+	SC_KIND(SCGetPreviousStateAction, SCMachineAction)
+
+public:
+	StringName store_in;
+
+	String summary_default() override;
+	bool uses_run_mode_default() override { return false; }
+	bool finishes_as_it_starts_default() override { return true; }
+	bool works_after_finishing_default() override { return false; }
+};
+
+class SCGetStateAction : public SCMachineAction {
+	SC_KIND(SCGetStateAction, SCMachineAction)
+
+public:
+	SC_ENUM_LABELLED(Which, "The Innermost State,The Outermost State,The Whole Path", INNERMOST, OUTERMOST, WHOLE_PATH)
+
+	NodePath machine_path;
+	Which which = INNERMOST;
+	StringName store_in;
+
+	String summary_default() override;
+	bool finishes_as_it_starts_default() override { return !repeats(); }
+};
+
+class SCGoToPreviousStateAction : public SCMachineAction {
+	SC_KIND(SCGoToPreviousStateAction, SCMachineAction)
+
+public:
+	String summary_default() override;
+	bool uses_run_mode_default() override { return false; }
+	bool finishes_as_it_starts_default() override { return true; }
+	bool works_after_finishing_default() override { return false; }
+};
+
+class SCMachineVariableAction : public SCMachineAction {
+	SC_KIND(SCMachineVariableAction, SCMachineAction)
+
+public:
+	SC_ENUM(Operation, READ, WRITE)
+
+	NodePath machine_path;
+	Operation operation = READ;
+	// Not named as a variable of this machine would be, as it is none.
+	StringName variable_there;
+	StringName store_in;
+	StringName from_variable;
+
+	String summary_default() override;
+	bool finishes_as_it_starts_default() override { return !repeats(); }
+
+protected:
+	void _validate_property(PropertyInfo &property) const;
+};
+
+class SCRunTemplateAction : public SCMachineAction {
+	SC_KIND(SCRunTemplateAction, SCMachineAction)
+
+public:
+	// `template` is no name for a field.
+	Ref<SCMachineTemplate> machine_template;
+	TypedArray<StringName> shared_variables;
+	StringName done_event = "Done";
+
+	String summary_default() override;
+	bool uses_run_mode_default() override { return false; }
+	bool works_after_finishing_default() override { return false; }
+	PackedStringArray variables_read_default() override;
+	PackedStringArray variables_written_default() override;
+	PackedStringArray events_sent_default() override { return PackedStringArray(); }
+	TypedArray<StringName> optional_names_default() override;
+};
