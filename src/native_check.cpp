@@ -1,8 +1,9 @@
 // The compiled runtime of Check, and the questions about variables.
 
 #include "action/comparing.hpp"
-#include "action/shared_verbs.hpp"
+#include "action/questions.hpp"
 #include "kinds/conditions.hpp"
+#include "kinds/conditions_space.hpp"
 #include "kinds/logic.hpp"
 #include "native_files.hpp"
 #include "native_names.hpp"
@@ -12,19 +13,13 @@
 #include <godot_cpp/classes/node2d.hpp>
 #include <godot_cpp/classes/node3d.hpp>
 
+#include <utility>
+
 namespace {
 
 struct Names {
 	StringName check_last = "check_last";
 	StringName warn_no_question = "_warn_no_question";
-
-	// The question about a distance, which the fast lane can ask.
-	StringName distance_condition = "SCDistanceCondition";
-	StringName distance = "distance";
-	StringName group = "group";
-	StringName ignore_height = "ignore_height";
-	StringName store_in = "store_in";
-	StringName to_node_path = "to_node_path";
 };
 
 const Names &names() {
@@ -99,19 +94,27 @@ class Check : public SCNativeAction {
 		}
 	}
 
+	// What the lane cannot do: keep the answer, wait for other actions, ask now and then, read variables.
+	static bool is_for_the_lane(const SCMachineAction *action, const SCDistanceCondition *condition) {
+		if (condition->wait_for_actions || !condition->from_variables.is_empty() || !condition->store_in.is_empty()) {
+			return false;
+		}
+		return setting_of<&SCCheckAction::only_when_it_changes>(action) && setting_of<&SCCheckAction::store_in>(action).is_empty() && action->update_interval <= 0.0 && !action->reads_variables();
+	}
+
 	// A plain question about a distance is asked for many machines in one loop.
 	static void rest_in_fast_lane(SCMachineBase *machine, SCMachineAction *action, int index, const StillHere &here) {
-		const Ref<SCMachineCondition> condition = here ? condition_of(action) : Ref<SCMachineCondition>();
-		if (condition.is_null() || StringName(condition->get_class()) != names().distance_condition || condition->wait_for_actions || !condition->from_variables.is_empty()) {
+		const Ref<SCMachineCondition> asked = here ? condition_of(action) : Ref<SCMachineCondition>();
+		// A script of a game's own may ask it in another way.
+		const bool is_plain = asked.is_valid() && asked->class_row() == KindOf<SCDistanceCondition>::row && SCNativeActions::of_condition(asked.ptr()) != nullptr;
+		const SCDistanceCondition *condition = is_plain ? Object::cast_to<SCDistanceCondition>(asked.ptr()) : nullptr;
+		if (condition == nullptr || !is_for_the_lane(action, condition)) {
 			return;
 		}
-		if (!setting_of<&SCCheckAction::only_when_it_changes>(action) || !setting_of<&SCCheckAction::store_in>(action).is_empty() || action->update_interval > 0.0 || action->reads_variables() || !String(condition->get(names().store_in)).is_empty()) {
-			return;
-		}
-		const NodePath to_node_path = condition->get(names().to_node_path);
 		Node *body = machine->target_node();
-		Node *to_node = to_node_path.is_empty() ? nullptr : values::node_of(machine, to_node_path);
-		if (!is_in_a_world(body) || (!to_node_path.is_empty() && !is_in_a_world(to_node))) {
+		const bool to_one_node = !condition->to_node_path.is_empty();
+		Node *to_node = to_one_node ? values::node_of(machine, condition->to_node_path) : nullptr;
+		if (!is_in_a_world(body) || (to_one_node ? !is_in_a_world(to_node) : condition->group.is_empty())) {
 			return;
 		}
 		SCFastLane *lane = SCFastLane::lane_for(machine);
@@ -127,7 +130,7 @@ class Check : public SCNativeAction {
 			std::swap(if_near, if_far);
 			was_near = was_near < 0 ? was_near : 1 - was_near;
 		}
-		const int32_t job = lane->add_distance_check(action->wants_physics(), machine, body, condition->get(names().group), to_node, condition->get(names().distance), condition->get(names().ignore_height).booleanize(), if_near, if_far, was_near);
+		const int32_t job = lane->add_distance_check(action->wants_physics(), machine, body, condition->group, to_node, condition->distance, condition->ignore_height, if_near, if_far, was_near);
 		if (job != SCFastLane::NO_JOB) {
 			machine->rest_in_lane(index, lane, job);
 		}
@@ -176,12 +179,8 @@ public:
 
 bool ask_variable(SCMachineBase *machine, SCMachineCondition *condition) {
 	const StringName variable = setting_of<&SCVariableCondition::variable_name>(condition);
-	if (variable.is_empty()) {
-		verbs::warn(machine, condition, "it has no variable to ask about, so the answer is no. Pick one under Variable Name.");
+	if (!questions::has_variable(machine, condition, variable)) {
 		return false;
-	}
-	if (!machine->has_value(variable)) {
-		verbs::warn(machine, condition, vformat("the Machine has no variable called %s, so it is taken to hold nothing. Add %s in its Variables tab, or pick a variable it has under Variable Name.", variable, variable));
 	}
 	return comparing::passes(machine->get_value(variable), comparing::Test(setting_of<&SCVariableCondition::test>(condition)), setting_of<&SCVariableCondition::value>(condition));
 }

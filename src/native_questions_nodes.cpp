@@ -1,9 +1,9 @@
 // Compiled questions about a node.
 
-#include "action/cached_names.hpp"
 #include "action/questions.hpp"
 #include "kinds/conditions_nodes.hpp"
 #include "native_files.hpp"
+#include "native_names.hpp"
 
 #include <godot_cpp/classes/canvas_item.hpp>
 #include <godot_cpp/classes/canvas_layer.hpp>
@@ -23,7 +23,7 @@ struct Remembered {
 };
 
 const Remembered &remembered() {
-	return CachedNames::of<Remembered>();
+	return NativeNames::of<Remembered>();
 }
 
 // What `make` makes of the text, made anew only when the text is another than the last time.
@@ -92,7 +92,7 @@ bool has_child_of_type(SCMachineBase *machine, SCMachineCondition *condition) {
 }
 
 bool is_child_of(SCMachineBase *machine, SCMachineCondition *condition) {
-	const Node *node = questions::node(machine, condition, setting_of<&SCIsChildOfCondition::node_path>(condition), "node_path");
+	Node *node = questions::node(machine, condition, setting_of<&SCIsChildOfCondition::node_path>(condition), "node_path");
 	const Node *parent = questions::node(machine, condition, setting_of<&SCIsChildOfCondition::parent_path>(condition), "parent_path");
 	if (node == nullptr || parent == nullptr) {
 		return false;
@@ -155,7 +155,7 @@ Variant in_order_by(const Variant &value) {
 	return is_vector(value) ? Variant(double(places::as_vector3(value).length())) : value;
 }
 
-bool passes(const Variant &held, comparing::Test test, const Variant &value) {
+bool answers(const Variant &held, comparing::Test test, const Variant &value) {
 	if (test == comparing::EQUALS || test == comparing::NOT_EQUALS) {
 		const bool spread = is_vector(held) && values::is_number(value);
 		const bool is_flat = held.get_type() == Variant::VECTOR2 || held.get_type() == Variant::VECTOR2I;
@@ -204,7 +204,7 @@ bool is_such_property(SCMachineBase *machine, SCMachineCondition *condition) {
 		}
 		return false;
 	}
-	return passes(held, test, value);
+	return answers(held, test, value);
 }
 
 } // namespace

@@ -7,13 +7,16 @@
 #include <godot_cpp/classes/dir_access.hpp>
 #include <godot_cpp/classes/file_access.hpp>
 #include <godot_cpp/classes/resource_loader.hpp>
+#include <godot_cpp/classes/resource_uid.hpp>
 
 namespace {
 
 // What the editor imported is in an exported game under another name, which the loader knows.
 bool is_file(const String &path) {
 	if (path.begins_with("uid://")) {
-		return ResourceLoader::get_singleton()->exists(path);
+		// Asking the loader about one that nobody has is an engine error.
+		const ResourceUID *known = ResourceUID::get_singleton();
+		return known->has_id(known->text_to_id(path)) && ResourceLoader::get_singleton()->exists(path);
 	}
 	return FileAccess::file_exists(path) || (path.begins_with("res://") && ResourceLoader::get_singleton()->exists(path));
 }

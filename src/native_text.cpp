@@ -1,7 +1,6 @@
 // Compiled runtimes of the kinds that work with text.
 
 #include "action/answering.hpp"
-#include "action/repeating_native.hpp"
 #include "action/shared_verbs.hpp"
 #include "action/values.hpp"
 #include "action/words.hpp"
@@ -14,7 +13,7 @@ namespace {
 // Longer than any text a player reads; a number out of a variable may be anything.
 constexpr int64_t MOST_LETTERS = 1000000;
 
-class FormatString : public RepeatingNative {
+class FormatString : public OnceOrRepeating<FormatString> {
 	static void tell_what_is_missing(SCMachineBase *machine, const SCMachineAction *action, const String &text) {
 		const PackedStringArray names = words::names_in(text);
 		for (int64_t i = 0; i < names.size(); i++) {
@@ -24,8 +23,8 @@ class FormatString : public RepeatingNative {
 		}
 	}
 
-protected:
-	void work(SCMachineBase *machine, SCMachineAction *action, int) override {
+public:
+	static void work(SCMachineBase *machine, SCMachineAction *action, int, double) {
 		const String text = setting_of<&SCFormatStringAction::text>(action);
 		tell_what_is_missing(machine, action, text);
 		answering::keep(machine, action, setting_of<&SCFormatStringAction::store_in>(action), words::fill_in(text, machine), "the text");
@@ -67,7 +66,7 @@ Array pieces_of(const String &text, const String &separator) {
 	return pieces;
 }
 
-class StringWork : public RepeatingNative {
+class StringWork : public OnceOrRepeating<StringWork> {
 	using Kind = SCStringAction;
 
 	static Variant joined(SCMachineBase *machine, const SCMachineAction *action) {
@@ -149,8 +148,8 @@ class StringWork : public RepeatingNative {
 		}
 	}
 
-protected:
-	void work(SCMachineBase *machine, SCMachineAction *action, int) override {
+public:
+	static void work(SCMachineBase *machine, SCMachineAction *action, int, double) {
 		const auto operation = setting_of<&Kind::operation>(action);
 		if (Kind::searches(operation) && setting_of<&Kind::look_for>(action).is_empty()) {
 			verbs::warn(machine, action, "there is nothing to look for, so it did nothing. Type the words in beside Look For.");
@@ -235,11 +234,11 @@ Variant number_in(const String &text) {
 	return digits.to_float();
 }
 
-class StringToNumber : public RepeatingNative {
+class StringToNumber : public OnceOrRepeating<StringToNumber> {
 	using Kind = SCStringToNumberAction;
 
-protected:
-	void work(SCMachineBase *machine, SCMachineAction *action, int) override {
+public:
+	static void work(SCMachineBase *machine, SCMachineAction *action, int, double) {
 		const String text = setting_of<&Kind::text>(action);
 		const StringName found_event = setting_of<&Kind::found_event>(action);
 		const StringName not_found_event = setting_of<&Kind::not_found_event>(action);

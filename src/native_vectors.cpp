@@ -3,7 +3,6 @@
 // Sums are done in three parts; in 2D the third is 0 throughout.
 
 #include "action/answering.hpp"
-#include "action/repeating_native.hpp"
 #include "action/shared_verbs.hpp"
 #include "action/values.hpp"
 #include "action/words.hpp"
@@ -71,11 +70,11 @@ bool is_flat_there(SCMachineBase *machine, const StringName &variable, const Var
 	return is_vector(otherwise) ? is_flat(otherwise) : places::is_2d(machine->target_node());
 }
 
-class GetVectorParts : public RepeatingNative {
+class GetVectorParts : public OnceOrRepeating<GetVectorParts> {
 	using Kind = SCGetVectorComponentsAction;
 
-protected:
-	void work(SCMachineBase *machine, SCMachineAction *action, int) override {
+public:
+	static void work(SCMachineBase *machine, SCMachineAction *action, int, double) {
 		const Variant held = operand(machine, action, setting_of<&Kind::vector>(action), "Vector");
 		if (held.get_type() == Variant::NIL) {
 			return;
@@ -143,7 +142,7 @@ public:
 	}
 };
 
-class RandomVector : public RepeatingNative {
+class RandomVector : public OnceOrRepeating<RandomVector> {
 	using Kind = SCRandomVectorAction;
 
 	static Vector3 direction(bool on_a_plane, bool flat) {
@@ -163,8 +162,8 @@ class RandomVector : public RepeatingNative {
 		return radius * Math::pow(share, on_a_plane ? 1.0 / 2.0 : 1.0 / 3.0);
 	}
 
-protected:
-	void work(SCMachineBase *machine, SCMachineAction *action, int) override {
+public:
+	static void work(SCMachineBase *machine, SCMachineAction *action, int, double) {
 		const auto what = setting_of<&Kind::what>(action);
 		const StringName store_in = setting_of<&Kind::store_in>(action);
 		Variant center = Vector3();

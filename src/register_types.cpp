@@ -10,16 +10,28 @@
 #include "design/sc_machine_transition.hpp"
 #include "design/sc_machine_variable.hpp"
 #include "editor_help.hpp"
+#include "kinds/conditions.hpp"
 #include "kinds/conditions_machine.hpp"
 #include "kinds/conditions_nodes.hpp"
 #include "kinds/conditions_space.hpp"
 #include "kinds/conditions_text.hpp"
+#include "kinds/data.hpp"
+#include "kinds/data_easing.hpp"
+#include "kinds/data_lists.hpp"
+#include "kinds/data_numbers.hpp"
+#include "kinds/data_properties.hpp"
+#include "kinds/data_text.hpp"
+#include "kinds/data_vectors.hpp"
 #include "kinds/flow.hpp"
 #include "kinds/flow_events.hpp"
 #include "kinds/flow_testing.hpp"
+#include "kinds/input.hpp"
+#include "kinds/logic.hpp"
 #include "kinds/logic_values.hpp"
 #include "kinds/loop.hpp"
 #include "kinds/machine.hpp"
+#include "kinds/node.hpp"
+#include "kinds/ui.hpp"
 #include "machine/companion_scripts.hpp"
 #include "machine/compiled_design.hpp"
 #include "machine/debugger_channel.hpp"
@@ -54,25 +66,40 @@ void register_kinds() {
 	GDREGISTER_INTERNAL_CLASS(SCDebugDrawings3D);
 	register_classes<
 			SCWaitAction,
+			SCArrayAction,
 			SCBoolOperatorAction,
 			SCCancelDelayedEventsAction,
 			SCChanceCondition,
+			SCCheckAction,
+			SCClampAction,
+			SCCompareCondition,
+			SCDictionaryAction,
 			SCDistanceCondition,
 			SCDrawDebugAction,
+			SCEaseAlongCurveAction,
+			SCEaseVariableAction,
 			SCEnableMachineAction,
+			SCEventOnInputAction,
+			SCEventOnSignalAction,
 			SCFileExistsCondition,
 			SCForEachAction,
+			SCFormatStringAction,
 			SCForwardEventsAction,
 			SCGetEventDataAction,
+			SCGetInputVectorAction,
 			SCGetLastEventAction,
 			SCGetPreviousStateAction,
+			SCGetPropertyAction,
 			SCGetStateAction,
+			SCGetVectorComponentsAction,
 			SCGoToPreviousStateAction,
 			SCGoToStateAction,
 			SCHasChildOfTypeCondition,
 			SCInStateCondition,
+			SCInputCondition,
 			SCIsChildOfCondition,
 			SCMachineVariableAction,
+			SCMathAction,
 			SCNextFrameEventAction,
 			SCNodeCondition,
 			SCOnScreenCondition,
@@ -81,18 +108,28 @@ void register_kinds() {
 			SCPrintAction,
 			SCPropertyCondition,
 			SCRandomEventAction,
+			SCRandomNumberAction,
+			SCRandomSeedAction,
+			SCRandomVectorAction,
 			SCRepeatAction,
 			SCRunTemplateAction,
 			SCSendEventAction,
 			SCSequenceAction,
+			SCSetPropertyAction,
 			SCSetVariableAction,
+			SCSetVectorComponentsAction,
+			SCSetVisibleAction,
+			SCStringAction,
 			SCStringCompareCondition,
+			SCStringToNumberAction,
 			SCSubStateFinishedCondition,
 			SCSwitchAction,
 			SCTimeoutCondition,
 			SCTimerAction,
 			SCTouchingCondition,
 			SCVariableChangedCondition,
+			SCVariableCondition,
+			SCVectorAction,
 			SCAssertAction>();
 }
 
@@ -100,12 +137,25 @@ void register_kinds() {
 
 void register_all_natives() {
 	register_core_natives();
+	register_visible_natives();
+	register_signal_natives();
+	register_property_natives();
+	register_math_natives();
+	register_input_natives();
+	register_check_natives();
 	register_testing_natives();
 	register_switching_natives();
 	register_run_template_natives();
 	register_machine_natives();
 	register_loop_natives();
 	register_flow_natives();
+	register_data_list_natives();
+	register_data_table_natives();
+	register_easing_natives();
+	register_get_property_natives();
+	register_number_natives();
+	register_text_natives();
+	register_vector_natives();
 	register_questions_about_machines();
 	register_questions_about_nodes();
 	register_questions_about_playing();

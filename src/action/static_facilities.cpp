@@ -1,6 +1,7 @@
 #include "action/static_facilities.hpp"
 
 #include "action/inspector.hpp"
+#include "action/kind_list.hpp"
 #include "action/naming.hpp"
 #include "action/places.hpp"
 #include "action/reading.hpp"
@@ -262,6 +263,8 @@ void bind_inspector(const Binder &bind) {
 void bind_kinds(const Binder &bind) {
 	bind(D_METHOD("kind_of", "object"), &kind_of);
 	bind(D_METHOD("kind_name", "object"), &kind_name);
+	bind(D_METHOD("_core_kinds"), &kind_list::rows);
+	bind(D_METHOD("_core_has_runtime", "action_or_condition"), &kind_list::has_runtime);
 	bind(D_METHOD("can_be_read_from_a_variable", "script"), &can_be_read_from_a_variable);
 	bind(D_METHOD("can_be_read_from_a_variable_of", "object"), &can_be_read_from_a_variable_of);
 	bind(D_METHOD("twin_settings", "script"), &twin_settings);

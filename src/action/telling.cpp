@@ -17,11 +17,14 @@ String event_in_words(const StringName &event) {
 	return event.is_empty() ? String("nothing") : String(event);
 }
 
+String picked(const StringName &name) {
+	return name.is_empty() ? ActionShared::get().not_picked : String(name);
+}
+
 String listed(const Array &names) {
 	PackedStringArray words;
 	for (int64_t i = 0; i < names.size(); i++) {
-		const String word = words::text_of(names[i]);
-		words.push_back(word.is_empty() ? ActionShared::get().not_picked : word);
+		words.push_back(picked(words::text_of(names[i])));
 	}
 	return String(", ").join(words);
 }

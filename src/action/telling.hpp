@@ -11,6 +11,9 @@ namespace telling {
 void once(const SCMachineAction *action, SCMachineBase *machine, int which, const String &text);
 // An event as a sentence names it: "nothing" when there is none.
 String event_in_words(const StringName &event);
+// A name in a summary: "(pick one)" when there is none. The drawn line fills such a gap by itself, but
+// for a setting that ends in "_variable".
+String picked(const StringName &name);
 // A list of names in a summary.
 String listed(const Array &names);
 

@@ -20,7 +20,7 @@ void SCForEachAction::describe(KindTable<SCForEachAction> &kind) {
 
 String SCForEachAction::summary_default() {
 	const String into = store_item_in.is_empty() ? String() : vformat(" into %s", store_item_in);
-	return vformat("For each of %s%s, send %s, then %s", list_variable, into, next_event, done_event);
+	return vformat("For each of %s%s, send %s, then %s", telling::picked(list_variable), into, next_event, done_event);
 }
 
 TypedArray<StringName> SCForEachAction::optional_names_default() {

@@ -130,7 +130,7 @@ void SCMachineVariableAction::describe(KindTable<SCMachineVariableAction> &kind)
 String SCMachineVariableAction::summary_default() {
 	const String which = machine_in_line(machine_path);
 	if (operation == WRITE) {
-		return vformat("Put %s in %s on %s", from_variable, variable_there, which);
+		return vformat("Put %s in %s on %s", telling::picked(from_variable), variable_there, which);
 	}
 	return vformat("Put %s on %s into %s", variable_there, which, store_in);
 }

@@ -34,13 +34,16 @@ func draw() -> SCMachineTemplate:
 	made.events.append(event)
 	for state: SCMachineState in made.all_states():
 		for i in _game.pick_count(0, 4):
-			state.transitions.append(transition())
+			state.transitions.append(transition(not state.actions.is_empty()))
 	return made
 
 
-func transition() -> SCMachineTransition:
+## States that have nothing to do and lead on when they are done make circles, which are rather loud.
+func transition(may_follow_finished: bool) -> SCMachineTransition:
 	var made := SCMachineTransition.new()
 	made.event = _game.pick(EVENTS)
+	if made.event == &"FINISHED" and not may_follow_finished and not _game.one_in(8):
+		made.event = &"go"
 	made.to_state = _game.pick(_names) if not _game.one_in(12) else &"Nowhere"
 	if _game.one_in(3):
 		made.store_data_in = _game.pick(VARIABLES)
@@ -66,13 +69,13 @@ func action() -> SCMachineAction:
 			var send := SCSendEventAction.new()
 			send.event_name = _game.pick(EVENTS)
 			send.reach = SCSendEventAction.EVERY_MACHINE if _game.one_in(3) else SCSendEventAction.THIS_MACHINE
-			send.delay = _game.random.randf() * 0.05 if _game.one_in(2) else 0.0
+			send.delay = 0.0 if _game.one_in(6) else _game.random.randf() * 0.05
 			return _chained(send)
 	var made := Action.new()
 	made.ticks = _game.one_in(2)
 	made.physics = _game.one_in(4)
 	made.works_on = _game.one_in(4)
-	made.finishes_in = [0, 1, 2, 5][_game.random.randi() % 4]
+	made.finishes_in = [0, 1, 3, 5][_game.random.randi() % 4]
 	if _game.one_in(3):
 		made.watched = PackedStringArray([_game.pick(VARIABLES)])
 	if _game.one_in(5):

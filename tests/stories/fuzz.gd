@@ -9,7 +9,7 @@ const Game := preload("res://tests/fuzz/fuzz_game.gd")
 
 const FIRST_SEED: int = 20_260
 const ROUNDS: int = 200
-const LONG_ROUNDS: int = 6000
+const LONG_ROUNDS: int = 5000
 const FRAMES_A_ROUND: int = 8
 ## The one error that a design can lead to.
 const CIRCLE: String = "states in one frame"

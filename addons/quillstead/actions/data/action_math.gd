@@ -1,0 +1,2 @@
+extends SCMathAction
+## Arithmetic on numbers, into a variable.

@@ -1,0 +1,2 @@
+extends SCGetEventDataAction
+## Read the value an event arrived with.

@@ -1,0 +1,2 @@
+extends SCGoToStateAction
+## Jump straight to another state, without waiting for a transition.

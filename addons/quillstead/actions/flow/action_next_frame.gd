@@ -1,0 +1,2 @@
+extends SCNextFrameEventAction
+## Send an event on the next frame.

@@ -1,0 +1,2 @@
+extends SCPrintAction
+## Print a line to the Output panel.

@@ -1,0 +1,2 @@
+extends SCWaitAction
+## Wait a number of seconds, then finish.

@@ -1,0 +1,2 @@
+extends SCSwitchAction
+## Send one of several events, picked by what a variable holds.

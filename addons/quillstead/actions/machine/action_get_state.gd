@@ -1,0 +1,2 @@
+extends SCGetStateAction
+## Put the name of the state a machine is in into a String variable.

@@ -1,0 +1,2 @@
+extends SCMachineVariableAction
+## Read or write a variable on another machine.

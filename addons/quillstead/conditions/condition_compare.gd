@@ -1,0 +1,2 @@
+extends SCCompareCondition
+## Compare two numbers, either of them a variable.

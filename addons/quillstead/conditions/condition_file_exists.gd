@@ -1,0 +1,2 @@
+extends SCFileExistsCondition
+## Is there a file or a folder at a place on the computer?

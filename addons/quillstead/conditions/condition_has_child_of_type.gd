@@ -1,0 +1,2 @@
+extends SCHasChildOfTypeCondition
+## True when a node has a node of a kind under it.

@@ -1,0 +1,2 @@
+extends SCInStateCondition
+## Is a machine in a state?

@@ -1,0 +1,2 @@
+extends SCNodeCondition
+## Ask about a node.

@@ -1,0 +1,2 @@
+extends SCOnScreenCondition
+## True while a node is on the screen.

@@ -1,0 +1,2 @@
+extends SCPlayingCondition
+## Ask what an animation or a sound is doing.

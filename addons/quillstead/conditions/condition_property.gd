@@ -1,0 +1,2 @@
+extends SCPropertyCondition
+## Compare any property of any node with a value.

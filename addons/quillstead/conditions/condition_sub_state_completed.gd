@@ -1,0 +1,2 @@
+extends SCSubStateFinishedCondition
+## True once the work inside this state is done.

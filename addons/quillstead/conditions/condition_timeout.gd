@@ -1,0 +1,2 @@
+extends SCTimeoutCondition
+## True once the state has been running for this long.

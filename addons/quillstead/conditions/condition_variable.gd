@@ -1,0 +1,2 @@
+extends SCVariableCondition
+## Compare one of the machine's variables with a value.

@@ -1,5 +1,0 @@
-#pragma once
-
-#include "native_names.hpp"
-
-using CachedNames = NativeNames;

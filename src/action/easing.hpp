@@ -1,0 +1,28 @@
+#pragma once
+
+// How a change over time speeds up and slows down: the shapes of the engine's tweens, as kinds offer
+// them. A kind has a field of each enum and says both settings with one call of describe().
+
+#include "action/kind_table.hpp"
+#include "action/shared_verbs.hpp"
+
+struct Easings {
+	// In the engine's own order, as they are handed to its tweens.
+	SC_ENUM(Shape, LINEAR, SINE, QUINT, QUART, QUAD, EXPO, ELASTIC, CUBIC, CIRC, BOUNCE, BACK, SPRING)
+	SC_ENUM(Easing, EASE_IN, EASE_OUT, EASE_IN_OUT, EASE_OUT_IN)
+
+	template <auto CurveField, auto EasingField, class T>
+	static void describe(KindTable<T> &kind) {
+		kind.template constants_of<Shape>();
+		kind.template constants_of<Easing>();
+		kind.template setting<CurveField>("curve", "The shape of the change (Godot's Tween transition). Linear keeps one speed all the way. Sine, Quad, Cubic and Expo speed up or slow down more and more. Elastic wobbles past the end and back, Back goes a little past and comes back, and Bounce bounces at the end.");
+		kind.template setting<EasingField>("easing", "Where the change is slow (Godot's Tween ease). Ease Out is slow at the end, as a thing coming to rest, and Ease In at the start, as a thing setting off. Ease In Out is slow at both ends, and Ease Out In in the middle.");
+	}
+
+	static verbs::Easing as_tween(Shape shape, Easing easing) {
+		verbs::Easing made;
+		made.transition = Tween::TransitionType(int(shape));
+		made.ease = Tween::EaseType(int(easing));
+		return made;
+	}
+};

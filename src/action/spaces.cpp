@@ -1,0 +1,122 @@
+#include "action/spaces.hpp"
+
+#include "action/shared_verbs.hpp"
+
+#include <godot_cpp/classes/container.hpp>
+#include <godot_cpp/classes/rigid_body2d.hpp>
+#include <godot_cpp/classes/rigid_body3d.hpp>
+
+namespace spaces {
+
+Node *placed(SCMachineBase *machine, const NodePath &path) {
+	Node *node = values::node_of(machine, path);
+	return places::has_a_place(node) ? node : nullptr;
+}
+
+Node *placed_or_warn(SCMachineBase *machine, const Object *kind, const NodePath &path, const StringName &setting) {
+	Node *node = verbs::node_or_warn(machine, kind, path, setting);
+	if (node == nullptr || places::has_a_place(node)) {
+		return node;
+	}
+	verbs::warn_wrong_class(machine, kind, node, "a Node2D, a Node3D or a Control", setting);
+	return nullptr;
+}
+
+void warn_if_placed_by_another(SCMachineBase *machine, const Object *kind, const Node *node) {
+	const Node *above = node->get_parent();
+	if (Object::cast_to<Control>(node) != nullptr && Object::cast_to<Container>(above) != nullptr) {
+		verbs::warn(machine, kind, vformat("%s lies in %s, a %s, which places what it holds, so it will not stay there. Move something inside %s instead, or take it out of the container.", node->get_name(), above->get_name(), above->get_class(), node->get_name()));
+		return;
+	}
+	const RigidBody2D *flat = Object::cast_to<RigidBody2D>(node);
+	const RigidBody3D *deep = Object::cast_to<RigidBody3D>(node);
+	if ((flat != nullptr && !flat->is_freeze_enabled()) || (deep != nullptr && !deep->is_freeze_enabled())) {
+		verbs::warn(machine, kind, vformat("%s is a %s, which the physics moves too, so the two fight over where it is. Tick Freeze on it, or push it with Apply Force.", node->get_name(), node->get_class()));
+	}
+}
+
+bool place_or_warn(SCMachineBase *machine, const Object *kind, const Variant &value, const StringName &setting) {
+	const String shown = verbs::setting_in_inspector(setting);
+	switch (value.get_type()) {
+		case Variant::VECTOR2:
+		case Variant::VECTOR2I:
+		case Variant::VECTOR3:
+		case Variant::VECTOR3I:
+			return true;
+		case Variant::OBJECT: {
+			const Node *node = Object::cast_to<Node>(value.get_validated_object());
+			if (places::has_a_place(node)) {
+				return true;
+			}
+			if (node != nullptr) {
+				verbs::warn(machine, kind, vformat("%s.", places::no_place_words(node, shown)));
+				return false;
+			}
+			break;
+		}
+		default:
+			break;
+	}
+	verbs::warn(machine, kind, vformat("%s holds %s, which is no place and no direction, so it did nothing. Pick a Vector2, a Vector3 or a node beside %s.", shown, values::kind_in_words(value), shown));
+	return false;
+}
+
+bool is_flat(const Node *placed) {
+	return Object::cast_to<CanvasItem>(placed) != nullptr;
+}
+
+Variant on_side_of(const Node *placed, const Variant &place) {
+	return is_flat(placed) ? Variant(places::as_vector2(place)) : Variant(places::as_vector3(place));
+}
+
+Transform2D world_of(const CanvasItem *flat) {
+	return flat->get_global_transform();
+}
+
+// Outside the tree there is no world, and asking for it is an engine error.
+Transform3D world_of(const Node3D *deep) {
+	return deep->is_inside_tree() ? deep->get_global_transform() : deep->get_transform();
+}
+
+Transform2D parent_of(const CanvasItem *flat) {
+	const CanvasItem *above = flat->is_set_as_top_level() ? nullptr : Object::cast_to<CanvasItem>(flat->get_parent());
+	return above != nullptr ? world_of(above) : Transform2D();
+}
+
+Transform3D parent_of(const Node3D *deep) {
+	const Node3D *above = deep->is_set_as_top_level() ? nullptr : Object::cast_to<Node3D>(deep->get_parent());
+	return above != nullptr ? world_of(above) : Transform3D();
+}
+
+Variant to_world(const Node *placed, const Variant &place) {
+	if (const CanvasItem *flat = Object::cast_to<CanvasItem>(placed)) {
+		return world_of(flat).xform(places::as_vector2(place));
+	}
+	const Node3D *deep = Object::cast_to<Node3D>(placed);
+	return deep != nullptr ? Variant(world_of(deep).xform(places::as_vector3(place))) : Variant();
+}
+
+Variant to_own(const Node *placed, const Variant &place) {
+	if (const CanvasItem *flat = Object::cast_to<CanvasItem>(placed)) {
+		const Transform2D world = world_of(flat);
+		return world.determinant() != 0.0f ? Variant(world.affine_inverse().xform(places::as_vector2(place))) : Variant();
+	}
+	if (const Node3D *deep = Object::cast_to<Node3D>(placed)) {
+		const Transform3D world = world_of(deep);
+		return world.basis.determinant() != 0.0f ? Variant(world.affine_inverse().xform(places::as_vector3(place))) : Variant();
+	}
+	return Variant();
+}
+
+Variant own_direction(const Node *placed, const Variant &direction) {
+	if (const CanvasItem *flat = Object::cast_to<CanvasItem>(placed)) {
+		return places::as_vector2(direction).rotated(world_of(flat).get_rotation());
+	}
+	if (const Node3D *deep = Object::cast_to<Node3D>(placed)) {
+		const Basis basis = world_of(deep).basis;
+		return basis.determinant() != 0.0f ? basis.get_rotation_quaternion().xform(places::as_vector3(direction)) : places::as_vector3(direction);
+	}
+	return direction;
+}
+
+} // namespace spaces

@@ -1,0 +1,58 @@
+#pragma once
+
+// What runtimes that move, turn and measure things ask of a node, on either side alike: which side it
+// is on, what its own space and its parent's are, and whether it may be moved at all.
+
+#include "action/places.hpp"
+
+#include <godot_cpp/classes/control.hpp>
+#include <godot_cpp/classes/node2d.hpp>
+#include <godot_cpp/classes/node3d.hpp>
+#include <godot_cpp/core/object.hpp>
+#include <godot_cpp/variant/transform2d.hpp>
+#include <godot_cpp/variant/transform3d.hpp>
+
+using namespace godot;
+
+class SCMachineBase;
+
+namespace spaces {
+
+// The node of a path setting if it is a Node2D, a Node3D or a Control. Null otherwise, and the game maker is told.
+Node *placed_or_warn(SCMachineBase *machine, const Object *kind, const NodePath &path, const StringName &setting);
+// The same without a word, for every frame after the first.
+Node *placed(SCMachineBase *machine, const NodePath &path);
+// Says so when a container or the physics will put the node back where they want it.
+void warn_if_placed_by_another(SCMachineBase *machine, const Object *kind, const Node *node);
+// Whether a setting of any type holds a vector, or a node that has a place. If not, the game maker is told.
+bool place_or_warn(SCMachineBase *machine, const Object *kind, const Variant &value, const StringName &setting);
+
+// A Node2D or a Control.
+bool is_flat(const Node *placed);
+// A Vector2 or a Vector3, by the node's side.
+Variant on_side_of(const Node *placed, const Variant &place);
+
+Transform2D world_of(const CanvasItem *flat);
+Transform3D world_of(const Node3D *deep);
+Transform2D parent_of(const CanvasItem *flat);
+Transform3D parent_of(const Node3D *deep);
+
+// A place in the node's own space as one in the world, and back. Nil where its size is zero and there is no way back.
+Variant to_world(const Node *placed, const Variant &place);
+Variant to_own(const Node *placed, const Variant &place);
+// A direction of the node's own, its front or its left, as one in the world. Its size has no say.
+Variant own_direction(const Node *placed, const Variant &direction);
+
+// Calls `act` with the node as what it is: a Node2D, a Control or a Node3D.
+template <class Act>
+void visit(Node *placed, Act act) {
+	if (Node2D *flat = Object::cast_to<Node2D>(placed)) {
+		act(flat);
+	} else if (Control *control = Object::cast_to<Control>(placed)) {
+		act(control);
+	} else if (Node3D *deep = Object::cast_to<Node3D>(placed)) {
+		act(deep);
+	}
+}
+
+} // namespace spaces

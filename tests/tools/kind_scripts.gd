@@ -1,0 +1,125 @@
+extends SceneTree
+## Makes the addon's scripts of kinds and [code]docs/kinds.md[/code] from what the library has registered. Run by
+## [code]./dev kinds[/code] with [code]write[/code], which touches only what differs, and by [code]./dev lint[/code] with
+## [code]check[/code], which ends with 1 when a script is missing, misnamed or stale, or when something else lies there.
+
+const FOLDERS: Array[String] = ["res://addons/quillstead/actions", "res://addons/quillstead/conditions"]
+const PAGE: String = "res://docs/kinds.md"
+const WIDTH: int = 116
+
+var _wanted: Dictionary[String, String] = {}
+var _changed: int = 0
+var _faults: PackedStringArray = []
+
+
+func _initialize() -> void:
+	var writes := "write" in OS.get_cmdline_user_args()
+	var kinds := SCMachineAction._core_kinds()
+	for kind in kinds:
+		_wanted[kind["script"]] = _script_of(kind)
+	_wanted[PAGE] = _page_of(kinds)
+	for path in _wanted:
+		_settle(path, writes)
+	for folder in FOLDERS:
+		_settle_what_lies_in(folder, writes)
+	for fault in _faults:
+		print(fault)
+	if writes:
+		print("%d kinds, %d files changed" % [kinds.size(), _changed])
+	elif not _faults.is_empty():
+		print("./dev kinds makes them anew.")
+	quit(0 if _faults.is_empty() else 1)
+
+
+func _script_of(kind: Dictionary) -> String:
+	return "extends %s\n%s" % [kind["class"], _in_lines("## ", kind["about"])]
+
+
+## The engine joins the lines of a comment again.
+func _in_lines(mark: String, text: String) -> String:
+	var lines := ""
+	var line := ""
+	for word in text.replace("\n", "[br]").split(" ", false):
+		if not line.is_empty() and mark.length() + line.length() + 1 + word.length() > WIDTH:
+			lines += mark + line + "\n"
+			line = ""
+		line += word if line.is_empty() else " " + word
+	return lines if line.is_empty() else lines + mark + line + "\n"
+
+
+func _page_of(kinds: Array[Dictionary]) -> String:
+	var by_category: Dictionary[String, PackedStringArray] = {}
+	for kind in kinds:
+		var category: String = kind["category"]
+		var lines: PackedStringArray = by_category.get(category, PackedStringArray())
+		lines.append("- **%s**: %s" % [_title_of(kind["class"]), _first_sentence(kind["about"])])
+		by_category[category] = lines
+	var page := "# The kinds\n\nWhat the Add Action menu offers, and the questions a Check asks. The editor's help tells each in full.\n"
+	page += "Made by `./dev kinds` from what the library says of itself.\n"
+	var categories := by_category.keys()
+	categories.sort_custom(_questions_last)
+	for category: String in categories:
+		by_category[category].sort()
+		page += "\n## %s\n\n%s\n" % [category.capitalize(), "\n".join(by_category[category])]
+	return page
+
+
+func _questions_last(a: String, b: String) -> bool:
+	if (a == "conditions") != (b == "conditions"):
+		return b == "conditions"
+	return a < b
+
+
+func _title_of(class_of_kind: StringName) -> String:
+	return String(class_of_kind).trim_prefix("SC").trim_suffix("Action").trim_suffix("Condition").capitalize()
+
+
+func _first_sentence(text: String) -> String:
+	var end := text.length()
+	for mark: String in [". ", "? ", "! ", "\n"]:
+		var at := text.find(mark)
+		if at >= 0:
+			end = mini(end, at + mark.strip_edges().length())
+	return text.left(end)
+
+
+func _settle(path: String, writes: bool) -> void:
+	var there := FileAccess.file_exists(path)
+	if there and FileAccess.get_file_as_string(path) == _wanted[path]:
+		return
+	if not writes:
+		_faults.append("%s %s" % [path.trim_prefix("res://"), "is stale" if there else "is missing"])
+		return
+	DirAccess.make_dir_recursive_absolute(path.get_base_dir())
+	var file := FileAccess.open(path, FileAccess.WRITE)
+	if file == null:
+		_faults.append("%s cannot be written (%s)" % [path.trim_prefix("res://"), error_string(FileAccess.get_open_error())])
+		return
+	file.store_string(_wanted[path])
+	_changed += 1
+
+
+func _settle_what_lies_in(folder: String, writes: bool) -> void:
+	for name in DirAccess.get_files_at(folder):
+		var path := folder.path_join(name)
+		if _wanted.has(path.trim_suffix(".uid")):
+			continue
+		# Only what this tool can have made is taken away again.
+		if writes and name.trim_suffix(".uid").get_extension() == "gd" and (name.begins_with("action_") or name.begins_with("condition_")):
+			DirAccess.remove_absolute(path)
+			_changed += 1
+		else:
+			_faults.append("%s stands for no kind" % path.trim_prefix("res://"))
+	for name in DirAccess.get_directories_at(folder):
+		var inner := folder.path_join(name)
+		_settle_what_lies_in(inner, writes)
+		if not _holds_anything(inner):
+			if writes:
+				DirAccess.remove_absolute(inner)
+				_changed += 1
+			else:
+				_faults.append("%s is empty" % inner.trim_prefix("res://"))
+
+
+func _holds_anything(folder: String) -> bool:
+	return not DirAccess.get_files_at(folder).is_empty() or not DirAccess.get_directories_at(folder).is_empty()
