@@ -75,7 +75,8 @@ class Ease : public SCNativeAction {
 		const StringName name = setting_of<&Kind::variable_name>(action);
 		const Variant to = setting_of<&Kind::to>(action);
 		const double duration = setting_of<&Kind::duration>(action);
-		const bool ended = elapsed >= duration;
+		// Frames that add up to the duration but for their last digits are all of it.
+		const bool ended = elapsed >= duration || Math::is_equal_approx(elapsed, duration);
 		const StillHere here(machine);
 		if (can_be_eased(start, to)) {
 			const double share = Derived::share_at(action, ended ? 1.0 : elapsed / duration);

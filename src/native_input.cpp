@@ -1,7 +1,7 @@
 // Compiled runtimes that read what the player holds.
 
-#include "action/input_words.hpp"
 #include "action/shared_verbs.hpp"
+#include "input_words.hpp"
 #include "kinds/conditions.hpp"
 #include "kinds/input.hpp"
 #include "native_files.hpp"

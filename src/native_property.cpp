@@ -56,6 +56,13 @@ class SetProperty : public SCNativeAction {
 		return wanted;
 	}
 
+	static String why(const Node *node, const Variant &value, const property_paths::Wanted &wanted) {
+		if (wanted.is_there) {
+			return vformat("it takes %s and was given %s", property_paths::in_words(wanted), values::kind_in_words(value));
+		}
+		return wanted.empty_part.is_empty() ? vformat("a %s has no such property", node->get_class()) : vformat("its %s is empty", wanted.empty_part);
+	}
+
 	// Told once for a property of a node and a kind of value, not on every frame.
 	static void tell(SCMachineBase *machine, SCMachineAction *action, Dictionary slot, Node *node, const Variant &value, const property_paths::Wanted &wanted) {
 		const Variant property = slot[names().path_for];
@@ -67,8 +74,7 @@ class SetProperty : public SCNativeAction {
 		slot[names().warned] = property;
 		slot[names().took_on] = id;
 		slot[names().took_kind] = kind;
-		const String why = wanted.is_there ? vformat("it takes %s and was given %s", property_paths::in_words(wanted), values::kind_in_words(value)) : vformat("a %s has no such property", node->get_class());
-		action->call(names().say_cannot, machine, node, why);
+		action->call(names().say_cannot, machine, node, why(node, value, wanted));
 	}
 
 	static void work(SCMachineBase *machine, SCMachineAction *action, int index) {

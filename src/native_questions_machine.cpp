@@ -7,7 +7,6 @@
 #include "machine/value_kinds.hpp"
 #include "native_files.hpp"
 #include "native_names.hpp"
-#include "native_names.hpp"
 #include "sc_machine.hpp"
 
 #include <godot_cpp/core/math.hpp>

@@ -1,5 +1,6 @@
 // Compiled questions about a node.
 
+#include "action/property_paths.hpp"
 #include "action/questions.hpp"
 #include "kinds/conditions_nodes.hpp"
 #include "native_files.hpp"
@@ -189,7 +190,7 @@ bool is_such_property(SCMachineBase *machine, SCMachineCondition *condition) {
 		return false;
 	}
 	const NodePath path = made_of(property, machine->condition_slot(), remembered().property_text, remembered().property, [&]() -> Variant {
-		return NodePath(property).get_as_property_path();
+		return property_paths::path_of(property);
 	});
 	const comparing::Test test = comparing::Test(setting_of<&SCPropertyCondition::test>(condition));
 	const Variant value = setting_of<&SCPropertyCondition::value>(condition);

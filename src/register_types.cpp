@@ -10,6 +10,7 @@
 #include "design/sc_machine_transition.hpp"
 #include "design/sc_machine_variable.hpp"
 #include "editor_help.hpp"
+#include "kinds/color.hpp"
 #include "kinds/conditions.hpp"
 #include "kinds/conditions_machine.hpp"
 #include "kinds/conditions_nodes.hpp"
@@ -31,6 +32,11 @@
 #include "kinds/loop.hpp"
 #include "kinds/machine.hpp"
 #include "kinds/node.hpp"
+#include "kinds/time.hpp"
+#include "kinds/transform_moving.hpp"
+#include "kinds/transform_paths.hpp"
+#include "kinds/transform_sizing.hpp"
+#include "kinds/transform_turning.hpp"
 #include "kinds/ui.hpp"
 #include "machine/companion_scripts.hpp"
 #include "machine/compiled_design.hpp"
@@ -82,15 +88,18 @@ void register_kinds() {
 			SCEventOnInputAction,
 			SCEventOnSignalAction,
 			SCFileExistsCondition,
+			SCFollowPathAction,
 			SCForEachAction,
 			SCFormatStringAction,
 			SCForwardEventsAction,
+			SCGetColorComponentsAction,
 			SCGetEventDataAction,
 			SCGetInputVectorAction,
 			SCGetLastEventAction,
 			SCGetPreviousStateAction,
 			SCGetPropertyAction,
 			SCGetStateAction,
+			SCGetTimeAction,
 			SCGetVectorComponentsAction,
 			SCGoToPreviousStateAction,
 			SCGoToStateAction,
@@ -98,24 +107,35 @@ void register_kinds() {
 			SCInStateCondition,
 			SCInputCondition,
 			SCIsChildOfCondition,
+			SCLookAtAction,
 			SCMachineVariableAction,
 			SCMathAction,
+			SCMoveToAction,
 			SCNextFrameEventAction,
 			SCNodeCondition,
 			SCOnScreenCondition,
+			SCPathProgressAction,
 			SCPlayingCondition,
 			SCPointerOverUiCondition,
 			SCPrintAction,
 			SCPropertyCondition,
+			SCPunchAction,
+			SCRandomColorAction,
 			SCRandomEventAction,
 			SCRandomNumberAction,
 			SCRandomSeedAction,
 			SCRandomVectorAction,
 			SCRepeatAction,
+			SCRotateAction,
+			SCRotateToAction,
 			SCRunTemplateAction,
+			SCSampleGradientAction,
+			SCScaleToAction,
 			SCSendEventAction,
 			SCSequenceAction,
+			SCSetColorComponentsAction,
 			SCSetPropertyAction,
+			SCSetTimeScaleAction,
 			SCSetVariableAction,
 			SCSetVectorComponentsAction,
 			SCSetVisibleAction,
@@ -126,7 +146,10 @@ void register_kinds() {
 			SCSwitchAction,
 			SCTimeoutCondition,
 			SCTimerAction,
+			SCToGlobalAction,
+			SCToLocalAction,
 			SCTouchingCondition,
+			SCTranslateAction,
 			SCVariableChangedCondition,
 			SCVariableCondition,
 			SCVectorAction,
@@ -162,6 +185,12 @@ void register_all_natives() {
 	register_questions_about_space();
 	register_questions_about_text();
 	register_questions_about_touching();
+	register_color_natives();
+	register_time_natives();
+	register_transform_moving_natives();
+	register_transform_paths_natives();
+	register_transform_sizing_natives();
+	register_transform_turning_natives();
 }
 
 void initialize_quillstead(ModuleInitializationLevel level) {

@@ -78,8 +78,8 @@ void SCMachine::_bind_methods() {
 	table.setting<&SCMachine::states>("states", "The states of this machine. States nested inside another belong to that one.");
 	table.setting<&SCMachine::initial_state>("initial_state", "The state the machine starts in.");
 	table.setting<&SCMachine::variables>("variables", "The named values this machine carries, and what each starts as.");
-	table.setting<&SCMachine::handed_values>("handed_values", { PROPERTY_HINT_DICTIONARY_TYPE, "StringName;Variant" }, "Values given to this machine from outside before it starts, as Run Template does. Each must be of the kind its variable was declared with, and a global variable is left as it is.");
-	table.setting<&SCMachine::starting_values>("starting_values", { PROPERTY_HINT_DICTIONARY_TYPE, "StringName;Variant" }, "Values that this one machine starts with in place of the declared ones, by the variable's name. They are taken as they are.");
+	table.setting<&SCMachine::handed_values>("handed_values", { PROPERTY_HINT_TYPE_STRING, "21:;0:" }, "Values given to this machine from outside before it starts, as Run Template does. Each must be of the kind its variable was declared with, and a global variable is left as it is.");
+	table.setting<&SCMachine::starting_values>("starting_values", { PROPERTY_HINT_TYPE_STRING, "21:;0:" }, "Values that this one machine starts with in place of the declared ones, by the variable's name. They are taken as they are.");
 	table.property("target", PropertyInfo(Variant::OBJECT, "target", PROPERTY_HINT_NODE_TYPE, "Node", PROPERTY_USAGE_NONE, "Node"), &SCMachine::set_target, &SCMachine::target_node, "The node the machine works on, found by Target Path as the machine becomes ready.", nullptr, "node");
 	table.property("values", PropertyInfo(Variant::DICTIONARY, "values", PROPERTY_HINT_NONE, "", PROPERTY_USAGE_NONE), &SCMachine::set_values, &SCMachine::get_values, "The values of all variables at this moment, by name. It is a copy: use set_value to change one of them.");
 

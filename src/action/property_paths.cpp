@@ -112,6 +112,10 @@ Wanted wanted_at(Object *object, const NodePath &path) {
 		return wanted_of(inner, last);
 	}
 	Wanted wanted;
+	if (around.get_type() == Variant::NIL || around.get_type() == Variant::OBJECT) {
+		wanted.empty_part = String(path.get_subname(count - 2));
+		return wanted;
+	}
 	const Variant part = object->get_indexed(path);
 	wanted.is_there = part.get_type() != Variant::NIL || around.get_type() == Variant::DICTIONARY;
 	// An entry of a table takes anything.

@@ -18,6 +18,8 @@ struct Wanted {
 	Variant::Type type = Variant::NIL;
 	// For an object, what it must be; empty for any.
 	StringName class_name;
+	// On the way to a property that is not there, what holds nothing to reach into.
+	String empty_part;
 };
 
 Wanted wanted_at(Object *object, const NodePath &path);

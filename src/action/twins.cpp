@@ -102,7 +102,11 @@ bool set(Object *object, const StringName &property, const Variant &value) {
 }
 
 void list(const Object *object, List<PropertyInfo> *properties) {
-	for (const StringName &twin : of_object(object).twins) {
+	const LocalVector<StringName> &twins_of_object = of_object(object).twins;
+	if (!twins_of_object.is_empty()) {
+		properties->push_back(PropertyInfo(Variant::NIL, "Read From Variables", PROPERTY_HINT_NONE, String(), PROPERTY_USAGE_GROUP));
+	}
+	for (const StringName &twin : twins_of_object) {
 		properties->push_back(describe(twin));
 	}
 }

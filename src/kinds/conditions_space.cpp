@@ -12,15 +12,19 @@ void SCDistanceCondition::describe(KindTable<SCDistanceCondition> &kind) {
 	kind.setting<&SCDistanceCondition::store_in>("store_in", "Keep how far away it is in this variable. It stays as it is while there is nothing to measure to.");
 }
 
+bool SCDistanceCondition::measures_to_a_node() const {
+	return !to_node_path.is_empty() || from_variables.has("to_node_path");
+}
+
 String SCDistanceCondition::summary_default() {
-	if (!to_node_path.is_empty()) {
+	if (measures_to_a_node()) {
 		return vformat("%s is within %s of Self", words::name_in_line(to_node_path), words::number(distance));
 	}
 	return vformat("anything in %s is within %s of Self", group, words::number(distance));
 }
 
 void SCDistanceCondition::_validate_property(PropertyInfo &property) const {
-	if (!to_node_path.is_empty() && property.name == StringName("group")) {
+	if (measures_to_a_node() && property.name == StringName("group")) {
 		hide_from_inspector(property);
 	}
 }

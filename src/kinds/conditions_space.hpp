@@ -18,6 +18,10 @@ public:
 
 protected:
 	void _validate_property(PropertyInfo &property) const;
+
+private:
+	// Else to a group.
+	bool measures_to_a_node() const;
 };
 
 class SCOnScreenCondition : public SCMachineCondition {

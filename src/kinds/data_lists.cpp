@@ -1,5 +1,6 @@
 #include "kinds/data_lists.hpp"
 
+#include "action/action_shared.hpp"
 #include "action/answering.hpp"
 #include "action/showing.hpp"
 #include "action/words.hpp"
@@ -10,6 +11,11 @@ namespace {
 String shown_or(const Variant &value, const char *otherwise) {
 	const String text = words::text_of(value);
 	return text.is_empty() ? String(otherwise) : text;
+}
+
+// A setting that ends in "variable" is no gap to the framework, since most of those may stay empty.
+String picked(const StringName &variable) {
+	return variable.is_empty() ? ActionShared::get().not_picked : String(variable);
 }
 
 String into(const StringName &variable) {
@@ -82,57 +88,58 @@ bool SCArrayAction::makes_the_list(Operation operation) {
 }
 
 String SCArrayAction::summary_default() {
+	const String list = picked(list_variable);
 	const String what = shown_or(item, operation == ADD_ALL ? "another list" : "an item");
 	switch (operation) {
 		case ADD:
-			return vformat("Add %s to %s", what, list_variable);
+			return vformat("Add %s to %s", what, list);
 		case ADD_IF_MISSING:
-			return vformat("Add %s to %s if it is not there", what, list_variable);
+			return vformat("Add %s to %s if it is not there", what, list);
 		case ADD_ALL:
-			return vformat("Add all of %s to %s", what, list_variable);
+			return vformat("Add all of %s to %s", what, list);
 		case INSERT:
-			return vformat("Put %s into %s at place %d", what, list_variable, index);
+			return vformat("Put %s into %s at place %d", what, list, index);
 		case SET_ITEM:
-			return vformat("Put %s in place %d of %s", what, index, list_variable);
+			return vformat("Put %s in place %d of %s", what, index, list);
 		case REMOVE_ITEM:
-			return vformat("Remove %s from %s", what, list_variable);
+			return vformat("Remove %s from %s", what, list);
 		case REMOVE_AT:
-			return vformat("Remove place %d from %s", index, list_variable);
+			return vformat("Remove place %d from %s", index, list);
 		case CLEAR:
-			return vformat("Empty %s", list_variable);
+			return vformat("Empty %s", list);
 		case GET_ITEM:
-			return vformat("Keep place %d of %s in %s", index, list_variable, store_in);
+			return vformat("Keep place %d of %s in %s", index, list, store_in);
 		case GET_FIRST:
-			return vformat("Keep the first of %s in %s", list_variable, store_in);
+			return vformat("Keep the first of %s in %s", list, store_in);
 		case GET_LAST:
-			return vformat("Keep the last of %s in %s", list_variable, store_in);
+			return vformat("Keep the last of %s in %s", list, store_in);
 		case GET_RANDOM:
-			return vformat("Keep a random one of %s in %s", list_variable, store_in);
+			return vformat("Keep a random one of %s in %s", list, store_in);
 		case GET_SMALLEST:
 		case GET_LARGEST: {
 			const String by = sort_by.is_empty() ? String() : vformat(" %s", sort_by);
-			return vformat("Keep the %s%s of %s in %s", operation == GET_LARGEST ? "largest" : "smallest", by, list_variable, store_in);
+			return vformat("Keep the %s%s of %s in %s", operation == GET_LARGEST ? "largest" : "smallest", by, list, store_in);
 		}
 		case TAKE_FIRST:
-			return vformat("Take the first off %s%s", list_variable, into(store_in));
+			return vformat("Take the first off %s%s", list, into(store_in));
 		case TAKE_LAST:
-			return vformat("Take the last off %s%s", list_variable, into(store_in));
+			return vformat("Take the last off %s%s", list, into(store_in));
 		case TAKE_RANDOM:
-			return vformat("Take a random one off %s%s", list_variable, into(store_in));
+			return vformat("Take a random one off %s%s", list, into(store_in));
 		case COUNT:
-			return vformat("Keep how many are in %s in %s", list_variable, store_in);
+			return vformat("Keep how many are in %s in %s", list, store_in);
 		case HAS:
-			return vformat("Is %s in %s?%s", what, list_variable, into(store_in));
+			return vformat("Is %s in %s?%s", what, list, into(store_in));
 		case FIND:
-			return vformat("Find %s in %s%s", what, list_variable, into(store_in));
+			return vformat("Find %s in %s%s", what, list, into(store_in));
 		case SHUFFLE:
-			return vformat("Shuffle %s", list_variable);
+			return vformat("Shuffle %s", list);
 		case SORT:
-			return vformat("Sort %s%s%s", list_variable, sort_by.is_empty() ? String() : vformat(" by %s", sort_by), largest_first ? ", largest first" : "");
+			return vformat("Sort %s%s%s", list, sort_by.is_empty() ? String() : vformat(" by %s", sort_by), largest_first ? ", largest first" : "");
 		case REVERSE:
 			break;
 	}
-	return vformat("Turn %s round", list_variable);
+	return vformat("Turn %s round", list);
 }
 
 PackedStringArray SCArrayAction::variables_written_default() {
@@ -194,35 +201,36 @@ bool SCDictionaryAction::changes_the_table(Operation operation) {
 }
 
 String SCDictionaryAction::summary_default() {
+	const String table = picked(table_variable);
 	const String at = shown_or(key, "a key");
 	const String what = shown_or(value, operation == ADD_ALL ? "another table" : "a value");
 	switch (operation) {
 		case SET_ENTRY:
-			return vformat("Set %s of %s to %s", at, table_variable, what);
+			return vformat("Set %s of %s to %s", at, table, what);
 		case ADD_TO_ENTRY:
-			return vformat("Add %s to %s of %s", what, at, table_variable);
+			return vformat("Add %s to %s of %s", what, at, table);
 		case ADD_ALL:
-			return vformat("Add all of %s to %s", what, table_variable);
+			return vformat("Add all of %s to %s", what, table);
 		case GET_ENTRY:
-			return vformat("Keep %s of %s in %s", at, table_variable, store_in);
+			return vformat("Keep %s of %s in %s", at, table, store_in);
 		case HAS_KEY:
-			return vformat("Is there %s in %s?%s", at, table_variable, into(store_in));
+			return vformat("Is there %s in %s?%s", at, table, into(store_in));
 		case FIND_KEY:
-			return vformat("Keep the key of %s in %s in %s", what, table_variable, store_in);
+			return vformat("Keep the key of %s in %s in %s", what, table, store_in);
 		case REMOVE_ENTRY:
-			return vformat("Remove %s from %s", at, table_variable);
+			return vformat("Remove %s from %s", at, table);
 		case CLEAR:
-			return vformat("Empty %s", table_variable);
+			return vformat("Empty %s", table);
 		case COUNT:
-			return vformat("Keep how many are in %s in %s", table_variable, store_in);
+			return vformat("Keep how many are in %s in %s", table, store_in);
 		case KEYS:
-			return vformat("Keep the keys of %s in %s", table_variable, store_in);
+			return vformat("Keep the keys of %s in %s", table, store_in);
 		case VALUES:
-			return vformat("Keep the values of %s in %s", table_variable, store_in);
+			return vformat("Keep the values of %s in %s", table, store_in);
 		case GET_RANDOM_KEY:
 			break;
 	}
-	return vformat("Keep a random key of %s in %s", table_variable, store_in);
+	return vformat("Keep a random key of %s in %s", table, store_in);
 }
 
 PackedStringArray SCDictionaryAction::variables_written_default() {

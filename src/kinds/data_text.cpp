@@ -116,7 +116,7 @@ String SCStringAction::summary_default() {
 		case JOIN:
 			break;
 	}
-	return vformat("Join %s with %s into %s", list_variable, quoted(separator), store_in);
+	return vformat("Join %s with %s into %s", list_variable.is_empty() ? ActionShared::get().not_picked : String(list_variable), quoted(separator), store_in);
 }
 
 TypedArray<StringName> SCStringAction::optional_names_default() {

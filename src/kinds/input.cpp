@@ -1,7 +1,7 @@
 #include "kinds/input.hpp"
 
-#include "action/input_words.hpp"
 #include "action/shared_verbs.hpp"
+#include "input_words.hpp"
 #include "settings/plumbing.hpp"
 
 #include <godot_cpp/classes/area2d.hpp>

@@ -26,6 +26,7 @@ func draw() -> SCMachineTemplate:
 	made.variables.append_array([
 		_variable(&"whole", 3, "0", "level"), _variable(&"level", 2.5, "0", "top"), _variable(&"top", 8.0, "", "whole"),
 		_variable(&"shared", 1.0, "", "20"), _variable(&"thing", null), _variable(&"list", []),
+		_variable(&"count", 0.0, "0", "level"),
 	])
 	made.variables[3].is_global = true
 	var event := SCMachineEvent.new()
@@ -60,9 +61,10 @@ func action() -> SCMachineAction:
 			return _chained(wait)
 		1:
 			var count := SCSetVariableAction.new()
-			count.variable_name = _game.pick(VARIABLES)
-			count.operation = _game.random.randi() % 5
-			count.value = _game.any_value()
+			# Left alone by all others, or it would complain of what it finds there.
+			count.variable_name = &"count"
+			count.operation = _game.pick([SCSetVariableAction.ADD, SCSetVariableAction.SUBTRACT, SCSetVariableAction.SET])
+			count.value = 1.5
 			count.run_mode = SCMachineAction.EVERY_FRAME if _game.one_in(2) else SCMachineAction.ONCE
 			return _chained(count)
 		2:

@@ -2,12 +2,6 @@ extends "res://tests/framework/question_story.gd"
 ## Questions about a node: where in the tree it is, how it stands, what it plays.
 
 
-func _under(parent: Node, child: Node, name: String) -> Node:
-	child.name = name
-	parent.add_child(child)
-	return child
-
-
 func test_a_node_has_a_kind_of_node_under_it() -> void:
 	var car := body("Car")
 	var seat := _under(car, Node2D.new(), "Seat")
@@ -251,11 +245,8 @@ func test_a_sprite_plays_and_ends() -> void:
 
 func test_a_sound_plays() -> void:
 	for sound: Node in [AudioStreamPlayer.new(), AudioStreamPlayer2D.new(), AudioStreamPlayer3D.new()]:
-		var stream := AudioStreamWAV.new()
-		stream.data = PackedByteArray()
-		stream.data.resize(44100)
-		sound.set("stream", stream)
 		var radio := _under(stage, Node.new(), "Radio")
+		var stream_id := _give_stream(sound)
 		_under(radio, sound, "Sound")
 		var made := asker(radio)
 		var ended := question(SCPlayingCondition.new(), {"test": SCPlayingCondition.HAS_ENDED})
@@ -267,10 +258,8 @@ func test_a_sound_plays() -> void:
 		_expect_answers(made, [[SCPlayingCondition.new(), false], [ended, true]], sound.get_class())
 		radio.free()
 		# The sound server lets go of a sound on its own clock.
-		var held: WeakRef = weakref(stream)
-		stream = null
-		for i in 200:
-			if held.get_ref() == null:
+		for i in 500:
+			if not is_instance_id_valid(stream_id):
 				break
 			OS.delay_msec(2)
 			await frames(1)
@@ -339,6 +328,21 @@ func test_the_lines_read_like_sentences() -> void:
 		[question(SCPropertyCondition.new(), {"property": "visible", "test": SCPropertyCondition.IS_TRUE, "node_path": sword}), "visible of Sword is true"],
 		[SCPropertyCondition.new(), "(pick one) of Self is 0"],
 	])
+
+
+func _under(parent: Node, child: Node, name: String) -> Node:
+	child.name = name
+	parent.add_child(child)
+	return child
+
+
+## What it held is left to the player alone.
+func _give_stream(sound: Node) -> int:
+	var stream := AudioStreamWAV.new()
+	stream.data = PackedByteArray()
+	stream.data.resize(44100)
+	sound.set("stream", stream)
+	return stream.get_instance_id()
 
 
 func _expect_answers(of: SCMachine, rows: Array, when: String) -> void:

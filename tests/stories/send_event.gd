@@ -123,26 +123,31 @@ func test_two_machines_that_share_the_action_each_send_their_own() -> void:
 
 
 func test_what_is_wrong_is_told() -> void:
-	var crate := body("Crate")
+	# Anywhere on the stage the sender itself would be the machine above it.
+	var crate := Node.new()
+	crate.name = "Crate"
+	tree.root.add_child(crate)
 	for row: Array in [
 		[send(""), "Send Event on Sender: it has no event, so nothing was sent."],
 		[send("go", {"reach": SCSendEventAction.A_GROUP}), "it has no group to send go to"],
 		[send("go", {"reach": SCSendEventAction.A_NODE, "to_node_path": NodePath("../Nowhere")}), "there is no node at Nowhere. Pick one under To Node Path."],
-		[send("go", {"reach": SCSendEventAction.A_NODE, "to_node_path": NodePath("../Crate")}), "there is no Machine on Crate or on a node above it, so nobody heard go."],
+		[send("go", {"reach": SCSendEventAction.A_NODE, "to_node_path": NodePath("../../Crate")}), "there is no Machine on Crate or on a node above it, so nobody heard go."],
 	]:
 		var made := start(machine([state("A", [row[0]], {"FINISHED": "B"}), state("B")], {"name": "Sender"}))
 		expect_state(made, "B")
 		expect_warning(row[1])
 		made.free()
-	expect(is_instance_valid(crate))
+	crate.free()
 
 
 func test_a_machine_that_is_freed_by_its_own_event() -> void:
-	var made := machine([state("A", [send("go"), act("after")])])
-	made.event_sent.connect(func(_event: StringName, _data: Variant) -> void: made.free())
+	var made := machine([
+		state("A", [send("go"), act("after")], {"go": "B"}),
+		state("B", [act("end").entering(func(m: SCMachine) -> void: m.free())]),
+	])
 	stage.add_child(made)
 	expect(not is_instance_valid(made))
-	expect_log([])
+	expect_log(["end enter", "end exit"])
 
 
 func test_lines_on_the_graph() -> void:

@@ -5,7 +5,7 @@ extends Story
 class Chest:
 	extends Node2D
 
-	var anything = null
+	var anything: Variant = null
 	var count: int = 0
 	var label: String = ""
 	var key: NodePath = NodePath()
@@ -57,11 +57,12 @@ func test_nodes_and_resources() -> void:
 	var chest := _chest()
 	var lid := body("Lid")
 	var picture := GradientTexture1D.new()
-	var made := machine([state("A", [_read_it("lid", "lid"), _read_it("picture", "picture"), _read_it("key", "lid")])], {"under": chest, "variables": {"lid": null, "picture": picture}})
-	made.values = {"lid": lid}
-	start(made)
+	var made := start(machine([
+		state("Wait", [], {"go": "A"}),
+		state("A", [_read_it("lid", "lid"), _read_it("picture", "picture"), _read_it("key", "lid")]),
+	], {"under": chest, "variables": {"lid": null, "picture": picture}}))
 	made.set_value("lid", lid)
-	made.restart_state(made.states[0])
+	made.send_event("go")
 	expect_equal(chest.lid, lid)
 	expect_equal(chest.picture, picture)
 	expect_equal(chest.get_node(chest.key), lid)
@@ -101,7 +102,7 @@ func test_what_it_cannot_take_is_told_once_and_left() -> void:
 		["picture", RefCounted.new(), "because it takes a Texture2D and was given a Resource"],
 		["count", null, "because it takes an int and was given nothing"],
 		["colour", 5, "because a Node2D has no such property"],
-		["material:light_mode", 1, "because a Node2D has no such property"],
+		["material:light_mode", 1, "because its material is empty"],
 		["position:q", 1, "because a Node2D has no such property"],
 	]:
 		var made := start(machine([state("A", [_set_it(row[0], row[1], {"run_mode": SCMachineAction.EVERY_FRAME})])], {"under": chest, "name": "Setter"}))
@@ -129,7 +130,7 @@ func test_two_machines_that_share_the_action() -> void:
 	var design := template([state("A", [_read_it("count", "many")])], {"variables": {"many": 1}})
 	start(running(design, {"under": first}))
 	var other := running(design, {"under": second})
-	other.starting_values = {"many": 2}
+	other.set("starting_values", {"many": 2})
 	start(other)
 	expect_equal(first.count, 1)
 	expect_equal(second.count, 2)

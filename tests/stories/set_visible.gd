@@ -1,14 +1,12 @@
 extends Story
 ## Set Visible shows and hides, fades and blinks, and leaves a node as it was designed.
 
-const V := SCSetVisibleAction
-
 
 func test_show_hide_and_toggle() -> void:
 	for row: Array in [
-		[true, V.SHOW, true], [false, V.SHOW, true],
-		[true, V.HIDE, false], [false, V.HIDE, false],
-		[true, V.TOGGLE, false], [false, V.TOGGLE, true],
+		[true, SCSetVisibleAction.SHOW, true], [false, SCSetVisibleAction.SHOW, true],
+		[true, SCSetVisibleAction.HIDE, false], [false, SCSetVisibleAction.HIDE, false],
+		[true, SCSetVisibleAction.TOGGLE, false], [false, SCSetVisibleAction.TOGGLE, true],
 	]:
 		for node: Node in [Sprite2D.new(), Panel.new(), Node3D.new(), CanvasLayer.new()]:
 			add(node)
@@ -20,7 +18,7 @@ func test_show_hide_and_toggle() -> void:
 
 func test_a_fade_away_goes_on_when_the_state_is_left() -> void:
 	var panel := _panel(0.5)
-	var made := start(machine([state("A", [_set_it(V.HIDE, {"fade_seconds": 0.5})], {"FINISHED": "B"}), state("B")], {"under": panel}))
+	var made := start(machine([state("A", [_set_it(SCSetVisibleAction.HIDE, {"fade_seconds": 0.5})], {"FINISHED": "B"}), state("B")], {"under": panel}))
 	expect_state(made, "B")
 	expect(panel.visible)
 	await advance(0.25)
@@ -37,7 +35,7 @@ func test_a_fade_away_goes_on_when_the_state_is_left() -> void:
 func test_a_fade_in_starts_from_nothing_and_ends_as_designed() -> void:
 	var panel := _panel(0.5)
 	panel.hide()
-	start(machine([state("A", [_set_it(V.SHOW, {"fade_seconds": 0.5})])], {"under": panel}))
+	start(machine([state("A", [_set_it(SCSetVisibleAction.SHOW, {"fade_seconds": 0.5})])], {"under": panel}))
 	expect(panel.visible)
 	expect_equal(panel.modulate.a, 0.0)
 	await advance(0.25)
@@ -50,8 +48,8 @@ func test_a_fade_in_starts_from_nothing_and_ends_as_designed() -> void:
 func test_a_fade_turned_round_goes_on_from_where_it_was() -> void:
 	var panel := _panel(0.8)
 	var made := start(machine([
-		state("Hide", [_set_it(V.HIDE, {"fade_seconds": 0.4})], {"turn": "Show"}),
-		state("Show", [_set_it(V.TOGGLE, {"fade_seconds": 0.4})]),
+		state("Hide", [_set_it(SCSetVisibleAction.HIDE, {"fade_seconds": 0.4})], {"turn": "Show"}),
+		state("Show", [_set_it(SCSetVisibleAction.TOGGLE, {"fade_seconds": 0.4})]),
 	], {"under": panel}))
 	await advance(0.2)
 	var half := panel.modulate.a
@@ -66,8 +64,8 @@ func test_showing_what_is_fading_in_leaves_the_fade_alone() -> void:
 	var panel := _panel(1.0)
 	panel.hide()
 	var made := start(machine([
-		state("First", [_set_it(V.SHOW, {"fade_seconds": 0.4})], {"again": "Second"}),
-		state("Second", [_set_it(V.SHOW, {"fade_seconds": 5.0})]),
+		state("First", [_set_it(SCSetVisibleAction.SHOW, {"fade_seconds": 0.4})], {"again": "Second"}),
+		state("Second", [_set_it(SCSetVisibleAction.SHOW, {"fade_seconds": 5.0})]),
 	], {"under": panel}))
 	await advance(0.2)
 	made.send_event("again")
@@ -78,8 +76,8 @@ func test_showing_what_is_fading_in_leaves_the_fade_alone() -> void:
 func test_at_once_ends_a_fade() -> void:
 	var panel := _panel(0.7)
 	var made := start(machine([
-		state("Fade", [_set_it(V.HIDE, {"fade_seconds": 5.0})], {"now": "Now"}),
-		state("Now", [_set_it(V.HIDE)]),
+		state("Fade", [_set_it(SCSetVisibleAction.HIDE, {"fade_seconds": 5.0})], {"now": "Now"}),
+		state("Now", [_set_it(SCSetVisibleAction.HIDE)]),
 	], {"under": panel}))
 	await advance(0.2)
 	made.send_event("now")
@@ -89,7 +87,7 @@ func test_at_once_ends_a_fade() -> void:
 
 func test_a_node_hidden_by_something_else_during_a_fade_is_not_left_see_through() -> void:
 	var panel := _panel(0.9)
-	start(machine([state("A", [_set_it(V.HIDE, {"fade_seconds": 0.5})])], {"under": panel}))
+	start(machine([state("A", [_set_it(SCSetVisibleAction.HIDE, {"fade_seconds": 0.5})])], {"under": panel}))
 	await advance(0.25)
 	panel.hide()
 	expect_near(panel.modulate.a, 0.9, 0.001)
@@ -101,7 +99,7 @@ func test_a_node_hidden_by_something_else_during_a_fade_is_not_left_see_through(
 func test_a_3d_node_has_no_fade() -> void:
 	var node := Node3D.new()
 	add(node)
-	start(machine([state("A", [_set_it(V.TOGGLE, {"fade_seconds": 5.0})])], {"under": node}))
+	start(machine([state("A", [_set_it(SCSetVisibleAction.TOGGLE, {"fade_seconds": 5.0})])], {"under": node}))
 	expect(not node.visible)
 
 
@@ -111,7 +109,7 @@ func test_a_panel_on_its_way_out_answers_nothing() -> void:
 	var button := Button.new()
 	panel.add_child(button)
 	button.grab_focus()
-	start(machine([state("A", [_set_it(V.HIDE, {"fade_seconds": 0.3, "block_input_when_hidden": true})])], {"under": panel}))
+	start(machine([state("A", [_set_it(SCSetVisibleAction.HIDE, {"fade_seconds": 0.3, "block_input_when_hidden": true})])], {"under": panel}))
 	expect_equal(panel.mouse_filter, Control.MOUSE_FILTER_IGNORE)
 	expect_equal(button.mouse_filter, Control.MOUSE_FILTER_IGNORE)
 	expect(not button.has_focus())
@@ -128,8 +126,8 @@ func test_a_panel_on_its_way_out_answers_nothing() -> void:
 func test_a_blocked_panel_turned_round_answers_again() -> void:
 	var panel := _panel(1.0)
 	var made := start(machine([
-		state("Hide", [_set_it(V.HIDE, {"fade_seconds": 0.4, "block_input_when_hidden": true})], {"turn": "Show"}),
-		state("Show", [_set_it(V.SHOW, {"fade_seconds": 0.4})]),
+		state("Hide", [_set_it(SCSetVisibleAction.HIDE, {"fade_seconds": 0.4, "block_input_when_hidden": true})], {"turn": "Show"}),
+		state("Show", [_set_it(SCSetVisibleAction.SHOW, {"fade_seconds": 0.4})]),
 	], {"under": panel}))
 	await advance(0.2)
 	made.send_event("turn")
@@ -142,7 +140,7 @@ func test_blinking_goes_on_until_the_state_is_left() -> void:
 	var lamp := _panel(1.0)
 	lamp.hide()
 	var made := start(machine([
-		state("Alarm", [_set_it(V.SHOW, {"blink_every": 0.25})], {"FINISHED": "Wrong", "off": "Off"}),
+		state("Alarm", [_set_it(SCSetVisibleAction.SHOW, {"blink_every": 0.25})], {"FINISHED": "Wrong", "off": "Off"}),
 		state("Wrong"),
 		state("Off"),
 	], {"under": lamp}))
@@ -159,7 +157,7 @@ func test_blinking_goes_on_until_the_state_is_left() -> void:
 
 func test_blinking_faster_than_the_frames_keeps_count() -> void:
 	var lamp := _panel(1.0)
-	start(machine([state("Alarm", [_set_it(V.SHOW, {"blink_every": 0.001})], {}), state("Off")], {"under": lamp}))
+	start(machine([state("Alarm", [_set_it(SCSetVisibleAction.SHOW, {"blink_every": 0.001})], {}), state("Off")], {"under": lamp}))
 	await advance(1.0)
 	expect(true)
 
@@ -168,7 +166,7 @@ func test_a_node_that_is_freed_while_it_blinks_or_fades() -> void:
 	var lamp := _panel(1.0)
 	lamp.name = "Lamp"
 	var made := start(machine([
-		state("Alarm", [_set_it(V.SHOW, {"blink_every": 0.1, "node_path": NodePath("../Lamp")})], {"off": "Off"}),
+		state("Alarm", [_set_it(SCSetVisibleAction.SHOW, {"blink_every": 0.1, "node_path": NodePath("../Lamp")})], {"off": "Off"}),
 		state("Off"),
 	]))
 	await advance(0.15)
@@ -177,25 +175,31 @@ func test_a_node_that_is_freed_while_it_blinks_or_fades() -> void:
 	made.send_event("off")
 	expect_state(made, "Off")
 	var panel := _panel(1.0)
-	panel.visibility_changed.connect(panel.free)
-	start(machine([state("A", [_set_it(V.HIDE, {"fade_seconds": 0.1, "block_input_when_hidden": true})])], {"under": panel}))
+	start(machine([state("A", [_set_it(SCSetVisibleAction.HIDE, {"fade_seconds": 0.1, "block_input_when_hidden": true})])], {"under": panel}))
+	await advance(0.05)
+	panel.free()
 	await advance(0.2)
-	expect(not is_instance_valid(panel))
 
 
-func test_a_node_that_frees_itself_when_shown() -> void:
-	var panel := _panel(1.0)
+func test_a_node_taken_out_of_the_scene_as_it_is_shown() -> void:
+	var panel := _panel(0.6)
 	panel.name = "Panel"
 	panel.hide()
-	panel.visibility_changed.connect(panel.free)
-	var made := start(machine([state("A", [_set_it(V.SHOW, {"fade_seconds": 0.5, "node_path": NodePath("../Panel")})], {"FINISHED": "B"}), state("B")]))
-	expect(not is_instance_valid(panel))
+	var take_out := func() -> void: stage.remove_child(panel)
+	panel.visibility_changed.connect(take_out, CONNECT_ONE_SHOT)
+	var made := start(machine([state("A", [_set_it(SCSetVisibleAction.SHOW, {"fade_seconds": 0.2, "node_path": NodePath("../Panel")})], {"FINISHED": "B"}), state("B")]))
+	expect(not panel.is_inside_tree())
 	expect_state(made, "B")
+	await advance(0.1)
+	stage.add_child(panel)
+	await advance(0.5)
+	expect(panel.visible)
+	expect_near(panel.modulate.a, 0.6, 0.001)
 
 
 func test_every_frame_keeps_it_hidden() -> void:
 	var panel := _panel(1.0)
-	start(machine([state("A", [_set_it(V.HIDE, {"run_mode": SCMachineAction.EVERY_FRAME})])], {"under": panel}))
+	start(machine([state("A", [_set_it(SCSetVisibleAction.HIDE, {"run_mode": SCMachineAction.EVERY_FRAME})])], {"under": panel}))
 	panel.show()
 	await frames(2)
 	expect(not panel.visible)
@@ -209,7 +213,7 @@ func test_what_cannot_be_shown_is_told() -> void:
 		[NodePath("../Clock"), "Set Visible on Shower: Clock is a Timer, not something that can be shown and hidden."],
 		[NodePath("../Nowhere"), "Set Visible on Shower: there is no node at Nowhere. Pick one under Node Path."],
 	]:
-		var made := start(machine([state("A", [_set_it(V.HIDE, {"node_path": row[0]})], {"FINISHED": "B"}), state("B")], {"name": "Shower"}))
+		var made := start(machine([state("A", [_set_it(SCSetVisibleAction.HIDE, {"node_path": row[0]})], {"FINISHED": "B"}), state("B")], {"name": "Shower"}))
 		expect_state(made, "B")
 		expect_warning(row[1])
 		made.free()
@@ -217,12 +221,12 @@ func test_what_cannot_be_shown_is_told() -> void:
 
 func test_lines_on_the_graph() -> void:
 	for row: Array in [
-		[_set_it(V.SHOW, {"node_path": NodePath("../Menu")}), "Show Menu"],
-		[_set_it(V.HIDE, {"fade_seconds": 0.5}), "Hide Self over 0.5 s"],
-		[_set_it(V.TOGGLE), "Toggle Self"],
-		[_set_it(V.SHOW, {"blink_every": 0.25}), "Show Self and blink it every 0.25 s"],
+		[_set_it(SCSetVisibleAction.SHOW, {"node_path": NodePath("../Menu")}), "Show Menu"],
+		[_set_it(SCSetVisibleAction.HIDE, {"fade_seconds": 0.5}), "Hide Self over 0.5 s"],
+		[_set_it(SCSetVisibleAction.TOGGLE), "Toggle Self"],
+		[_set_it(SCSetVisibleAction.SHOW, {"blink_every": 0.25}), "Show Self and blink it every 0.25 s"],
 	]:
-		expect_equal((row[0] as V).shown_summary(), row[1])
+		expect_equal((row[0] as SCSetVisibleAction).shown_summary(), row[1])
 
 
 func _panel(alpha: float) -> Panel:
@@ -233,7 +237,7 @@ func _panel(alpha: float) -> Panel:
 
 
 func _set_it(what: int, options: Dictionary = {}) -> SCSetVisibleAction:
-	var made := V.new()
+	var made := SCSetVisibleAction.new()
 	made.what = what
 	_put(made, options)
 	return made

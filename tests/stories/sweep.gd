@@ -504,7 +504,7 @@ func _same(a: Variant, b: Variant) -> bool:
 	if typeof(a) != typeof(b):
 		return false
 	if a is Array:
-		for i in a.size():
+		for i: int in a.size():
 			if i >= b.size() or not _same(a[i], b[i]):
 				return false
 		return a.size() == b.size()

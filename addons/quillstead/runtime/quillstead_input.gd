@@ -296,11 +296,11 @@ static func _without_the_moment(event: InputEvent) -> InputEvent:
 	return fresh
 
 
-# What stands on the key in the player's own layout.
+# What stands on the key in the player's own layout, where there is a keyboard to ask.
 static func _as_printed_on_it(event: InputEvent) -> String:
 	if event is InputEventKey and (event as InputEventKey).physical_keycode != KEY_NONE:
 		var key: InputEventKey = event
-		var label := DisplayServer.keyboard_get_label_from_physical(key.physical_keycode)
+		var label := KEY_NONE if DisplayServer.get_name() == "headless" else DisplayServer.keyboard_get_label_from_physical(key.physical_keycode)
 		return OS.get_keycode_string((label if label != KEY_NONE else key.physical_keycode) | key.get_modifiers_mask())
 	return name_of(event).get_slice(": ", 1)
 

@@ -5,6 +5,7 @@ extends EditorPlugin
 ## folder for the pictures and the kinds to show.
 
 const TEMPLATE: String = "res://shown.tres"
+const CHECK: StringName = &"SCCheckAction"
 ## What a game maker would have typed in; a kind that is not here is shown as it starts.
 const SHOWN: Dictionary[StringName, Dictionary] = {
 	&"SCSetVariableAction": {"variable_name": &"score", "operation": 1, "value": 2},
@@ -32,51 +33,53 @@ func _enter_tree() -> void:
 func _take_pictures(asked: PackedStringArray) -> void:
 	await _frames(WARM_UP)
 	EditorInterface.get_inspector().custom_minimum_size.x = 380.0
-	var actions := _actions_of(_shown_kinds(asked))
-	for action in actions:
-		EditorInterface.edit_resource(action)
+	var shown := _made_of(_shown_kinds(asked))
+	for kind in shown:
+		EditorInterface.edit_resource(kind)
 		EditorInterface.set_main_screen_editor("Script")
-		EditorInterface.get_script_editor().goto_help("class_name:%s" % action.get_class())
+		EditorInterface.get_script_editor().goto_help("class_name:%s" % kind.get_class())
 		await _frames(SETTLE)
-		_take(action.get_class())
-	if not actions.is_empty():
+		_take(kind.get_class())
+	if not shown.is_empty():
 		await _show_a_tooltip()
 		_take("tooltip")
-	get_tree().quit(1 if _failed or actions.is_empty() else 0)
+	get_tree().quit(1 if _failed or shown.is_empty() else 0)
 
 
 func _shown_kinds(asked: PackedStringArray) -> Array[StringName]:
 	var kinds: Array[StringName] = []
 	for name: StringName in asked if not asked.is_empty() else SHOWN.keys():
-		if ClassDB.can_instantiate(name):
+		if ClassDB.class_exists(name) and ClassDB.can_instantiate(name):
 			kinds.append(name)
 		else:
 			print("%s is not a kind of this library" % name)
 	return kinds
 
 
-## As a game maker's: out of a file, in a state of a template.
-func _actions_of(kinds: Array[StringName]) -> Array[SCMachineAction]:
-	var template := SCMachineTemplate.new()
+## As a game maker's: out of a file, in a state of a template; a question within a Check.
+func _made_of(kinds: Array[StringName]) -> Array[Resource]:
 	var state := SCMachineState.new()
 	state.state_name = &"Shown"
-	template.states = [state]
 	for kind in kinds:
 		var made: Resource = ClassDB.instantiate(kind)
-		if made is SCMachineCondition:
-			var check: SCMachineAction = ClassDB.instantiate(&"SCCheckAction")
-			check.set(&"condition", made)
-			made = check
 		for setting: StringName in SHOWN.get(kind, {}):
 			made.set(setting, SHOWN[kind][setting])
-		if made.get_class() == "SCCheckAction" and made.get(&"condition") == null:
-			made.set(&"condition", ClassDB.instantiate(&"SCVariableCondition"))
-		state.actions.append(made)
+		var action := made as SCMachineAction
+		if made is SCMachineCondition:
+			action = ClassDB.instantiate(CHECK)
+			action.set(&"condition", made)
+		elif kind == CHECK:
+			action.set(&"condition", ClassDB.instantiate(&"SCVariableCondition"))
+		state.actions.append(action)
+	var template := SCMachineTemplate.new()
+	template.states = [state]
 	ResourceSaver.save(template, TEMPLATE)
 	var loaded: SCMachineTemplate = load(TEMPLATE)
-	var actions: Array[SCMachineAction] = []
-	actions.assign((loaded.states[0] as SCMachineState).actions)
-	return actions
+	var shown: Array[Resource] = []
+	for i in kinds.size():
+		var action: SCMachineAction = (loaded.states[0] as SCMachineState).actions[i]
+		shown.append(action if ClassDB.is_parent_class(kinds[i], &"SCMachineAction") else action.get(&"condition"))
+	return shown
 
 
 ## Rests the pointer on the first setting of whatever the inspector shows.

@@ -1,4 +1,4 @@
-#include "action/input_words.hpp"
+#include "input_words.hpp"
 
 #include "machine/companion_scripts.hpp"
 #include "native_names.hpp"
