@@ -55,7 +55,8 @@ else()
 endif()
 
 if(QUILLSTEAD_SANITIZE)
-	add_compile_options(-fsanitize=address,undefined -fno-omit-frame-pointer -fno-sanitize=vptr)
+	# The checks make more work for the optimiser than they are worth to a story: less of it compiles in half the time.
+	add_compile_options(-O1 -fsanitize=address,undefined -fno-omit-frame-pointer -fno-sanitize=vptr)
 	add_link_options(-fsanitize=address,undefined)
 endif()
 

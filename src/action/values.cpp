@@ -70,7 +70,13 @@ bool same_value(const Variant &first, const Variant &second) {
 		return ValueKinds::is_nothing(first) && ValueKinds::is_nothing(second);
 	}
 	if (counts(first) && counts(second)) {
-		return Math::is_equal_approx(as_number(first), as_number(second));
+		// Whole numbers are told apart however big they are; a fraction may have come through single precision.
+		if (first.get_type() == Variant::INT && second.get_type() == Variant::INT) {
+			return int64_t(first) == int64_t(second);
+		}
+		const double one = as_number(first);
+		const double other = as_number(second);
+		return one == other || Math::abs(one - other) <= MAX(0.00001, 0.0000002 * Math::abs(one));
 	}
 	if (is_text(first) && is_text(second)) {
 		return String(first) == String(second);

@@ -205,8 +205,9 @@ void MachineRun::restart_row(RunRow *row, LocalVector<RunRow *> &fresh) {
 }
 
 RunRow *MachineRun::enter_row(const Ref<Resource> &state, RunRow *parent, int slot, const LocalVector<Ref<Resource>> &targets, LocalVector<RunRow *> &fresh) {
-	// Reading a state asks its actions about themselves, which may be a game's script: if that has
-	// stopped the machine or entered something else, its word stands and this entry is given up.
+	// Reading a state asks its actions about themselves, which may be a game's script: if that, or the
+	// reading of a state beside this one, has stopped the machine or entered something else, its word
+	// stands and this entry is given up.
 	const int64_t serial_before = serial_counter;
 	const ActionTable *table = CompiledDesign::actions_of(state);
 	const StatePlan *plan = CompiledDesign::plan_of(state);
@@ -215,6 +216,10 @@ RunRow *MachineRun::enter_row(const Ref<Resource> &state, RunRow *parent, int sl
 		starts = inner_starts_of(state);
 	}
 	if (serial_counter != serial_before || !running || (parent != nullptr && !parent->live)) {
+		return nullptr;
+	}
+	const RunRow *there = parent != nullptr ? parent->children[slot] : root;
+	if (there != nullptr && there->live) {
 		return nullptr;
 	}
 

@@ -267,6 +267,7 @@ private:
 
 	// stepping.cpp
 	void collect_tweens(LocalVector<Ref<Tween>> &tweens);
+	void forget_kept_tween(const Ref<Tween> &tween);
 
 	SCMachineBase *node = nullptr;
 	uint32_t busy = 0;

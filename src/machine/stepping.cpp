@@ -2,6 +2,7 @@
 
 #include "machine/machine_run.hpp"
 #include "machine/names.hpp"
+#include "machine/row_records.hpp"
 #include "sc_action.hpp"
 #include "sc_machine_base.hpp"
 
@@ -19,6 +20,19 @@ void MachineRun::collect_tweens(LocalVector<Ref<Tween>> &tweens) {
 		for (const KeyValue<int, Ref<Tween>> &kept : row->kept_tweens) {
 			if (kept.value.is_valid()) {
 				tweens.push_back(kept.value);
+			}
+		}
+	}
+}
+
+// One that has run out takes no further orders, and the tree clears it away only with its own next step.
+void MachineRun::forget_kept_tween(const Ref<Tween> &tween) {
+	for (RunRow *row : live_rows()) {
+		for (const KeyValue<int, Ref<Tween>> &kept : row->kept_tweens) {
+			if (kept.value == tween) {
+				Ref<Tween> forgotten;
+				row_records::take(row->kept_tweens, kept.key, forgotten);
+				return;
 			}
 		}
 	}
@@ -67,8 +81,13 @@ void MachineRun::step_once() {
 	tell_pending_watchers();
 	const double step = 1.0 / MAX(Engine::get_singleton()->get_physics_ticks_per_second(), 1);
 	for (const Ref<Tween> &tween : tweens) {
-		if (tween->is_valid()) {
-			tween->custom_step(step);
+		if (!tween->is_valid()) {
+			continue;
+		}
+		tween->custom_step(step);
+		// The step that brings it to its end still answers true; only the next one says that there is nothing left.
+		if (!tween->custom_step(0.0)) {
+			forget_kept_tween(tween);
 		}
 	}
 	if (current.is_valid()) {

@@ -35,11 +35,11 @@ func draw() -> SCMachineTemplate:
 	made.events.append(event)
 	for state: SCMachineState in made.all_states():
 		for i in _game.pick_count(0, 4):
-			state.transitions.append(transition(not state.actions.is_empty()))
+			state.transitions.append(transition(state.actions.any(_takes_time)))
 	return made
 
 
-## States that have nothing to do and lead on when they are done make circles, which are rather loud.
+## States that lead on as soon as they are entered make circles, which are rather loud.
 func transition(may_follow_finished: bool) -> SCMachineTransition:
 	var made := SCMachineTransition.new()
 	made.event = _game.pick(EVENTS)
@@ -49,6 +49,10 @@ func transition(may_follow_finished: bool) -> SCMachineTransition:
 	if _game.one_in(3):
 		made.store_data_in = _game.pick(VARIABLES)
 	return made
+
+
+func _takes_time(made: SCMachineAction) -> bool:
+	return not made.disabled and (made is SCWaitAction or (made is Action and (made as Action).finishes_in != 1))
 
 
 func action() -> SCMachineAction:

@@ -61,7 +61,7 @@ func test_an_event_that_finds_no_transition_asks_for_nothing() -> void:
 		state("Chase"),
 	]))
 	# The story's own note of every event is made within the library's call.
-	for connection in guard.event_sent.get_connections():
+	for connection: Dictionary in guard.event_sent.get_connections():
 		guard.event_sent.disconnect(connection["callable"])
 	var one := RefCounted.new()
 	var sent: Array[int] = [0]
