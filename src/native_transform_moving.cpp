@@ -162,7 +162,7 @@ public:
 			machine->slot(index)[names().start] = places::position_of(placed);
 			return;
 		}
-		verbs::tween_property(machine, index, placed, goal.local ? "position" : "global_position", goal.place, seconds, Easings::as_tween(setting_of<&Kind::curve>(action), setting_of<&Kind::easing>(action)));
+		Easings::move_property(machine, index, placed, goal.local ? "position" : "global_position", goal.place, seconds, setting_of<&Kind::curve>(action), setting_of<&Kind::easing>(action));
 	}
 
 	void update(SCMachineBase *machine, SCMachineAction *action, int index, double delta) override {

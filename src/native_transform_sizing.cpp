@@ -74,7 +74,7 @@ public:
 		const bool times = setting_of<&Kind::measure>(action) == Kind::TIMES_ITS_SIZE;
 		Variant size;
 		spaces::visit(placed, [&size, &to, times](auto *node) { size = size_for(node, to, times); });
-		verbs::tween_property(machine, index, placed, NodePath(String(names().scale)), size, setting_of<&Kind::duration>(action), Easings::as_tween(setting_of<&Kind::curve>(action), setting_of<&Kind::easing>(action)));
+		Easings::move_property(machine, index, placed, NodePath(String(names().scale)), size, setting_of<&Kind::duration>(action), setting_of<&Kind::curve>(action), setting_of<&Kind::easing>(action));
 	}
 };
 

@@ -139,7 +139,7 @@ public:
 			machine->finish(index);
 			return;
 		}
-		verbs::tween_property(machine, index, placed, facing::property_of(placed), goal, setting_of<&Kind::duration>(action), Easings::as_tween(setting_of<&Kind::curve>(action), setting_of<&Kind::easing>(action)));
+		Easings::move_property(machine, index, placed, facing::property_of(placed), goal, setting_of<&Kind::duration>(action), setting_of<&Kind::curve>(action), setting_of<&Kind::easing>(action));
 	}
 
 	void update(SCMachineBase *machine, SCMachineAction *action, int, double delta) override {
@@ -210,7 +210,7 @@ class RotateTo : public SCNativeAction {
 	static void turn(SCMachineBase *machine, SCMachineAction *action, int index, Node *placed, const NodePath &property, double from, double by) {
 		const double speed = Math::deg_to_rad(setting_of<&Kind::speed>(action));
 		const double seconds = speed > 0.0 ? Math::abs(by) / speed : setting_of<&Kind::duration>(action);
-		verbs::tween_property(machine, index, placed, property, from + by, seconds, Easings::as_tween(setting_of<&Kind::curve>(action), setting_of<&Kind::easing>(action)));
+		Easings::move_property(machine, index, placed, property, from + by, seconds, setting_of<&Kind::curve>(action), setting_of<&Kind::easing>(action));
 	}
 
 public:

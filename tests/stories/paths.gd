@@ -6,7 +6,7 @@ func test_a_platform_goes_along_and_stops() -> void:
 	for flat: bool in [true, false]:
 		var path := _path(flat)
 		var platform := _rider(flat)
-		var follow := _follow({"along_path": ^"../../Path", "speed": 10.0, "end_event": &"arrived"})
+		var follow := _along({"along_path": ^"../../Path", "speed": 10.0, "end_event": &"arrived"})
 		expect_equal(follow.shown_summary(), "Move Self along Path at 10 a second, sending arrived at the end")
 		var owner := start(machine([state("Go", [follow], {"arrived": "Rang", "FINISHED": "Done"}), state("Rang"), state("Done")], {"under": platform}))
 		# The path is ten long to the right and ten further down.
@@ -25,7 +25,7 @@ func test_a_platform_goes_along_and_stops() -> void:
 
 func test_it_finishes_when_it_stops() -> void:
 	var path := _path(true)
-	var owner := start(machine([state("Go", [_follow({"along_path": ^"../../Path", "speed": 100.0})], {"FINISHED": "Done"}), state("Done")], {"under": _rider(true)}))
+	var owner := start(machine([state("Go", [_along({"along_path": ^"../../Path", "speed": 100.0})], {"FINISHED": "Done"}), state("Done")], {"under": _rider(true)}))
 	await advance(0.3)
 	expect_state(owner, "Done")
 	path.free()
@@ -34,7 +34,7 @@ func test_it_finishes_when_it_stops() -> void:
 func test_a_whole_path_in_so_many_seconds() -> void:
 	_path(false)
 	var train := _rider(false)
-	var owner := start(machine([state("Go", [_follow({"along_path": ^"../../Path", "duration": 0.5})], {"FINISHED": "Done"}), state("Done")], {"under": train}))
+	var owner := start(machine([state("Go", [_along({"along_path": ^"../../Path", "duration": 0.5})], {"FINISHED": "Done"}), state("Done")], {"under": train}))
 	await advance(0.25)
 	expect_near(_x(train) + train.get(&"position").y, 10.0, 0.7)
 	expect_state(owner, "Go")
@@ -46,7 +46,7 @@ func test_a_whole_path_in_so_many_seconds() -> void:
 func test_a_shape_that_swings_past_the_end_takes_its_time() -> void:
 	_path(true)
 	var train := _rider(true)
-	var owner := start(machine([state("Go", [_follow({"along_path": ^"../../Path", "duration": 0.5, "curve": SCFollowPathAction.BACK, "easing": SCFollowPathAction.EASE_OUT})], {"FINISHED": "Done"}), state("Done")], {"under": train}))
+	var owner := start(machine([state("Go", [_along({"along_path": ^"../../Path", "duration": 0.5, "curve": SCFollowPathAction.BACK, "easing": SCFollowPathAction.EASE_OUT})], {"FINISHED": "Done"}), state("Done")], {"under": train}))
 	await advance(0.4)
 	expect_state(owner, "Go")
 	await advance(0.2)
@@ -59,7 +59,7 @@ func test_it_starts_over_or_goes_back() -> void:
 		var path := _path(true)
 		var guard := _rider(true)
 		var rung: Array[int] = [0]
-		var owner := start(machine([state("Go", [_follow({"along_path": ^"../../Path", "speed": 20.0, "at_the_end": row[0], "end_event": &"end"})], {"FINISHED": "Done"}), state("Done")], {"under": guard}))
+		var owner := start(machine([state("Go", [_along({"along_path": ^"../../Path", "speed": 20.0, "at_the_end": row[0], "end_event": &"end"})], {"FINISHED": "Done"}), state("Done")], {"under": guard}))
 		owner.event_sent.connect(func(event: StringName, _data: Variant) -> void: rung[0] += int(event == &"end"))
 		await advance(1.25)
 		expect((guard.get(&"position") as Vector2).distance_to(row[1]) < 1.0, "%s leads to %s" % [row[0], guard.get(&"position")])
@@ -75,7 +75,7 @@ func test_backward_and_facing() -> void:
 	for flat: bool in [true, false]:
 		var path := _path(flat)
 		var cart := _rider(flat)
-		start(machine([state("Go", [_follow({"along_path": ^"../../Path", "speed": 10.0, "backward": true, "turn_to_face": true})])], {"under": cart}))
+		start(machine([state("Go", [_along({"along_path": ^"../../Path", "speed": 10.0, "backward": true, "turn_to_face": true})])], {"under": cart}))
 		await advance(0.5)
 		expect_near(cart.get(&"position").y, 5.0, 0.4)
 		if flat:
@@ -90,7 +90,7 @@ func test_it_starts_where_it_is() -> void:
 	_path(true)
 	var cart := _rider(true)
 	cart.set(&"position", Vector2(6, -3))
-	start(machine([state("Go", [_follow({"along_path": ^"../../Path", "speed": 10.0, "start": SCFollowPathAction.WHERE_IT_IS})])], {"under": cart}))
+	start(machine([state("Go", [_along({"along_path": ^"../../Path", "speed": 10.0, "start": SCFollowPathAction.WHERE_IT_IS})])], {"under": cart}))
 	expect((cart.get(&"position") as Vector2).is_equal_approx(Vector2(6, 0)), str(cart.get(&"position")))
 	await advance(0.2)
 	expect_near(_x(cart), 8.0, 0.4)
@@ -102,7 +102,7 @@ func test_a_follower_in_the_path_is_moved_by_its_progress() -> void:
 		path.set(&"position", Vector2(100, 0) if flat else Vector3(100, 0, 0))
 		var follower: Node = PathFollow2D.new() if flat else PathFollow3D.new()
 		path.add_child(follower)
-		start(machine([state("Go", [_follow({"speed": 10.0})])], {"under": follower}))
+		start(machine([state("Go", [_along({"speed": 10.0})])], {"under": follower}))
 		await advance(0.5)
 		expect_near(follower.get(&"progress"), 5.0, 0.4)
 		expect_near(follower.get(&"global_position").x, 105.0, 0.4)
@@ -112,7 +112,7 @@ func test_a_follower_in_the_path_is_moved_by_its_progress() -> void:
 func test_a_path_that_moves_takes_along_what_is_on_it() -> void:
 	var path: Path3D = _path(false)
 	var cart := _rider(false)
-	start(machine([state("Go", [_follow({"along_path": ^"../../Path", "speed": 1.0})])], {"under": cart}))
+	start(machine([state("Go", [_along({"along_path": ^"../../Path", "speed": 1.0})])], {"under": cart}))
 	path.position = Vector3(0, 0, 50)
 	await frames(2)
 	expect_near(cart.get(&"position").z, 50.0, 0.01)
@@ -134,19 +134,19 @@ func test_no_path_is_told_of_and_holds_nothing_up() -> void:
 	]
 	for row in rows:
 		var rider := _rider(true)
-		var owner := start(machine([state("Go", [_follow(row[0])], {"FINISHED": "On"}), state("On")], {"name": "Cart", "under": rider}))
+		var owner := start(machine([state("Go", [_along(row[0])], {"FINISHED": "On"}), state("On")], {"name": "Cart", "under": rider}))
 		expect_state(owner, "On")
 		expect_warning(row[1])
 		rider.free()
 	var still := _rider(true)
 	_path(true)
-	start(machine([state("Go", [_follow({"along_path": ^"../../Path", "speed": 0.0})])], {"name": "Cart", "under": still}))
+	start(machine([state("Go", [_along({"along_path": ^"../../Path", "speed": 0.0})])], {"name": "Cart", "under": still}))
 	expect_warning("Follow Path on Cart: its Speed is 0, so Rider stays where it is.")
 
 
 func test_a_path_may_be_freed_under_way() -> void:
 	var path := _path(true)
-	var owner := start(machine([state("Go", [_follow({"along_path": ^"../../Path", "speed": 1.0})], {"FINISHED": "Off"}), state("Off")], {"under": _rider(true)}))
+	var owner := start(machine([state("Go", [_along({"along_path": ^"../../Path", "speed": 1.0})], {"FINISHED": "Off"}), state("Off")], {"under": _rider(true)}))
 	await frames(2)
 	path.free()
 	await frames(2)
@@ -156,7 +156,7 @@ func test_a_path_may_be_freed_under_way() -> void:
 func test_a_machine_may_be_freed_by_the_end_event() -> void:
 	_path(true)
 	var cart := _rider(true)
-	var owner := start(machine([state("Go", [_follow({"along_path": ^"../../Path", "speed": 500.0, "end_event": &"end"})])], {"under": cart}))
+	var owner := start(machine([state("Go", [_along({"along_path": ^"../../Path", "speed": 500.0, "end_event": &"end"})])], {"under": cart}))
 	owner.event_sent.connect(func(_event: StringName, _data: Variant) -> void: cart.queue_free())
 	await advance(0.2)
 	expect(not is_instance_valid(cart))
@@ -200,7 +200,7 @@ func test_measuring_goes_on_and_says_what_is_missing() -> void:
 	expect_near(owner.get_value("far"), 4.0, 0.01)
 
 
-func _follow(options: Dictionary) -> SCFollowPathAction:
+func _along(options: Dictionary) -> SCFollowPathAction:
 	var made := SCFollowPathAction.new()
 	_put(made, options)
 	return made

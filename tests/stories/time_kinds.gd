@@ -3,7 +3,7 @@ extends Story
 
 
 func test_how_long_the_state_has_run() -> void:
-	var tell := _get(SCGetTimeAction.SINCE_THE_STATE_BEGAN)
+	var tell := _get_time(SCGetTimeAction.SINCE_THE_STATE_BEGAN)
 	tell.run_mode = SCMachineAction.EVERY_FRAME
 	var owner := start(machine([state("Run", [tell])], {"under": body(), "variables": {"time": 0.0}}))
 	await advance(0.5)
@@ -15,20 +15,20 @@ func test_the_clock_and_the_calendar() -> void:
 		var before := Time.get_datetime_dict_from_system(utc)
 		var rows: Array[Array] = [[SCGetTimeAction.DAY, "day"], [SCGetTimeAction.MONTH, "month"], [SCGetTimeAction.YEAR, "year"], [SCGetTimeAction.WEEKDAY, "weekday"], [SCGetTimeAction.HOUR, "hour"], [SCGetTimeAction.MINUTE, "minute"]]
 		for row in rows:
-			var told: Variant = _told(_get(row[0], utc), -1)
+			var told: Variant = _told(_get_time(row[0], utc), -1)
 			var after := Time.get_datetime_dict_from_system(utc)
 			# A minute may have turned meanwhile.
 			expect(told == before[row[1]] or told == after[row[1]], "%s is %s" % [row[1], told])
-		var day: int = _told(_get(SCGetTimeAction.SECONDS_OF_THE_DAY, utc), -1)
+		var day: int = _told(_get_time(SCGetTimeAction.SECONDS_OF_THE_DAY, utc), -1)
 		var now := Time.get_datetime_dict_from_system(utc)
 		expect(absi(day - (now["hour"] * 3600 + now["minute"] * 60 + now["second"])) <= 1)
-	var unix: float = _told(_get(SCGetTimeAction.SECONDS_SINCE_1970), 0.0)
+	var unix: float = _told(_get_time(SCGetTimeAction.SECONDS_SINCE_1970), 0.0)
 	expect_near(unix, Time.get_unix_time_from_system(), 1.0)
-	var since: float = _told(_get(SCGetTimeAction.SINCE_THE_GAME_STARTED), 0.0)
+	var since: float = _told(_get_time(SCGetTimeAction.SINCE_THE_GAME_STARTED), 0.0)
 	expect_near(since, Time.get_ticks_msec() / 1000.0, 1.0)
-	var clock: String = _told(_get(SCGetTimeAction.CLOCK_AS_TEXT), "")
+	var clock: String = _told(_get_time(SCGetTimeAction.CLOCK_AS_TEXT), "")
 	expect(clock.length() == 8 and clock[2] == ":", clock)
-	expect_equal(_told(_get(SCGetTimeAction.DATE_AS_TEXT), ""), Time.get_date_string_from_system())
+	expect_equal(_told(_get_time(SCGetTimeAction.DATE_AS_TEXT), ""), Time.get_date_string_from_system())
 
 
 func test_a_time_for_nobody_is_told_of() -> void:
@@ -119,7 +119,7 @@ func test_time_does_not_run_backward() -> void:
 	Engine.time_scale = 1.0
 
 
-func _get(which: int, utc: bool = false) -> SCGetTimeAction:
+func _get_time(which: int, utc: bool = false) -> SCGetTimeAction:
 	var made := SCGetTimeAction.new()
 	made.which = which
 	made.utc = utc
