@@ -26,8 +26,13 @@ const MovingNames &names() {
 	return NativeNames::of<MovingNames>();
 }
 
-void move_by(Node *placed, const Variant &step) {
-	places::set_position_of(placed, spaces::is_flat(placed) ? Variant(places::as_vector2(places::position_of(placed)) + places::as_vector2(step)) : Variant(places::as_vector3(places::position_of(placed)) + places::as_vector3(step)));
+// Where a step leads from where the node is, in the world.
+Variant moved_by(const Node *placed, const Variant &step) {
+	const Variant from = places::position_of(placed);
+	if (spaces::is_flat(placed)) {
+		return places::as_vector2(from) + places::as_vector2(step);
+	}
+	return places::as_vector3(from) + places::as_vector3(step);
 }
 
 class MoveTo : public SCNativeAction {
@@ -45,14 +50,6 @@ class MoveTo : public SCNativeAction {
 
 	static Node *target_of(SCMachineBase *machine, const SCMachineAction *action) {
 		return spaces::placed_or_warn(machine, action, setting_of<&Kind::to_path>(action), names().to_path);
-	}
-
-	static Variant moved_by(const Node *placed, const Variant &step) {
-		const Variant from = places::position_of(placed);
-		if (spaces::is_flat(placed)) {
-			return places::as_vector2(from) + places::as_vector2(step);
-		}
-		return places::as_vector3(from) + places::as_vector3(step);
 	}
 
 	static Variant place_in_parent(const Node *placed) {
@@ -202,9 +199,9 @@ public:
 		const Variant way = setting_of<&Kind::space>(action) == Kind::LOCAL ? spaces::own_direction(placed, direction) : direction;
 		const real_t far = real_t(setting_of<&Kind::speed>(action) * delta);
 		if (spaces::is_flat(placed)) {
-			move_by(placed, places::as_vector2(way).limit_length() * far);
+			places::set_position_of(placed, moved_by(placed, places::as_vector2(way).limit_length() * far));
 		} else {
-			move_by(placed, places::as_vector3(way).limit_length() * far);
+			places::set_position_of(placed, moved_by(placed, places::as_vector3(way).limit_length() * far));
 		}
 	}
 };

@@ -4,11 +4,11 @@ extends Node2D
 ## Opened as usual, they are there to be played with. With [code]-- --demo-frames=N[/code] the buttons are pressed by
 ## themselves, every change of state is printed, and after N frames the run ends. [code]--shot=PATH[/code] leaves a picture.
 
-const _Benches := preload("res://demo/workshop/bench_journal.gd")
+const BenchJournal := preload("res://demo/workshop/bench_journal.gd")
 
 ## What happens when, in a run by itself: a button, or the word for the door.
 const _PRESSES: Dictionary[float, String] = {
-	0.4: "Countdown/Start",
+	0.1: "Countdown/Start",
 	0.5: "ShopCounter/Apple",
 	0.8: "SlotMachine/Lever",
 	0.9: "ShopCounter/Tea",
@@ -18,7 +18,7 @@ const _PRESSES: Dictionary[float, String] = {
 	2.0: "TeaKitchen/Brew",
 	2.2: "Pinwheel/Blow",
 	2.4: "Safe/RightKey",
-	3.1: "PasswordDoor/Word=quill",
+	3.5: "PasswordDoor/Word=quill",
 	3.6: "ShopCounter/Pay",
 	4.6: "ShopCounter/Bread",
 	4.9: "ShopCounter/Tea",
@@ -30,7 +30,7 @@ const _PRESSES: Dictionary[float, String] = {
 	9.2: "TrafficLight/Night",
 }
 
-var _journal: _Benches
+var _journal: BenchJournal
 var _frames := 0
 var _frames_run := 0
 var _seconds := 0.0
@@ -46,7 +46,7 @@ func _ready() -> void:
 			_shot_path = argument.trim_prefix("--shot=")
 	set_process(_frames > 0)
 	if _frames > 0:
-		_journal = _Benches.new(self)
+		_journal = BenchJournal.new(self)
 		add_child(_journal)
 
 

@@ -19,13 +19,9 @@ struct Easings {
 		kind.template setting<EasingField>("easing", "Where the change is slow (Godot's Tween ease). Ease Out is slow at the end, as a thing coming to rest, and Ease In at the start, as a thing setting off. Ease In Out is slow at both ends, and Ease Out In in the middle.");
 	}
 
-	// Moves a property to a value and finishes the action when it is there. It goes with the machine and not with the
-	// node: a node that is freed on its way then ends the tween instead of holding the state up for ever.
+	// Moves a property to a value and finishes the action when it is there.
 	static void move_property(SCMachineBase *machine, int index, Node *node, const NodePath &property, const Variant &to, double seconds, Shape shape, Easing easing) {
-		const Ref<Tween> tween = verbs::tween_property(machine, index, node, property, to, seconds, as_tween(shape, easing));
-		if (tween.is_valid() && tween->is_valid() && machine->is_inside_tree()) {
-			tween->bind_node(machine);
-		}
+		verbs::tween_property(machine, index, node, property, to, seconds, as_tween(shape, easing));
 	}
 
 	static verbs::Easing as_tween(Shape shape, Easing easing) {

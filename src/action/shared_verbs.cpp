@@ -72,7 +72,7 @@ Ref<Tween> tween_property(SCMachineBase *machine, int index, Node *node, const N
 	if (machine == nullptr || node == nullptr) {
 		return Ref<Tween>();
 	}
-	if (seconds <= 0.0 || !node->is_inside_tree()) {
+	if (seconds <= 0.0 || !machine->is_inside_tree()) {
 		const StillHere here(machine);
 		node->set_indexed(property, to);
 		if (here) {
@@ -80,7 +80,9 @@ Ref<Tween> tween_property(SCMachineBase *machine, int index, Node *node, const N
 		}
 		return Ref<Tween>();
 	}
-	const Ref<Tween> tween = node->create_tween();
+	// Of the machine and not of the node: a node that is freed on its way then ends the tween, where its
+	// own tween would go with it and never tell, and hold the state up for ever.
+	const Ref<Tween> tween = machine->create_tween();
 	const Ref<PropertyTweener> tweener = tween->tween_property(node, property, to, seconds);
 	if (tweener.is_valid()) {
 		tweener->set_trans(easing.transition);

@@ -33,13 +33,10 @@ PackedStringArray SCEaseAlongCurveAction::variables_written_default() {
 
 void SCEaseVariableAction::describe(KindTable<SCEaseVariableAction> &kind) {
 	kind.about("data", "ease_variable", "Move a variable toward a value over time instead of jumping to it, for a fuel gauge settling, a difficulty creeping up, a light dimming, a colour fading or a place drifting.");
-	kind.constants_of<Shape>();
-	kind.constants_of<Easing>();
 	kind.setting<&SCEaseVariableAction::variable_name>("variable_name", VARIABLE_DOC);
 	kind.setting<&SCEaseVariableAction::to>("to", TO_DOC);
 	kind.setting<&SCEaseVariableAction::duration>("duration", hint::SECONDS, DURATION_DOC);
-	kind.setting<&SCEaseVariableAction::curve>("curve", "The shape of the change (Godot's Tween transition). Linear keeps one speed all the way. Sine, Quad, Cubic and Expo speed up or slow down more and more. Elastic wobbles past the end and back, Back goes a little past and comes back, and Bounce bounces at the end.");
-	kind.setting<&SCEaseVariableAction::easing>("easing", "Where the change is slow (Godot's Tween ease). Ease Out is slow at the end, as a thing coming to rest, and Ease In at the start, as a thing setting off. Ease In Out is slow at both ends, and Ease Out In in the middle.");
+	Easings::describe<&SCEaseVariableAction::curve, &SCEaseVariableAction::easing>(kind);
 }
 
 String SCEaseVariableAction::summary_default() {
