@@ -271,10 +271,13 @@ public:
 		memory[names().travelled] = travelled;
 		const StillHere here(machine);
 		show(action, track, Rider(node, track), length, travelled);
-		if (!here || std::floor(travelled / length) <= std::floor(before / length)) {
+		// Who stops may have set off from the very end; who goes round has come to it once more.
+		const bool stops = setting_of<&Kind::at_the_end>(action) == Kind::STOP;
+		const bool at_the_end = stops ? travelled >= length : std::floor(travelled / length) > std::floor(before / length);
+		if (!here || !at_the_end) {
 			return;
 		}
-		if (setting_of<&Kind::at_the_end>(action) == Kind::STOP) {
+		if (stops) {
 			machine->finish(index);
 		}
 		verbs::send(machine, setting_of<&Kind::end_event>(action));

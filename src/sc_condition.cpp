@@ -89,7 +89,13 @@ void SCMachineCondition::read_variables(SCMachineBase *machine) {
 }
 
 bool SCMachineCondition::evaluate(SCMachineBase *machine, const Dictionary &slot) {
+	// Reading the variables may run a script's setter, which may free the machine.
+	const Ref<SCMachineCondition> held(this);
+	const uint64_t machine_id = machine != nullptr ? machine->get_instance_id() : 0;
 	read_variables(machine);
+	if (machine != nullptr && ObjectDB::get_instance(machine_id) == nullptr) {
+		return false;
+	}
 	return check(machine, slot) != invert;
 }
 

@@ -97,7 +97,7 @@ void SCNativeActions::call(int what, Object *action, Object *machine, int index,
 		entry->runtime->update(on, compiled, index, delta);
 	} else if (what == 2 && entry->has_exit) {
 		entry->runtime->exit(on, compiled, index);
-	} else if (what > 2 && entry->has_other) {
+	} else if ((what < 0 || what > 2) && entry->has_other) {
 		entry->runtime->other(on, compiled, index, what);
 	}
 }

@@ -5,13 +5,6 @@
 #include "machine/compiled_design.hpp"
 #include "sc_action.hpp"
 
-namespace {
-
-// Deeper than any design a person draws; a state nested in itself must not be searched for ever.
-constexpr int DEEPEST = 64;
-
-} // namespace
-
 SCMachineState::SCMachineState() = default;
 
 SCMachineState::~SCMachineState() {
@@ -19,19 +12,25 @@ SCMachineState::~SCMachineState() {
 }
 
 bool SCMachineState::contains(const Ref<Resource> &state) const {
-	return contains_within(state, 0);
+	HashSet<uint64_t> visited;
+	return contains_within(state, visited);
 }
 
-bool SCMachineState::contains_within(const Ref<Resource> &state, int depth) const {
-	if (state.is_null() || depth > DEEPEST) {
+// Each state is searched once: states nested in rings would be searched for ever.
+bool SCMachineState::contains_within(const Ref<Resource> &state, HashSet<uint64_t> &visited) const {
+	if (state.is_null()) {
 		return false;
 	}
 	if (state.ptr() == this) {
 		return true;
 	}
+	if (visited.has(get_instance_id())) {
+		return false;
+	}
+	visited.insert(get_instance_id());
 	for (int64_t i = 0; i < sub_states.size(); i++) {
 		const Ref<SCMachineState> sub_state = sub_states[i];
-		if (sub_state.is_valid() && sub_state->contains_within(state, depth + 1)) {
+		if (sub_state.is_valid() && sub_state->contains_within(state, visited)) {
 			return true;
 		}
 	}
@@ -39,7 +38,7 @@ bool SCMachineState::contains_within(const Ref<Resource> &state, int depth) cons
 		const Ref<SCMachineParallelState> region = parallel_states[i];
 		for (int64_t s = 0; region.is_valid() && s < region->states.size(); s++) {
 			const Ref<SCMachineState> inside = region->states[s];
-			if (inside.is_valid() && inside->contains_within(state, depth + 1)) {
+			if (inside.is_valid() && inside->contains_within(state, visited)) {
 				return true;
 			}
 		}

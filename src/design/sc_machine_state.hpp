@@ -5,6 +5,7 @@
 #include "settings/class_table.hpp"
 
 #include <godot_cpp/classes/resource.hpp>
+#include <godot_cpp/templates/hash_set.hpp>
 
 using namespace godot;
 
@@ -48,6 +49,5 @@ protected:
 	static void _bind_methods();
 
 private:
-	bool contains_within(const Ref<Resource> &state, int depth) const;
-	friend class SCMachineParallelState;
+	bool contains_within(const Ref<Resource> &state, HashSet<uint64_t> &visited) const;
 };

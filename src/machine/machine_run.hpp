@@ -149,6 +149,8 @@ public:
 	void set_value(const StringName &name, const Variant &value);
 	void write_value(const StringName &name, const Variant &value, bool limited);
 	void share_value(const StringName &name, const Variant &value);
+	// To every machine that shares it, the writer (0 for none) left out at first: it has its value.
+	static void share_everywhere(const Dictionary &globals, const Dictionary &sharing, const StringName &name, const Variant &value, uint64_t writer);
 	Variant within_limits(const StringName &name, const Variant &value) const;
 	Array limits_of(const StringName &name) const;
 	Variant limit_value(const Variant &bound) const;

@@ -126,23 +126,29 @@ void MachineRun::limit_dependents(const StringName &name) {
 	values.limit_depth--;
 }
 
+void MachineRun::share_value(const StringName &name, const Variant &value) {
+	Busy keep(*this);
+	share_everywhere(values.globals, values.sharing, name, value, node != nullptr ? node->get_instance_id() : 0);
+}
+
 // Watchers of a shared value may write it again, in this machine or in another. Were each such write
 // shared from within, two machines that answer one another would fan out without end: so a write that
 // comes while the name is being shared only leaves its value, and the sharing under way goes round once more.
-void MachineRun::share_value(const StringName &name, const Variant &value) {
-	Busy keep(*this);
+void MachineRun::share_everywhere(const Dictionary &globals, const Dictionary &sharing, const StringName &name, const Variant &value, uint64_t writer) {
+	Dictionary held_globals = globals;
+	const Dictionary held_sharing = sharing;
 	const StringName kept_name = name;
-	const Variant former = values.globals.get(kept_name, Variant());
-	values.globals[kept_name] = value;
-	SharingUnderWay sharing(kept_name);
-	if (!sharing.is_outermost()) {
+	const Variant former = held_globals.get(kept_name, Variant());
+	held_globals[kept_name] = value;
+	SharingUnderWay under_way(kept_name);
+	if (!under_way.is_outermost()) {
 		return;
 	}
-	for (int round = 0; round < MOST_ROUNDS_OF_SHARING && sharing.begin_round(); round++) {
-		const Variant current_value = values.globals.get(kept_name, Variant());
-		// Each of the others applies its own limits. In a further round this machine is one of the others.
-		MachineSnapshot(Array(values.sharing.get(kept_name, Array()))).each([&](SCMachineBase *other) {
-			if (round > 0 || other != node) {
+	for (int round = 0; round < MOST_ROUNDS_OF_SHARING && under_way.begin_round(); round++) {
+		const Variant current_value = held_globals.get(kept_name, Variant());
+		// Each applies its own limits. In a further round the one that wrote first is one of the others.
+		MachineSnapshot(Array(held_sharing.get(kept_name, Array()))).each([&](SCMachineBase *other) {
+			if (round > 0 || other->get_instance_id() != writer) {
 				other->run().write_value(kept_name, current_value, false);
 			}
 		});

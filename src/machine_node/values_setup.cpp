@@ -199,14 +199,8 @@ Variant MachineValues::global_value(const StringName &named, const Variant &fall
 }
 
 void MachineValues::set_global_value(const StringName &named, const Variant &value) {
-	SharedMachineData &shared = SharedMachineData::shared();
-	const StringName kept_name = named;
-	const Variant kept_value = value;
-	const Variant former = shared.globals.get(kept_name, Variant());
-	shared.globals[kept_name] = kept_value;
-	MachineSnapshot(Array(shared.sharing.get(kept_name, Array()))).each([&](SCMachineBase *machine) {
-		machine->run().write_value(kept_name, kept_value, false);
-	});
+	const SharedMachineData &shared = SharedMachineData::shared();
+	MachineRun::share_everywhere(shared.globals, shared.sharing, named, value, 0);
 }
 
 Array MachineValues::global_names() {

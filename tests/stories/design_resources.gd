@@ -94,6 +94,13 @@ func test_states_nested_in_a_ring_end_where_it_closes() -> void:
 	expect_equal(a.inner_slot_of(own), -1)
 	b.sub_states = []
 	own.parallel_states = []
+	# Each holding both of the others, the ways round branch at every step.
+	var mesh: Array[SCMachineState] = [state("M1"), state("M2"), state("M3")]
+	for one in mesh:
+		one.sub_states = mesh.filter(func(other: SCMachineState) -> bool: return other != one)
+	expect(mesh[0].contains(mesh[2]) and not mesh[0].contains(own))
+	for one in mesh:
+		one.sub_states = []
 
 
 func test_declared_events() -> void:

@@ -80,6 +80,23 @@ func test_two_machines_pass_a_global_back_and_forth() -> void:
 	expect_equal(made[0].global_value("ball"), 30)
 
 
+func test_machines_that_answer_each_other_for_ever_come_to_an_end() -> void:
+	for by_hand: bool in [false, true]:
+		var made: Array[SCMachine] = []
+		for name: String in ["One", "Other"]:
+			made.append(start(machine([
+				state("Play", [act(name).watching(["echo"]).updating(func(m: SCMachine) -> void:
+					if by_hand:
+						SCMachine.set_global_value("echo", SCMachine.global_value("echo", 0) + 1)
+					else:
+						m.set_value("echo", m.get_value("echo") + 1))]),
+			], {"variables": [global_variable("echo", 0)], "name": name})))
+		made[0].set_value("echo", made[0].get_value("echo") + 1)
+		expect(made[0].get_value("echo") < 20000, "went round %d times" % made[0].get_value("echo"))
+		for one in made:
+			one.free()
+
+
 func test_globals_are_put_back_as_the_scene_found_them() -> void:
 	var one := start(machine([state("A")], {"variables": [global_variable("score", 0), global_variable("lives", 3), global_variable("bag", ["map"])], "name": "One"}))
 	one.set_value("score", 10)

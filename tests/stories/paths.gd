@@ -96,6 +96,15 @@ func test_it_starts_where_it_is() -> void:
 	expect_near(_x(cart), 8.0, 0.4)
 
 
+func test_who_stands_at_the_end_already_is_there_at_once() -> void:
+	_path(true)
+	var cart := _rider(true)
+	cart.set(&"position", Vector2(10, 10))
+	var owner := start(machine([state("Go", [_along({"along_path": ^"../../Path", "speed": 1.0, "start": SCFollowPathAction.WHERE_IT_IS})], {"FINISHED": "Done"}), state("Done")], {"under": cart}))
+	await advance(0.1)
+	expect_state(owner, "Done")
+
+
 func test_a_follower_in_the_path_is_moved_by_its_progress() -> void:
 	for flat: bool in [true, false]:
 		var path := _path(flat)
