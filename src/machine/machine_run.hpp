@@ -187,7 +187,6 @@ public:
 	// stepping.cpp: the debugger's pause and step.
 	void set_paused(bool on);
 	bool is_paused() const { return paused; }
-	bool is_stepping() const { return stepping; }
 	void step_once();
 	Array described_live_rows();
 	// The editor's panel looks at this machine.

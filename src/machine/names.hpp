@@ -30,9 +30,6 @@ struct MachineNames {
 	StringName enter = "enter";
 	StringName update = "update";
 	StringName exit = "exit";
-	StringName script_enter = "_enter";
-	StringName script_update = "_update";
-	StringName script_exit = "_exit";
 	StringName read_variables = "_read_variables";
 	StringName wants_physics = "wants_physics";
 	StringName needs_every_tick = "needs_every_tick";
@@ -56,7 +53,6 @@ struct MachineNames {
 	StringName start = "start";
 	StringName all_states = "all_states";
 	StringName connect_system_events = "_connect_system_events";
-	StringName disconnect_system_events = "_disconnect_system_events";
 	StringName on_stopped = "_core_on_stopped";
 	StringName report_values = "_report_values";
 	StringName after_step = "_core_after_step";

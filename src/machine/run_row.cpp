@@ -23,20 +23,6 @@ RunRow *RunRow::deepest_first() {
 	return row;
 }
 
-RunRow *RunRow::deepest_last() {
-	RunRow *row = this;
-	while (true) {
-		RunRow *last = nullptr;
-		for (RunRow *child : row->children) {
-			last = child != nullptr ? child : last;
-		}
-		if (last == nullptr) {
-			return row;
-		}
-		row = last;
-	}
-}
-
 bool RunRow::in_a_branch() const {
 	for (const RunRow *row = this; row != nullptr; row = row->parent) {
 		if (row->slot_in_parent != 0) {

@@ -70,7 +70,6 @@ struct RunRow {
 	bool all_finished_except(int index) const;
 	bool rests_at(int index) const { return rests.has(index); }
 	RunRow *deepest_first();
-	RunRow *deepest_last();
 	// True when this row or one above it runs in a branch of a parallel state other than its first.
 	bool in_a_branch() const;
 	// True also for the first of such branches.

@@ -24,8 +24,6 @@ inline constexpr Hint SHARE = { PROPERTY_HINT_RANGE, "0,1,0.01" };
 inline constexpr Hint PERCENT = { PROPERTY_HINT_RANGE, "0,100,1,suffix:%" };
 // A control of the project's input map, or any other word for an input.
 inline constexpr Hint INPUT = { PROPERTY_HINT_INPUT_NAME, "show_builtin,loose_mode" };
-// Kept in files, shown nowhere.
-inline constexpr Hint STORED_ONLY = { PROPERTY_HINT_NONE, "", PROPERTY_USAGE_STORAGE };
 inline constexpr Hint NEITHER_STORED_NOR_SHOWN = { PROPERTY_HINT_NONE, "", PROPERTY_USAGE_NONE };
 
 } // namespace hint
