@@ -122,6 +122,34 @@ class SetVariable : public SCNativeAction {
 		return false;
 	}
 
+	static bool is_plain_number(const Variant &value) { return value.get_type() == Variant::INT || value.get_type() == Variant::FLOAT; }
+
+	// Nearly all that is set every frame are numbers that stay the kind of number they are: those take a short way, without
+	// the engine's table of operators. False when this is something else.
+	static bool count(SCMachineBase *machine, const SCSetVariableAction &kind, double factor) {
+		const Variant now = machine->get_value(kind.variable_name);
+		if (!is_plain_number(now) || !is_plain_number(kind.value) || kind.operation == SCSetVariableAction::TOGGLE || kind.operation == SCSetVariableAction::SET) {
+			return false;
+		}
+		const bool whole = now.get_type() == Variant::INT;
+		if (whole && (kind.value.get_type() != Variant::INT || factor != 1.0)) {
+			return false;
+		}
+		if (whole) {
+			// Unsigned, as what is too big wraps around.
+			const uint64_t base = uint64_t(int64_t(now));
+			const uint64_t amount = uint64_t(int64_t(kind.value));
+			const uint64_t answer = kind.operation == SCSetVariableAction::ADD ? base + amount : kind.operation == SCSetVariableAction::SUBTRACT ? base - amount : base * amount;
+			machine->set_value(kind.variable_name, int64_t(answer));
+			return true;
+		}
+		const double base = now;
+		const double amount = kind.operation == SCSetVariableAction::MULTIPLY ? double(kind.value) : double(kind.value) * factor;
+		const double answer = kind.operation == SCSetVariableAction::ADD ? base + amount : kind.operation == SCSetVariableAction::SUBTRACT ? base - amount : base * amount;
+		machine->set_value(kind.variable_name, answer);
+		return true;
+	}
+
 	static void work(SCMachineBase *machine, SCMachineAction *action, const StringName &name, double factor) {
 		const Variant now = machine->get_value(name);
 		Variant answer;
@@ -134,8 +162,13 @@ class SetVariable : public SCNativeAction {
 
 public:
 	void enter(SCMachineBase *machine, SCMachineAction *action, int index) override {
-		const StringName name = setting_of<&SCSetVariableAction::variable_name>(action);
 		const StillHere here(machine);
+		const SCSetVariableAction *kind = as_kind<SCSetVariableAction>(action);
+		if (kind != nullptr && !kind->per_second && count(machine, *kind, 1.0)) {
+			verbs::finish_unless_repeating(machine, action, index, here);
+			return;
+		}
+		const StringName name = setting_of<&SCSetVariableAction::variable_name>(action);
 		if (name.is_empty()) {
 			action->call(names().warn_nothing_picked, machine, index);
 		} else if (!steps_each_second(action)) {
@@ -145,8 +178,15 @@ public:
 	}
 
 	void update(SCMachineBase *machine, SCMachineAction *action, int, double delta) override {
+		if (!action->repeats()) {
+			return;
+		}
+		const SCSetVariableAction *kind = as_kind<SCSetVariableAction>(action);
+		if (kind != nullptr && count(machine, *kind, kind->per_second ? delta : 1.0)) {
+			return;
+		}
 		const StringName name = setting_of<&SCSetVariableAction::variable_name>(action);
-		if (!name.is_empty() && action->repeats()) {
+		if (!name.is_empty()) {
 			work(machine, action, name, steps_each_second(action) ? delta : 1.0);
 		}
 	}

@@ -59,7 +59,7 @@ bool SCMachineAction::wants_physics() {
 
 bool SCMachineAction::uses_run_mode() {
 	bool answer = false;
-	return GDVIRTUAL_CALL(_uses_run_mode, answer) ? answer : uses_run_mode_default();
+	return !kind_alone && GDVIRTUAL_CALL(_uses_run_mode, answer) ? answer : uses_run_mode_default();
 }
 
 bool SCMachineAction::finishes_as_it_starts() {
@@ -84,7 +84,7 @@ String SCMachineAction::holds_its_state() {
 
 bool SCMachineAction::repeats() {
 	bool answer = false;
-	return GDVIRTUAL_CALL(_repeats, answer) ? answer : repeats_default();
+	return !kind_alone && GDVIRTUAL_CALL(_repeats, answer) ? answer : repeats_default();
 }
 
 PackedStringArray SCMachineAction::variables_to_watch() {

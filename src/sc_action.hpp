@@ -87,6 +87,8 @@ public:
 	// Every variable that it and its condition have to do with.
 	TypedArray<StringName> variables_used();
 	void forget_variables_used() { used_known = false; }
+	// Noted as its state is compiled: no script has a word in what this action is, so none is asked while it runs.
+	void note_kind_alone(bool is_kind_alone) { kind_alone = is_kind_alone; }
 	// The inspector's rules, for a script that has a _validate_property of its own.
 	void validate_setting(Dictionary property) const;
 
@@ -123,6 +125,7 @@ private:
 	int pending_run_mode = -1;
 	TypedArray<StringName> used;
 	bool used_known = false;
+	bool kind_alone = false;
 
 	void reapply_run_mode();
 	static void bind_operations();

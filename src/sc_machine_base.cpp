@@ -76,7 +76,7 @@ TypedArray<SCMachineState> SCMachineBase::active_states() const {
 }
 
 bool SCMachineBase::is_in_state(const Ref<Resource> &state) const {
-	return machine_run->row_in(state) != nullptr;
+	return machine_run->row_in(state.ptr()) != nullptr;
 }
 
 void SCMachineBase::go_to_state(const Ref<Resource> &state) {

@@ -2,38 +2,39 @@
 
 #include "design/sc_machine_state.hpp"
 #include "machine/debugger_channel.hpp"
-#include "machine/engine_frame.hpp"
 #include "machine/machine_run.hpp"
 #include "machine/names.hpp"
 #include "sc_machine_base.hpp"
 
 #include <godot_cpp/variant/utility_functions.hpp>
 
+#include <utility>
+
 namespace {
 
-Array inner_starts_of(const Ref<Resource> &state) {
-	if (SCMachineState *compiled = Object::cast_to<SCMachineState>(state.ptr())) {
+Array inner_starts_of(Resource *state, const SCMachineState *compiled) {
+	if (compiled != nullptr) {
 		return compiled->inner_starts();
 	}
 	const StringName &method = MachineNames::shared().inner_starts;
 	return state->has_method(method) ? Array(state->call(method)) : Array();
 }
 
-int inner_slot_of(const Ref<Resource> &state, const Ref<Resource> &inner) {
-	if (SCMachineState *compiled = Object::cast_to<SCMachineState>(state.ptr())) {
+int inner_slot_of(Resource *state, Resource *inner) {
+	if (const SCMachineState *compiled = Object::cast_to<SCMachineState>(state)) {
 		return int(compiled->inner_slot_of(inner));
 	}
 	const StringName &method = MachineNames::shared().inner_slot_of;
 	return state->has_method(method) ? int(state->call(method, inner)) : -1;
 }
 
-String name_of(const Ref<Resource> &state) {
-	return state.is_valid() ? String(StringName(state->get(MachineNames::shared().state_name))) : String();
+String name_of(const Resource *state) {
+	return state != nullptr ? String(StringName(state->get(MachineNames::shared().state_name))) : String();
 }
 
-bool lies_above(const RunRow *row, const Ref<Resource> &state) {
+bool lies_above(const RunRow *row, const Resource *state) {
 	for (; row != nullptr; row = row->parent) {
-		if (row->state == state) {
+		if (row->state.ptr() == state) {
 			return true;
 		}
 	}
@@ -43,7 +44,18 @@ bool lies_above(const RunRow *row, const Ref<Resource> &state) {
 } // namespace
 
 void MachineRun::go_to_state(const Ref<Resource> &state) {
-	if (state.is_null() || state == current || !running || leaving > 0) {
+	const Ref<Resource> kept = state;
+	go_from_here(kept.ptr());
+}
+
+void MachineRun::restart_state(const Ref<Resource> &state) {
+	const Ref<Resource> kept = state;
+	begin_again(kept.ptr());
+}
+
+// Whoever calls this keeps the state.
+void MachineRun::go_from_here(Resource *state) {
+	if (state == nullptr || state == current || !running || leaving > 0) {
 		return;
 	}
 	Busy keep(*this);
@@ -51,13 +63,13 @@ void MachineRun::go_to_state(const Ref<Resource> &state) {
 		return;
 	}
 	change_depth++;
-	change_state(state, false);
+	change_state(state);
 	change_depth--;
 }
 
-void MachineRun::restart_state(const Ref<Resource> &state) {
-	if (state.is_null() || row_in(state) == nullptr) {
-		go_to_state(state);
+void MachineRun::begin_again(Resource *state) {
+	if (state == nullptr || row_in(state) == nullptr) {
+		go_from_here(state);
 		return;
 	}
 	if (!running || leaving > 0) {
@@ -68,7 +80,12 @@ void MachineRun::restart_state(const Ref<Resource> &state) {
 		return;
 	}
 	change_depth++;
-	change_state(state, true);
+	forget_event();
+	// What has just been asked may have left the state.
+	if (RunRow *row = row_in(state)) {
+		ScratchLists<RunRow *>::Borrowed fresh(row_lists);
+		restart_row(row, fresh.list);
+	}
 	change_depth--;
 }
 
@@ -77,14 +94,13 @@ bool MachineRun::go_to(const StringName &state_name) {
 	if (state.is_null()) {
 		return false;
 	}
-	go_to_state(state);
+	go_from_here(state.ptr());
 	return true;
 }
 
 // Counts this entry, and stops a machine whose states lead round in a circle.
-bool MachineRun::may_enter(const Ref<Resource> &target) {
-	const EngineFrame now = EngineFrame::now();
-	const int64_t entered = guard.count_entry(now.number, now.in_physics);
+bool MachineRun::may_enter(Resource *target) {
+	const int64_t entered = guard.count_entry(GameClocks::frame_serial());
 	if (entered == 0) {
 		return true;
 	}
@@ -96,37 +112,31 @@ bool MachineRun::may_enter(const Ref<Resource> &target) {
 }
 
 void MachineRun::progress_made(uint64_t walker, int64_t most) {
-	const EngineFrame now = EngineFrame::now();
-	guard.progress_made(walker, most, now.number, now.in_physics);
+	guard.progress_made(walker, most, GameClocks::frame_serial());
 }
 
-void MachineRun::change_state(const Ref<Resource> &target, bool restart) {
+// A change that no event has caused has no event to tell of.
+void MachineRun::forget_event() {
 	if (!keep_event) {
 		events.forget_last();
 	}
 	keep_event = false;
+}
+
+void MachineRun::change_state(Resource *target) {
+	// The states on the way are kept by this, whatever the machine does meanwhile.
+	const DesignIndex held = index;
+	forget_event();
 	ScratchLists<RunRow *>::Borrowed fresh(row_lists);
+	ScratchLists<Resource *>::Borrowed way(state_lists);
+	const LocalVector<Resource *> &path = way.list;
+	index.path_to(target, way.list);
+	const Targets targets = { &target, 1 };
 
-	if (restart) {
-		if (RunRow *row = row_in(target)) {
-			restart_row(row, fresh.list);
-		}
-		return;
-	}
-
-	LocalVector<Ref<Resource>> path;
-	if (index.has_parents()) {
-		index.path_to(target, path);
-	} else {
-		path.push_back(target);
-	}
-	LocalVector<Ref<Resource>> targets;
-	targets.push_back(target);
-
-	if (root == nullptr || !root->live || root->state != path[0]) {
+	if (root == nullptr || !root->live || root->state.ptr() != path[0]) {
 		enter_as_root(path[0], targets, fresh.list);
 		if (!fresh.list.is_empty()) {
-			finish_entering(fresh.list, Ref<Resource>());
+			finish_entering(fresh.list, nullptr);
 		}
 		return;
 	}
@@ -134,12 +144,12 @@ void MachineRun::change_state(const Ref<Resource> &target, bool restart) {
 	Ref<Resource> previous;
 	RunRow *at = root;
 	for (uint32_t i = 1; i < path.size(); i++) {
-		const int slot = inner_slot_of(at->state, path[i]);
+		const int slot = inner_slot_of(at->state.ptr(), path[i]);
 		if (slot < 0 || slot >= int(at->children.size())) {
 			return;
 		}
 		RunRow *child = at->children[slot];
-		if (child != nullptr && child->live && child->state == path[i]) {
+		if (child != nullptr && child->live && child->state.ptr() == path[i]) {
 			at = child;
 			continue;
 		}
@@ -157,11 +167,11 @@ void MachineRun::change_state(const Ref<Resource> &target, bool restart) {
 		break;
 	}
 	if (!fresh.list.is_empty()) {
-		finish_entering(fresh.list, previous);
+		finish_entering(fresh.list, previous.ptr());
 	}
 }
 
-void MachineRun::enter_as_root(const Ref<Resource> &top, const LocalVector<Ref<Resource>> &targets, LocalVector<RunRow *> &fresh) {
+void MachineRun::enter_as_root(Resource *top, const Targets &targets, LocalVector<RunRow *> &fresh) {
 	if (root != nullptr) {
 		RunRow *former = root;
 		leave_row(former);
@@ -190,7 +200,7 @@ void MachineRun::restart_row(RunRow *row, LocalVector<RunRow *> &fresh) {
 	if (act_on_pending() || !running || (parent != nullptr && !parent->live)) {
 		return;
 	}
-	RunRow *again = enter_row(state, parent, slot, LocalVector<Ref<Resource>>(), fresh);
+	RunRow *again = enter_row(state.ptr(), parent, slot, Targets(), fresh);
 	if (again == nullptr) {
 		return;
 	}
@@ -201,33 +211,34 @@ void MachineRun::restart_row(RunRow *row, LocalVector<RunRow *> &fresh) {
 			again->runs[i].slot = memory;
 		}
 	}
-	finish_entering(fresh, previous);
+	finish_entering(fresh, previous.ptr());
 }
 
-RunRow *MachineRun::enter_row(const Ref<Resource> &state, RunRow *parent, int slot, const LocalVector<Ref<Resource>> &targets, LocalVector<RunRow *> &fresh) {
+// Whoever calls this keeps the state until it has been entered.
+RunRow *MachineRun::enter_row(Resource *state, RunRow *parent, int slot, const Targets &targets, LocalVector<RunRow *> &fresh) {
 	// Reading a state asks its actions about themselves, which may be a game's script: if that, or the
 	// reading of a state beside this one, has stopped the machine or entered something else, its word
 	// stands and this entry is given up.
 	const int64_t serial_before = serial_counter;
-	const ActionTable *table = CompiledDesign::actions_of(state);
-	const StatePlan *plan = CompiledDesign::plan_of(state);
-	Array starts;
-	if (plan->composite) {
-		starts = inner_starts_of(state);
+	RunRow *row = rows.take(state);
+	row->table = CompiledDesign::actions_of(state, row->compiled, row->table);
+	row->plan = CompiledDesign::plan_of(state, row->compiled, row->plan);
+	Variant starts;
+	if (row->plan->composite) {
+		starts = inner_starts_of(state, row->compiled);
 	}
-	if (serial_counter != serial_before || !running || (parent != nullptr && !parent->live)) {
-		return nullptr;
+	const RunRow *there = nullptr;
+	bool given_up = serial_counter != serial_before || !running || (parent != nullptr && !parent->live);
+	if (!given_up) {
+		there = parent != nullptr ? parent->children[slot] : root;
+		given_up = there != nullptr && there->live;
 	}
-	const RunRow *there = parent != nullptr ? parent->children[slot] : root;
-	if (there != nullptr && there->live) {
+	if (given_up) {
+		rows.bury(row);
 		return nullptr;
 	}
 
-	RunRow *row = rows.take();
-	row->state = state;
-	row->table = table;
-	row->plan = plan;
-	row->runs.resize(table->actions.size());
+	row->runs.resize(row->table->actions.size());
 	row->serial = ++serial_counter;
 	row->live = true;
 	row->parent = parent;
@@ -238,71 +249,74 @@ RunRow *MachineRun::enter_row(const Ref<Resource> &state, RunRow *parent, int sl
 		root = row;
 	}
 	chain_dirty = true;
-	for (const KeyValue<StringName, LocalVector<int>> &watch : table->watches) {
+	for (const KeyValue<StringName, LocalVector<int>> &watch : row->table->watches) {
 		values.watching = true;
 		values.watched.insert(watch.key);
 	}
 	row->entered_at = game_time_now();
 	fresh.push_back(row);
 
+	if (starts.get_type() == Variant::ARRAY) {
+		enter_inner_rows(row, starts, targets, fresh);
+	}
+	return row;
+}
+
+void MachineRun::enter_inner_rows(RunRow *row, const Array &starts, const Targets &targets, LocalVector<RunRow *> &fresh) {
+	Resource *state = row->state.ptr();
 	row->children.resize(uint32_t(starts.size()));
 	for (RunRow *&child : row->children) {
 		child = nullptr;
 	}
 	for (int inner = 0; inner < int(starts.size()); inner++) {
 		Ref<Resource> start = starts[inner];
-		for (const Ref<Resource> &target : targets) {
+		for (uint32_t i = 0; i < targets.count; i++) {
+			Resource *target = targets.states[i];
 			if (target != state && inner_slot_of(state, target) == inner) {
-				const Ref<Resource> toward = index.child_toward(state, target);
-				start = toward.is_valid() ? toward : start;
+				Resource *toward = index.child_toward(state, target);
+				start = toward != nullptr ? Ref<Resource>(toward) : start;
 			}
 		}
 		// A state nested in itself would be entered for ever.
-		if (start.is_valid() && !lies_above(row, start)) {
-			enter_row(start, row, inner, targets, fresh);
+		if (start.is_valid() && !lies_above(row, start.ptr())) {
+			enter_row(start.ptr(), row, inner, targets, fresh);
 		}
 		if (!row->live) {
 			break;
 		}
 	}
-	return row;
 }
 
-void MachineRun::finish_entering(const LocalVector<RunRow *> &fresh, const Ref<Resource> &explicit_previous) {
-	// 1. The deepest state of the first chain is the current one, unless a side branch has changed.
-	const Ref<Resource> old = current;
+void MachineRun::make_current(Resource *state) {
+	// What was kept goes last, as its end may run a game's code.
+	const Ref<Resource> former = std::move(kept_current);
+	kept_current = state != nullptr && !index.has(state) ? Ref<Resource>(state) : Ref<Resource>();
+	current = state;
+}
+
+void MachineRun::finish_entering(const LocalVector<RunRow *> &fresh, Resource *explicit_previous) {
 	if (root == nullptr) {
 		return;
 	}
-	RunRow *deepest = fresh[0]->live && fresh[0]->in_a_branch() ? fresh[0]->deepest_first() : root->deepest_first();
-	current = deepest->state;
-	const Ref<Resource> now = current;
+	// 1. The deepest state of the first chain is the current one, unless a side branch has changed.
+	const DesignIndex held = index;
+	const Ref<Resource> kept_old = kept_current;
+	Resource *previous = explicit_previous != nullptr ? explicit_previous : current;
+	const RunRow *deepest = fresh[0]->live && fresh[0]->in_a_branch() ? fresh[0]->deepest_first() : root->deepest_first();
+	make_current(deepest->state.ptr());
 
 	// 2. Every new row remembers where it came from.
-	const Ref<Resource> previous = explicit_previous.is_valid() ? explicit_previous : old;
 	for (RunRow *row : fresh) {
-		row->previous_state = previous;
-		row->entered_by = events.last_name;
+		if (row->previous_state.ptr() != previous) {
+			row->previous_state = Ref<Resource>(previous);
+		}
+		if (row->entered_by != events.last_name) {
+			row->entered_by = events.last_name;
+		}
 	}
 
-	// 3. to 5. Tell whoever listens. The signal's parameters are declared the other way round, and yet
-	// the previous state goes first: listeners rely on it.
-	emit(MachineNames::shared().state_changed, previous, now);
-	if (debugger_active && node != nullptr) {
-		DebuggerChannel::state(*this, now, previous);
-		if (CompiledDesign::plan_of(now)->pause_here && !paused) {
-			set_paused(true);
-			DebuggerChannel::paused(*this, now);
-		}
-		call_node(MachineNames::shared().report_values);
-	}
-	if (debug_log && node != nullptr) {
-		if (previous.is_valid()) {
-			UtilityFunctions::print(vformat("[Machine] %s: %s -> %s", owner_name(), name_of(previous), name_of(now)));
-		} else {
-			UtilityFunctions::print(vformat("[Machine] %s: starts in %s", owner_name(), name_of(now)));
-		}
-	}
+	// 3. to 5. Tell whoever listens.
+	tell_of_change(current, previous);
 
 	// 6. to 8. Set the new rows to work. Each may be dead by now, or be killed by the one before it.
 	for (RunRow *row : fresh) {
@@ -319,6 +333,35 @@ void MachineRun::finish_entering(const LocalVector<RunRow *> &fresh, const Ref<R
 		if (row->live) {
 			refresh_lanes();
 			return;
+		}
+	}
+}
+
+// Whoever calls this keeps both states until it has begun.
+void MachineRun::tell_of_change(Resource *entered, Resource *left) {
+	const bool heard = is_heard(MachineNames::shared().state_changed);
+	if (!heard && !debugger_active && !debug_log) {
+		return;
+	}
+	const Ref<Resource> now = entered;
+	const Ref<Resource> previous = left;
+	if (heard) {
+		// The signal's parameters are declared the other way round, and yet the previous state goes first: listeners rely on it.
+		emit_heard(MachineNames::shared().state_changed, previous, now);
+	}
+	if (debugger_active && node != nullptr) {
+		DebuggerChannel::state(*this, now, previous);
+		if (CompiledDesign::plan_of(now.ptr(), Object::cast_to<SCMachineState>(now.ptr()), nullptr)->pause_here && !paused) {
+			set_paused(true);
+			DebuggerChannel::paused(*this, now);
+		}
+		call_node(MachineNames::shared().report_values);
+	}
+	if (debug_log && node != nullptr) {
+		if (previous.is_valid()) {
+			UtilityFunctions::print(vformat("[Machine] %s: %s -> %s", owner_name(), name_of(previous.ptr()), name_of(now.ptr())));
+		} else {
+			UtilityFunctions::print(vformat("[Machine] %s: starts in %s", owner_name(), name_of(now.ptr())));
 		}
 	}
 }
@@ -419,7 +462,7 @@ void MachineRun::stop_now() {
 	resume_when_left = false;
 	chain.clear();
 	chain_dirty = true;
-	current.unref();
+	make_current(nullptr);
 	running = false;
 	stopping = false;
 	refresh_lanes();
@@ -451,23 +494,25 @@ void MachineRun::resume(const Array &leaves) {
 	resume_list = Array();
 	running = true;
 	call_node(MachineNames::shared().connect_system_events);
-	LocalVector<Ref<Resource>> targets;
-	for (int64_t i = 0; i < leaves.size(); i++) {
-		const Ref<Resource> leaf = leaves[i];
-		if (leaf.is_valid()) {
+	// What comes in as `leaves` may be let go of by the game while the states are entered.
+	const Array kept = leaves.duplicate();
+	LocalVector<Resource *> targets;
+	for (int64_t i = 0; i < kept.size(); i++) {
+		if (Resource *leaf = Object::cast_to<Resource>(kept[i].get_validated_object())) {
 			targets.push_back(leaf);
 		}
 	}
 	if (targets.is_empty() || leaving > 0 || !running || !may_enter(targets[0])) {
 		return;
 	}
-	LocalVector<Ref<Resource>> path;
+	const DesignIndex held = index;
+	LocalVector<Resource *> path;
 	index.path_to(targets[0], path);
 	ScratchLists<RunRow *>::Borrowed fresh(row_lists);
 	change_depth++;
-	enter_as_root(path[0], targets, fresh.list);
+	enter_as_root(path[0], { targets.ptr(), targets.size() }, fresh.list);
 	if (!fresh.list.is_empty()) {
-		finish_entering(fresh.list, Ref<Resource>());
+		finish_entering(fresh.list, nullptr);
 	}
 	change_depth--;
 }
@@ -480,9 +525,16 @@ void MachineRun::resume_now() {
 
 // Handlers work as if called from outside: no action is being run while they are.
 void MachineRun::emit(const StringName &signal, const Variant &first, const Variant &second) {
-	if (node == nullptr || !node->offers(signal) || !node->has_connections(signal)) {
-		return;
+	if (is_heard(signal)) {
+		emit_heard(signal, first, second);
 	}
+}
+
+bool MachineRun::is_heard(const StringName &signal) const {
+	return node != nullptr && node->offers(signal) && node->has_connections(signal);
+}
+
+void MachineRun::emit_heard(const StringName &signal, const Variant &first, const Variant &second) {
 	RunningAs outside(*this, nullptr);
 	if (signal == MachineNames::shared().state_finished) {
 		node->emit_signal(signal, first);

@@ -18,6 +18,11 @@ class RecordTable {
 	HashMap<uint64_t, Record *> current;
 	HashMap<uint64_t, LocalVector<Record *>> retired;
 
+	void retire(uint64_t state_id, Record *record) {
+		record->retired = true;
+		retired[state_id].push_back(record);
+	}
+
 public:
 	~RecordTable() {
 		for (const KeyValue<uint64_t, Record *> &entry : current) {
@@ -30,28 +35,26 @@ public:
 		}
 	}
 
-	// The whole staleness test: another element makes another hash, an edited one does not.
+	// The whole staleness test: another element makes the record stale, an edited one does not.
 	const Record *fresh(uint64_t state_id, const Array &source) {
 		Record **found = current.getptr(state_id);
 		if (found == nullptr) {
 			return nullptr;
 		}
 		Record *record = *found;
-		if (record->source_size == source.size() && record->source_hash == source.hash()) {
+		if (record->source.holds(source)) {
 			return record;
 		}
-		retired[state_id].push_back(record);
+		retire(state_id, record);
 		current.erase(state_id);
 		return nullptr;
 	}
 
 	const Record *keep(uint64_t state_id, Record *record, const Array &source) {
-		record->source = source;
-		record->source_size = source.size();
-		record->source_hash = source.hash();
+		record->source.take(source);
 		// Compiling asks actions about themselves, and one of them may have come back here.
 		if (Record **found = current.getptr(state_id)) {
-			retired[state_id].push_back(*found);
+			retire(state_id, *found);
 		}
 		current.insert(state_id, record);
 		return record;
@@ -130,14 +133,14 @@ TransitionRow transition_row(const Variant &element) {
 	return row;
 }
 
-StatePlan *compile_plan(const Ref<Resource> &state, const Array &transitions) {
+StatePlan *compile_plan(const Resource *state, const SCMachineState *compiled, const Array &transitions) {
 	const MachineNames &names = MachineNames::shared();
 	StatePlan *plan = memnew(StatePlan);
 	for (int64_t i = 0; i < transitions.size(); i++) {
 		plan->rows.push_back(transition_row(transitions[i]));
 		plan->has_finished = plan->has_finished || plan->rows[i].event == names.finished_event;
 	}
-	if (const SCMachineState *compiled = Object::cast_to<SCMachineState>(state.ptr())) {
+	if (compiled != nullptr) {
 		plan->composite = !compiled->sub_states.is_empty() || !compiled->parallel_states.is_empty();
 		plan->end_state = compiled->is_end_state;
 		plan->pause_here = compiled->pause_here;
@@ -162,6 +165,7 @@ ActionEntry action_entry(const Variant &element, PackedStringArray &watched) {
 	entry.compiled = Object::cast_to<SCMachineAction>(object);
 	entry.runtime = SCNativeActions::of_action(object);
 	if (SCMachineAction *action = entry.compiled) {
+		action->note_kind_alone(entry.runtime != nullptr);
 		entry.wants_physics = action->wants_physics();
 		entry.needs_every_tick = action->has_update() && action->needs_every_tick();
 		entry.works_after_finishing = action->works_after_finishing();
@@ -204,22 +208,26 @@ ActionTable *compile_actions(const Array &actions) {
 
 } // namespace
 
-const StatePlan *CompiledDesign::plan_of(const Ref<Resource> &state) {
-	const SCMachineState *compiled = Object::cast_to<SCMachineState>(state.ptr());
+const StatePlan *CompiledDesign::plan_of(Resource *state, const SCMachineState *compiled, const StatePlan *known) {
+	if (compiled != nullptr && known != nullptr && !known->retired && known->source.holds(compiled->transitions)) {
+		return known;
+	}
 	const Array transitions = compiled != nullptr ? Array(compiled->transitions) : Array(state->get(MachineNames::shared().transitions));
 	const uint64_t id = state->get_instance_id();
 	if (const StatePlan *found = shared_tables().plans.fresh(id, transitions)) {
 		return found;
 	}
-	StatePlan *plan = compile_plan(state, transitions);
+	StatePlan *plan = compile_plan(state, compiled, transitions);
 	if (compiled == nullptr) {
 		shared_tables().note_foreign(id);
 	}
 	return shared_tables().plans.keep(id, plan, transitions);
 }
 
-const ActionTable *CompiledDesign::actions_of(const Ref<Resource> &state) {
-	const SCMachineState *compiled = Object::cast_to<SCMachineState>(state.ptr());
+const ActionTable *CompiledDesign::actions_of(Resource *state, const SCMachineState *compiled, const ActionTable *known) {
+	if (compiled != nullptr && known != nullptr && !known->retired && known->source.holds(compiled->actions)) {
+		return known;
+	}
 	const Array actions = compiled != nullptr ? Array(compiled->actions) : Array(state->get(MachineNames::shared().actions));
 	const uint64_t id = state->get_instance_id();
 	if (const ActionTable *found = shared_tables().actions.fresh(id, actions)) {

@@ -4,6 +4,8 @@
 // (its actions with their flags). One record per state in the whole process, shared by every machine
 // that uses the state, and made anew when the state's array is no longer the one it was read from.
 
+#include "machine/array_stamp.hpp"
+
 #include <godot_cpp/classes/resource.hpp>
 #include <godot_cpp/templates/hash_map.hpp>
 #include <godot_cpp/templates/local_vector.hpp>
@@ -13,6 +15,7 @@
 using namespace godot;
 
 class SCMachineAction;
+class SCMachineState;
 struct NativeEntry;
 
 struct TransitionRow {
@@ -22,10 +25,10 @@ struct TransitionRow {
 };
 
 struct StatePlan {
-	// The array it was read from, and the two numbers that tell whether it still is that one.
-	Array source;
-	int64_t source_size = 0;
-	int64_t source_hash = 0;
+	// The transitions it was read from.
+	ArrayStamp source;
+	// There is a newer one.
+	bool retired = false;
 
 	LocalVector<TransitionRow> rows;
 	bool has_finished = false;
@@ -50,11 +53,11 @@ struct ActionEntry {
 };
 
 struct ActionTable {
-	Array source;
+	// The actions it was read from.
+	ArrayStamp source;
+	bool retired = false;
 	// A copy of the list, which keeps the actions alive while a run row points at this table.
 	Array kept;
-	int64_t source_size = 0;
-	int64_t source_hash = 0;
 
 	LocalVector<ActionEntry> actions;
 	LocalVector<int> exit_rows;
@@ -65,8 +68,10 @@ struct ActionTable {
 // machines may still point at it; it goes when its state does, or with the library.
 class CompiledDesign {
 public:
-	static const StatePlan *plan_of(const Ref<Resource> &state);
-	static const ActionTable *actions_of(const Ref<Resource> &state);
+	// `compiled` is the same state when it is the compiled class. `known` is what was answered before, or null: as long as
+	// it holds, nothing has to be looked up.
+	static const StatePlan *plan_of(Resource *state, const SCMachineState *compiled, const StatePlan *known);
+	static const ActionTable *actions_of(Resource *state, const SCMachineState *compiled, const ActionTable *known);
 	// Called as a state is destroyed. Rows hold their state, so no row can point here any more.
 	static void forget_state(uint64_t state_id);
 	static void free_shared();

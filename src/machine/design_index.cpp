@@ -2,6 +2,7 @@
 
 #include "machine/names.hpp"
 
+#include <godot_cpp/core/memory.hpp>
 #include <godot_cpp/core/object.hpp>
 
 namespace {
@@ -13,54 +14,98 @@ Array array_of(Object *object, const StringName &property) {
 
 } // namespace
 
+DesignIndex::Record::~Record() {
+	for (IndexedState *state : states) {
+		memdelete(state);
+	}
+}
+
+IndexedState *DesignIndex::Record::add(const Ref<Resource> &state) {
+	if (IndexedState **known = by_state.getptr(state.ptr())) {
+		return *known;
+	}
+	IndexedState *added = memnew(IndexedState);
+	added->state = state;
+	states.push_back(added);
+	by_state.insert(state.ptr(), added);
+	return added;
+}
+
+void DesignIndex::Record::put_below(const IndexedState *parent, const Array &inside) {
+	for (int64_t i = 0; i < inside.size(); i++) {
+		const Ref<Resource> state = inside[i];
+		if (state.is_valid()) {
+			add(state)->parent = parent;
+		}
+	}
+}
+
+DesignIndex::DesignIndex(const DesignIndex &other) :
+		record(other.record) {
+	if (record != nullptr) {
+		record->holders++;
+	}
+}
+
+DesignIndex &DesignIndex::operator=(const DesignIndex &other) {
+	if (record != other.record) {
+		DesignIndex former(*this);
+		let_go();
+		record = other.record;
+		if (record != nullptr) {
+			record->holders++;
+		}
+	}
+	return *this;
+}
+
+// The end of a state may run a game's code, which must find this let go of already.
+void DesignIndex::let_go() {
+	Record *former = record;
+	record = nullptr;
+	if (former != nullptr && --former->holders == 0) {
+		memdelete(former);
+	}
+}
+
 void DesignIndex::build(const Array &design) {
-	by_name.clear();
-	parents.clear();
+	DesignIndex fresh;
+	fresh.record = memnew(Record);
 	const MachineNames &names = MachineNames::shared();
 	for (int64_t i = 0; i < design.size(); i++) {
 		const Ref<Resource> state = design[i];
 		if (state.is_null()) {
 			continue;
 		}
+		IndexedState *indexed = fresh.record->add(state);
 		const StringName state_name = state->get(names.state_name);
-		if (!by_name.has(state_name)) {
-			by_name.insert(state_name, state);
+		if (!fresh.record->by_name.has(state_name)) {
+			fresh.record->by_name.insert(state_name, indexed);
 		}
-		const Array sub_states = array_of(state.ptr(), names.sub_states);
-		for (int64_t s = 0; s < sub_states.size(); s++) {
-			if (const Object *sub_state = sub_states[s].get_validated_object()) {
-				parents[sub_state->get_instance_id()] = state;
-			}
-		}
+		fresh.record->put_below(indexed, array_of(state.ptr(), names.sub_states));
 		const Array regions = array_of(state.ptr(), names.parallel_states);
 		for (int64_t r = 0; r < regions.size(); r++) {
-			Object *region = regions[r].get_validated_object();
-			if (region == nullptr) {
-				continue;
-			}
-			const Array inside = array_of(region, names.states);
-			for (int64_t s = 0; s < inside.size(); s++) {
-				if (const Object *sub_state = inside[s].get_validated_object()) {
-					parents[sub_state->get_instance_id()] = state;
-				}
+			if (Object *region = regions[r].get_validated_object()) {
+				fresh.record->put_below(indexed, array_of(region, names.states));
 			}
 		}
 	}
+	*this = fresh;
 }
 
-Ref<Resource> DesignIndex::find(const StringName &state_name) const {
-	const Ref<Resource> *found = by_name.getptr(state_name);
-	return found != nullptr ? *found : Ref<Resource>();
+Resource *DesignIndex::find(const StringName &state_name) const {
+	IndexedState *const *found = record != nullptr ? record->by_name.getptr(state_name) : nullptr;
+	return found != nullptr ? (*found)->state.ptr() : nullptr;
 }
 
-Ref<Resource> DesignIndex::parent_of(const Ref<Resource> &state) const {
-	const Ref<Resource> *found = state.is_valid() ? parents.getptr(state->get_instance_id()) : nullptr;
-	return found != nullptr ? *found : Ref<Resource>();
+Resource *DesignIndex::parent_of(const Resource *state) const {
+	IndexedState *const *found = record != nullptr && state != nullptr ? record->by_state.getptr(state) : nullptr;
+	return found != nullptr && (*found)->parent != nullptr ? (*found)->parent->state.ptr() : nullptr;
 }
 
-void DesignIndex::path_to(const Ref<Resource> &state, LocalVector<Ref<Resource>> &path) const {
+void DesignIndex::path_to(Resource *state, LocalVector<Resource *> &path) const {
 	path.clear();
-	for (Ref<Resource> at = state; at.is_valid(); at = parent_of(at)) {
+	for (Resource *at = state; at != nullptr; at = parent_of(at)) {
 		if (path.has(at)) {
 			break;
 		}
@@ -72,14 +117,15 @@ void DesignIndex::path_to(const Ref<Resource> &state, LocalVector<Ref<Resource>>
 	}
 }
 
-Ref<Resource> DesignIndex::child_toward(const Ref<Resource> &above, const Ref<Resource> &state) const {
-	Ref<Resource> at = state;
-	for (size_t steps = 0; at.is_valid() && steps <= parents.size(); steps++) {
-		const Ref<Resource> parent = parent_of(at);
+Resource *DesignIndex::child_toward(const Resource *above, Resource *state) const {
+	Resource *at = state;
+	const uint32_t most = record != nullptr ? record->by_state.size() : 0;
+	for (uint32_t steps = 0; at != nullptr && steps <= most; steps++) {
+		Resource *parent = parent_of(at);
 		if (parent == above) {
 			return at;
 		}
 		at = parent;
 	}
-	return Ref<Resource>();
+	return nullptr;
 }

@@ -1,7 +1,9 @@
 #pragma once
 
-// The two indexes a running machine keeps of its design: state by name and parent by state.
-// Built when a machine begins, read on every transition.
+// What a running machine looks up in its design: a state by its name, and the states around a state.
+// Built when a machine begins, read on every transition. Copies share one index; whoever holds a copy
+// while a game's code may run can go on with the states found in it, even if the machine has begun
+// anew with another design meanwhile.
 
 #include <godot_cpp/classes/resource.hpp>
 #include <godot_cpp/templates/hash_map.hpp>
@@ -10,18 +12,41 @@
 
 using namespace godot;
 
+struct IndexedState {
+	Ref<Resource> state;
+	const IndexedState *parent = nullptr;
+};
+
 class DesignIndex {
-	HashMap<StringName, Ref<Resource>> by_name;
-	HashMap<uint64_t, Ref<Resource>> parents;
+	struct Record {
+		uint32_t holders = 1;
+		LocalVector<IndexedState *> states;
+		HashMap<StringName, IndexedState *> by_name;
+		HashMap<const Resource *, IndexedState *> by_state;
+
+		~Record();
+		IndexedState *add(const Ref<Resource> &state);
+		void put_below(const IndexedState *parent, const Array &inside);
+	};
+
+	Record *record = nullptr;
+
+	void let_go();
 
 public:
+	DesignIndex() = default;
+	DesignIndex(const DesignIndex &other);
+	DesignIndex &operator=(const DesignIndex &other);
+	~DesignIndex() { let_go(); }
+
 	void build(const Array &design);
-	bool has_names() const { return !by_name.is_empty(); }
-	bool has_parents() const { return !parents.is_empty(); }
-	Ref<Resource> find(const StringName &state_name) const;
-	Ref<Resource> parent_of(const Ref<Resource> &state) const;
+	bool has_names() const { return record != nullptr && !record->by_name.is_empty(); }
+	bool has(const Resource *state) const { return record != nullptr && record->by_state.has(state); }
+	// Null for what is not in the design.
+	Resource *find(const StringName &state_name) const;
+	Resource *parent_of(const Resource *state) const;
 	// From the top state down to `state`, both included. A ring of parents ends where it closes.
-	void path_to(const Ref<Resource> &state, LocalVector<Ref<Resource>> &path) const;
+	void path_to(Resource *state, LocalVector<Resource *> &path) const;
 	// The state on the way from `state` up to `above` whose parent is `above`; null when it is not below it.
-	Ref<Resource> child_toward(const Ref<Resource> &above, const Ref<Resource> &state) const;
+	Resource *child_toward(const Resource *above, Resource *state) const;
 };

@@ -1,9 +1,8 @@
 #include "machine/entry_guard.hpp"
 
-int64_t EntryGuard::count_entry(uint64_t now, bool physics) {
-	if (now != frame || physics != in_physics) {
+int64_t EntryGuard::count_entry(uint64_t now) {
+	if (now != frame) {
 		frame = now;
-		in_physics = physics;
 		chain_count = 1;
 		frame_count = 1;
 	} else {
@@ -19,10 +18,9 @@ int64_t EntryGuard::count_entry(uint64_t now, bool physics) {
 	return 0;
 }
 
-void EntryGuard::progress_made(uint64_t walker, int64_t most, uint64_t now, bool physics) {
-	if (now != walkers_frame || physics != walkers_in_physics) {
+void EntryGuard::progress_made(uint64_t walker, int64_t most, uint64_t now) {
+	if (now != walkers_frame) {
 		walkers_frame = now;
-		walkers_in_physics = physics;
 		walkers.clear();
 	}
 	int64_t &steps = walkers[walker];

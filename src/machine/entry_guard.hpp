@@ -16,18 +16,17 @@ class EntryGuard {
 	int64_t chain_count = 0;
 	int64_t frame_count = 0;
 	uint64_t frame = 0;
-	bool in_physics = false;
 	HashMap<uint64_t, int64_t> walkers;
 	uint64_t walkers_frame = 0;
-	bool walkers_in_physics = false;
 
 public:
 	int64_t loop_limit = 50;
 
-	// Counts one entry. Answers 0 when it is allowed, else how many states were entered before it.
-	int64_t count_entry(uint64_t now, bool physics);
+	// Counts one entry in the frame `now`, where a physics frame is one of its own. Answers 0 when it is allowed, else how
+	// many states were entered before it.
+	int64_t count_entry(uint64_t now);
 	// An event from outside starts a fresh count, and so does its end.
 	void begin_chain() { chain_count = 0; }
 	// A ring of states that moved `walker` one step on is forgiven, `most` times a frame.
-	void progress_made(uint64_t walker, int64_t most, uint64_t now, bool physics);
+	void progress_made(uint64_t walker, int64_t most, uint64_t now);
 };

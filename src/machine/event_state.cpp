@@ -13,7 +13,9 @@ EventRegistry *registry = nullptr;
 void EventState::remember(const StringName &name, const Variant &data, uint64_t sender) {
 	// The end of the former data may run a game's code, which must find this already in order.
 	const Variant former = std::move(last_data);
-	last_name = name;
+	if (last_name != name) {
+		last_name = name;
+	}
 	last_data = data;
 	last_sender = sender;
 }
@@ -22,12 +24,14 @@ void EventState::add_forwarder(const Callable &forwarder) {
 	Array longer = forwarder_list.duplicate();
 	longer.push_back(forwarder);
 	forwarder_list = longer;
+	forwarders_known = forwarder_list.size();
 }
 
 void EventState::remove_forwarder(const Callable &forwarder) {
 	Array shorter = forwarder_list.duplicate();
 	shorter.erase(forwarder);
 	forwarder_list = shorter;
+	forwarders_known = forwarder_list.size();
 }
 
 void EventRegistry::listen(const StringName &event, uint64_t machine_id) {

@@ -42,6 +42,7 @@ struct EventState {
 	HashMap<StringName, UsedPress> used_presses;
 
 	void remember(const StringName &name, const Variant &data, uint64_t sender);
+	bool has_forwarders() const { return forwarders_known > 0; }
 	void forget_last() { remember(StringName(), Variant(), 0); }
 	void add_forwarder(const Callable &forwarder);
 	void remove_forwarder(const Callable &forwarder);
@@ -50,6 +51,7 @@ struct EventState {
 private:
 	// Replaced, never changed in place: whoever goes through it holds on to a list that stays as it is.
 	Array forwarder_list;
+	int64_t forwarders_known = 0;
 };
 
 // A global variable whose new value is on its way to the machines that share it.

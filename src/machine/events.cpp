@@ -164,6 +164,13 @@ bool MachineRun::dispatch(const StringName &event, const Variant &data) {
 	if (event == MachineNames::shared().finished_event) {
 		return dispatch_finished(data);
 	}
+	if (events.has_forwarders() && offer_to_forwarders(event, data)) {
+		return true;
+	}
+	return root != nullptr && root->live && offer(root, event, data);
+}
+
+bool MachineRun::offer_to_forwarders(const StringName &event, const Variant &data) {
 	const Array forwarders = events.forwarders();
 	bool consumed = false;
 	for (int64_t i = 0; i < forwarders.size(); i++) {
@@ -172,10 +179,7 @@ bool MachineRun::dispatch(const StringName &event, const Variant &data) {
 			consumed = forwarder.call(event, data).booleanize() || consumed;
 		}
 	}
-	if (consumed) {
-		return true;
-	}
-	return root != nullptr && root->live && offer(root, event, data);
+	return consumed;
 }
 
 // FINISHED is about one state, the one whose action sent it; from outside it is about the innermost.
@@ -221,7 +225,7 @@ bool MachineRun::offer(RunRow *row, const StringName &event, const Variant &data
 }
 
 bool MachineRun::try_transitions(RunRow *row, const StringName &event, const Variant &data) {
-	const StatePlan *plan = CompiledDesign::plan_of(row->state);
+	const StatePlan *plan = CompiledDesign::plan_of(row->state.ptr(), row->compiled, row->plan);
 	if (event == MachineNames::shared().finished_event && !plan->has_finished) {
 		return false;
 	}
@@ -229,19 +233,24 @@ bool MachineRun::try_transitions(RunRow *row, const StringName &event, const Var
 		if (transition.event != event) {
 			continue;
 		}
-		const Ref<Resource> target = find_state(transition.to_state);
+		// A machine without an index asks its node, which may make the answer up.
+		const Ref<Resource> answered = index.has_names() ? Ref<Resource>() : find_state(transition.to_state);
+		Resource *target = answered.is_valid() ? answered.ptr() : index.find(transition.to_state);
+		const bool again = target == row->state.ptr();
 		// A state that runs in another branch already is passed over.
-		if (target.is_null() || (target != row->state && row_in(target) != nullptr)) {
+		if (target == nullptr || (!again && row_in(target) != nullptr)) {
 			continue;
 		}
-		take_transition(target, target == row->state, transition.store_data_in, data, event);
+		take_transition(target, again, transition.store_data_in, data, event);
 		return true;
 	}
 	return false;
 }
 
-void MachineRun::take_transition(const Ref<Resource> &target, bool again, const StringName &store_data_in, const Variant &data, const StringName &event) {
+void MachineRun::take_transition(Resource *target, bool again, const StringName &store_data_in, const Variant &data, const StringName &event) {
 	Busy keep(*this);
+	// Keeps the target, whatever is begun meanwhile.
+	const DesignIndex held = index;
 	const StringName stored = store_data_in;
 	events.remember(event, data, EventRegistry::shared().sender_of(event));
 	bool stored_change = false;
@@ -251,9 +260,9 @@ void MachineRun::take_transition(const Ref<Resource> &target, bool again, const 
 	const int64_t serial_before = serial_counter;
 	keep_event = true;
 	if (again) {
-		restart_state(target);
+		begin_again(target);
 	} else {
-		go_to_state(target);
+		go_from_here(target);
 	}
 	keep_event = false;
 	// Only states older than the change hear of the value: a new one has just read it.

@@ -56,7 +56,7 @@ void MachineRun::start_next_actions(RunRow *row, int finished_index, Lane lane) 
 			return;
 		}
 		call_enter(row, next);
-		if (current.is_null() || !row->live || !row->runs[next].finished) {
+		if (current == nullptr || !row->live || !row->runs[next].finished) {
 			return;
 		}
 	}

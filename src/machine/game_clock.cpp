@@ -1,6 +1,7 @@
 #include "machine/game_clock.hpp"
 
 #include "machine/debugger_channel.hpp"
+#include "machine/engine_frame.hpp"
 #include "machine/names.hpp"
 
 #include <godot_cpp/classes/engine.hpp>
@@ -23,12 +24,14 @@ struct Attachment {
 };
 
 Attachment *attached = nullptr;
+uint64_t frames_seen = 0;
 
 SceneTree *attached_tree() {
 	return attached != nullptr ? Object::cast_to<SceneTree>(ObjectDB::get_instance(attached->tree)) : nullptr;
 }
 
 void tick(bool physics) {
+	frames_seen++;
 	SceneTree *tree = attached_tree();
 	const Window *root = tree != nullptr ? tree->get_root() : nullptr;
 	if (root == nullptr) {
@@ -68,6 +71,11 @@ void detach() {
 
 double GameClocks::now(int index) {
 	return clocks[index];
+}
+
+uint64_t GameClocks::frame_serial() {
+	// With no tree to count the frames of, the engine's own numbers, which must not be taken for ours.
+	return attached != nullptr ? frames_seen : EngineFrame::now().stamp() | uint64_t(1) << 63;
 }
 
 void GameClocks::attach_to(SceneTree *tree) {

@@ -23,6 +23,9 @@ public:
 		COUNT,
 	};
 	static double now(int index);
+	// A number that another frame does not have, and that a physics frame does not share with a drawn one. Asked for on every
+	// change of state, and therefore counted here.
+	static uint64_t frame_serial();
 	// Does nothing when this tree is the attached one already, and in the editor.
 	static void attach_to(SceneTree *tree);
 	// The first process mode other than inherit from this node upward, as Node::ProcessMode; inherit at the top.

@@ -7,7 +7,7 @@
 
 void MachineRun::frame(Lane lane, double delta) {
 	Measured measured(lane == LANE_PHYSICS);
-	if (current.is_null() || paused) {
+	if (current == nullptr || paused) {
 		return;
 	}
 	Busy keep(*this);
@@ -65,7 +65,7 @@ void MachineRun::run_lane(Lane lane, double delta) {
 				}
 				call_update(row, action, elapsed);
 			}
-			if (current.is_null()) {
+			if (current == nullptr) {
 				return;
 			}
 			if (!row->live) {
@@ -76,14 +76,14 @@ void MachineRun::run_lane(Lane lane, double delta) {
 			}
 			something_finished = true;
 			start_next_actions(row, action, lane);
-			if (current.is_null()) {
+			if (current == nullptr) {
 				return;
 			}
 			if (!row->live) {
 				break;
 			}
 			check_state_finished(row);
-			if (current.is_null()) {
+			if (current == nullptr) {
 				return;
 			}
 			if (!row->live) {

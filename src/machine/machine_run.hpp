@@ -91,14 +91,14 @@ public:
 	void progress_made(uint64_t walker, int64_t most);
 
 	// rows.cpp: asking about the rows.
-	Ref<Resource> current_state() const { return current; }
-	void set_current_state(const Ref<Resource> &state) { current = state; }
+	Ref<Resource> current_state() const { return Ref<Resource>(current); }
+	void set_current_state(const Ref<Resource> &state) { make_current(state.ptr()); }
 	const LocalVector<RunRow *> &live_rows();
 	// The row whose action is being called, else the deepest row of the last region; null when there is none.
 	RunRow *running_or_last();
 	RunRow *row_being_run() { return running_row; }
 	RunRow *row_of_serial(int64_t serial);
-	RunRow *row_in(const Ref<Resource> &state);
+	RunRow *row_in(const Resource *state);
 	Array active_chain();
 	Array active_states();
 	Ref<Resource> running_state();
@@ -208,17 +208,30 @@ private:
 	void mark_gone(RunRow *row);
 
 	// change_state.cpp
-	bool may_enter(const Ref<Resource> &target);
-	void change_state(const Ref<Resource> &target, bool restart);
-	RunRow *enter_row(const Ref<Resource> &state, RunRow *parent, int slot, const LocalVector<Ref<Resource>> &targets, LocalVector<RunRow *> &fresh);
-	void finish_entering(const LocalVector<RunRow *> &fresh, const Ref<Resource> &previous);
+	// The states that are to be entered within what is being entered.
+	struct Targets {
+		Resource *const *states = nullptr;
+		uint32_t count = 0;
+	};
+	bool may_enter(Resource *target);
+	void go_from_here(Resource *state);
+	void begin_again(Resource *state);
+	void change_state(Resource *target);
+	RunRow *enter_row(Resource *state, RunRow *parent, int slot, const Targets &targets, LocalVector<RunRow *> &fresh);
+	void finish_entering(const LocalVector<RunRow *> &fresh, Resource *previous);
+	void enter_inner_rows(RunRow *row, const Array &starts, const Targets &targets, LocalVector<RunRow *> &fresh);
+	void tell_of_change(Resource *entered, Resource *left);
+	void make_current(Resource *state);
+	void forget_event();
 	void leave_row(RunRow *row);
 	void detach_and_bury(RunRow *row);
 	bool act_on_pending();
 	void stop_now();
+	bool is_heard(const StringName &signal) const;
 	void emit(const StringName &signal, const Variant &first, const Variant &second = Variant());
+	void emit_heard(const StringName &signal, const Variant &first, const Variant &second);
 	String owner_name() const;
-	void enter_as_root(const Ref<Resource> &top, const LocalVector<Ref<Resource>> &targets, LocalVector<RunRow *> &fresh);
+	void enter_as_root(Resource *top, const Targets &targets, LocalVector<RunRow *> &fresh);
 	void restart_row(RunRow *row, LocalVector<RunRow *> &fresh);
 
 	// finishing.cpp
@@ -245,9 +258,10 @@ private:
 	void dispatch_counted(const StringName &event, const Variant &data);
 	bool dispatch(const StringName &event, const Variant &data);
 	bool dispatch_finished(const Variant &data);
+	bool offer_to_forwarders(const StringName &event, const Variant &data);
 	bool offer(RunRow *row, const StringName &event, const Variant &data);
 	bool try_transitions(RunRow *row, const StringName &event, const Variant &data);
-	void take_transition(const Ref<Resource> &target, bool again, const StringName &store_data_in, const Variant &data, const StringName &event);
+	void take_transition(Resource *target, bool again, const StringName &store_data_in, const Variant &data, const StringName &event);
 
 	// values.cpp and watchers.cpp
 	bool find_bound(const ValueBound &bound, double &number) const;
@@ -281,8 +295,11 @@ private:
 	bool chain_dirty = false;
 	ScratchLists<RunRow *> row_lists;
 	ScratchLists<int> index_lists;
+	ScratchLists<Resource *> state_lists;
 
-	Ref<Resource> current;
+	// Kept by the index, or by `kept_current` when the index does not know it.
+	Resource *current = nullptr;
+	Ref<Resource> kept_current;
 	bool running = false;
 	bool stopping = false;
 	int leaving = 0;

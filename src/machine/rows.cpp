@@ -48,9 +48,9 @@ RunRow *MachineRun::row_of_serial(int64_t serial) {
 	return nullptr;
 }
 
-RunRow *MachineRun::row_in(const Ref<Resource> &state) {
+RunRow *MachineRun::row_in(const Resource *state) {
 	for (RunRow *row : live_rows()) {
-		if (row->state == state) {
+		if (row->state.ptr() == state) {
 			return row;
 		}
 	}

@@ -32,7 +32,7 @@ void MachineRun::abandon() {
 			detach_and_bury(root);
 		}
 		running = false;
-		current.unref();
+		make_current(nullptr);
 		pending = PENDING_NONE;
 		events.held.clear();
 	}
@@ -58,6 +58,9 @@ void MachineRun::end_busy() {
 	}
 	// Recycling lets go of resources and may run a game's code, so it counts as work itself.
 	rows.recycle();
+	if (!running) {
+		rows.forget_states();
+	}
 	busy--;
 	if (node == nullptr) {
 		memdelete(this);
@@ -73,7 +76,10 @@ void MachineRun::begin(const Array &design, bool on_physics_tick, bool log, int6
 	values.in_use = true;
 	events.forget_last();
 	running_row = nullptr;
+	// The states of the former design are kept by its index until the current one is kept apart from it.
+	const DesignIndex former = index;
 	index.build(design);
+	make_current(current);
 	if (node == nullptr) {
 		return;
 	}
@@ -100,7 +106,7 @@ void MachineRun::set_setting(const StringName &name, const Variant &value) {
 
 Ref<Resource> MachineRun::find_state(const StringName &state_name) const {
 	if (index.has_names()) {
-		return index.find(state_name);
+		return Ref<Resource>(index.find(state_name));
 	}
 	const MachineNames &names = MachineNames::shared();
 	if (node == nullptr || !node->has_method(names.all_states)) {

@@ -1,6 +1,11 @@
 #include "machine/run_row.hpp"
 
+#include "design/sc_machine_state.hpp"
+
 #include <godot_cpp/core/memory.hpp>
+#include <godot_cpp/core/object.hpp>
+
+#include <utility>
 
 bool RunRow::all_finished() const {
 	return all_finished_except(-1);
@@ -41,10 +46,17 @@ bool RunRow::beside_others() const {
 	return false;
 }
 
-void RunRow::clear() {
-	state.unref();
+void RunRow::stand_for(Resource *entered) {
+	if (state.ptr() == entered) {
+		return;
+	}
 	table = nullptr;
 	plan = nullptr;
+	compiled = Object::cast_to<SCMachineState>(entered);
+	state = Ref<Resource>(entered);
+}
+
+void RunRow::clear() {
 	entered_at = 0.0;
 	// The lists keep their room: entering a state like the last one allocates nothing.
 	runs.clear();
@@ -60,8 +72,16 @@ void RunRow::clear() {
 	slot_in_parent = 0;
 	children.clear();
 	serial = 0;
-	previous_state.unref();
+}
+
+void RunRow::forget_state() {
+	table = nullptr;
+	plan = nullptr;
+	compiled = nullptr;
 	entered_by = StringName();
+	// What may run a game's code goes last.
+	const Ref<Resource> former_previous = std::move(previous_state);
+	const Ref<Resource> former = std::move(state);
 }
 
 RowPool::~RowPool() {
@@ -73,17 +93,27 @@ RowPool::~RowPool() {
 	}
 }
 
-RunRow *RowPool::take() {
-	if (free.is_empty()) {
-		return memnew(RunRow);
+RunRow *RowPool::take(Resource *state) {
+	uint32_t at = free.size();
+	while (at > 0 && free[at - 1]->state.ptr() != state) {
+		at--;
 	}
-	RunRow *row = free[free.size() - 1];
-	free.resize(free.size() - 1);
+	if (at == 0) {
+		if (free.size() < ENOUGH) {
+			RunRow *made = memnew(RunRow);
+			made->stand_for(state);
+			return made;
+		}
+		at = 1;
+	}
+	RunRow *row = free[at - 1];
+	free.remove_at(at - 1);
+	row->stand_for(state);
 	return row;
 }
 
-void RowPool::recycle() {
-	// Clearing a row lets go of resources, whose end may run a game's code, which may bury more rows.
+void RowPool::recycle_dead() {
+	// Clearing a row lets go of what a game left in it, whose end may run a game's code, which may bury more rows.
 	while (!dead.is_empty()) {
 		RunRow *row = dead[dead.size() - 1];
 		dead.resize(dead.size() - 1);
@@ -93,5 +123,11 @@ void RowPool::recycle() {
 		} else {
 			memdelete(row);
 		}
+	}
+}
+
+void RowPool::forget_states() {
+	for (uint32_t i = 0; i < free.size(); i++) {
+		free[i]->forget_state();
 	}
 }

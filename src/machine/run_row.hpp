@@ -2,6 +2,8 @@
 
 // One entered state of one running machine. Rows are made by entering, marked dead by leaving and
 // recycled once no engine work is under way, so a pointer to a row stays readable through any call.
+// A recycled row keeps what belongs to its state and not to the visit, so that a machine which goes
+// back and forth finds its rows ready.
 
 #include "machine/compiled_design.hpp"
 
@@ -45,6 +47,8 @@ struct Rest {
 
 struct RunRow {
 	Ref<Resource> state;
+	// The same state when it is the compiled class, whose members are read directly.
+	SCMachineState *compiled = nullptr;
 	const ActionTable *table = nullptr;
 	const StatePlan *plan = nullptr;
 	double entered_at = 0.0;
@@ -74,18 +78,33 @@ struct RunRow {
 	bool in_a_branch() const;
 	// True also for the first of such branches.
 	bool beside_others() const;
+	void stand_for(Resource *entered);
+	// Ends the visit.
 	void clear();
+	// Lets go of what is kept for the next visit as well.
+	void forget_state();
 };
 
 class RowPool {
 	static constexpr uint32_t KEPT = 32;
+	// With fewer than this many, another state gets a row of its own.
+	static constexpr uint32_t ENOUGH = 4;
 	LocalVector<RunRow *> dead;
 	LocalVector<RunRow *> free;
 
+	void recycle_dead();
+
 public:
 	~RowPool();
-	RunRow *take();
+	// A row that stands for this state.
+	RunRow *take(Resource *state);
 	void bury(RunRow *row) { dead.push_back(row); }
 	// Only while no engine work is under way: until then a dead row is still read.
-	void recycle();
+	void recycle() {
+		if (!dead.is_empty()) {
+			recycle_dead();
+		}
+	}
+	// The rows that wait to be used again hold on to no state from here on.
+	void forget_states();
 };

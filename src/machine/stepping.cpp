@@ -90,10 +90,10 @@ void MachineRun::step_once() {
 			forget_kept_tween(tween);
 		}
 	}
-	if (current.is_valid()) {
+	if (current != nullptr) {
 		clock.seconds += step;
 		run_lane(main_lane(), step);
-		if (!physics_tick && current.is_valid()) {
+		if (!physics_tick && current != nullptr) {
 			run_lane(LANE_PHYSICS, step);
 		}
 		call_node(MachineNames::shared().after_step, step);
