@@ -1,21 +1,35 @@
 @abstract
 class_name Bench
 extends RefCounted
-## What is measured about one subject. The lowest of several rounds counts: whatever else the machine is doing only adds.
+## What is measured about one subject. It prints what it finds as lines of JSON, one a figure with a sample for each round;
+## [code]bench/report.py[/code] makes medians, ratios and the table of them.
 
-const ROUNDS: int = 7
-const FRAMES: int = 60
+## A round's share of a figure lasts at least so long.
+const LEAST_USEC: float = 20_000.0
 const LIBRARY: String = "libquillstead_core"
+
+## Frames between two looks at the clock.
+const FRAMES_AT_ONCE: int = 20
 
 var tree: SceneTree
 ## What is measured goes under this node, and is gone afterwards.
 var stage: Node
 
 
+## The number that the subject has in the table.
+@abstract func number() -> int
+
+
 @abstract func title() -> String
 
 
 @abstract func measure() -> void
+
+
+## What is measured with [param count] of a thing, by name: callables that answer the cost of a single one. Only for the
+## subjects whose growth is of interest.
+func contestants(_count: int) -> Dictionary[String, Callable]:
+	return {}
 
 
 func open(in_tree: SceneTree) -> void:
@@ -28,47 +42,56 @@ func close() -> void:
 	stage.free()
 
 
-## Prints a figure. The bound is the most it should be.
-func report(what: String, figure: float, unit: String, bound: float = INF) -> void:
-	var held := "" if bound == INF else "at most %s%s" % [_short(bound), "" if figure <= bound else "  EXCEEDED"]
-	print("  %-62s %10s %-22s %s" % [what, _short(figure), unit, held])
+## Reports a figure. [param at_most] is what it is to reach by itself; what has such a target is in the README's table in any
+## case.
+func figure(name: String, what: String, unit: String, samples: PackedFloat64Array, at_most: float = INF, in_readme: bool = false) -> void:
+	_say({"figure": name, "what": what, "unit": unit, "samples": samples, "in_readme": in_readme}, at_most)
 
 
-## Microseconds of a frame.
-func frame_usec() -> float:
-	await frames(5)
-	var lowest := INF
-	for attempt in ROUNDS:
-		var began := Time.get_ticks_usec()
-		await frames(FRAMES)
-		lowest = minf(lowest, float(Time.get_ticks_usec() - began) / FRAMES)
-	return lowest
+## Holds one figure against another.
+func ratio(of: String, over: String, at_most: float = INF, in_readme: bool = false) -> void:
+	_say({"ratio": of, "over": over, "in_readme": in_readme}, at_most)
 
 
-## Nanoseconds of one of the calls that [param loop] makes when it is given a count, without the loop itself. A frame lies
-## between two rounds, so that the machine's guard against circles starts anew.
-func call_nsec(loop: Callable, count: int) -> float:
-	var of_the_calls := INF
-	var of_the_loop := INF
-	for attempt in ROUNDS + 1:
-		await frames(1)
-		var began := Time.get_ticks_usec()
-		loop.call(count)
-		of_the_calls = minf(of_the_calls, Time.get_ticks_usec() - began)
-		began = Time.get_ticks_usec()
-		_empty_loop(count)
-		of_the_loop = minf(of_the_loop, Time.get_ticks_usec() - began)
-	return (of_the_calls - of_the_loop) * 1000.0 / count
+## Microseconds for which the engine has been at work. Not by the clock on the wall, which goes on while the computer does
+## something else.
+static func now_usec() -> float:
+	return ClassDB.class_call_static(&"BenchProbe", &"thread_usec")
 
 
-## Requests to the allocator within calls of the library while so many frames pass; below 0 when nobody can count them.
-func allocations(count: int, each_frame: Callable = Callable()) -> int:
+## Nanoseconds of a frame.
+func frame_nsec() -> float:
+	await frames(3)
+	var count := 0
+	var spent := 0.0
+	var began := now_usec()
+	while spent < LEAST_USEC:
+		await frames(FRAMES_AT_ONCE)
+		count += FRAMES_AT_ONCE
+		spent = now_usec() - began
+	return spent * 1000.0 / count
+
+
+## Nanoseconds that each of [param count] adds to a frame of the empty scene. [param fill] gets a node to put them under.
+func nsec_each(fill: Callable, count: int) -> float:
+	var bare := await frame_nsec()
+	var crowd := Node.new()
+	stage.add_child(crowd)
+	fill.call(crowd, count)
+	var full := await frame_nsec()
+	crowd.free()
+	return (full - bare) / count
+
+
+## Requests to the allocator within calls of the library while so many frames pass, each of which begins with
+## [param each_frame]. Empty when nobody can count them.
+func allocations(count: int, each_frame: Callable = Callable()) -> PackedFloat64Array:
 	if not AllocationCounter.is_available():
-		return -1
+		return []
 	await _play(5, each_frame)
 	AllocationCounter.begin(LIBRARY)
 	await _play(count, each_frame)
-	return AllocationCounter.end()
+	return [AllocationCounter.end()]
 
 
 func frames(count: int) -> void:
@@ -76,67 +99,19 @@ func frames(count: int) -> void:
 		await tree.process_frame
 
 
-## Adds so many machines that run one design.
-func crowd(design: SCMachineTemplate, count: int) -> Array[SCMachine]:
-	var machines: Array[SCMachine] = []
+func add_machines(crowd: Node, count: int, design: SCMachineTemplate) -> void:
 	for i in count:
 		var machine := SCMachine.new()
 		machine.template = design
-		machines.append(machine)
-		stage.add_child(machine)
-	return machines
+		crowd.add_child(machine)
 
 
-func clear_stage() -> void:
-	for child in stage.get_children():
-		child.free()
-	await frames(2)
-
-
-func template(states: Array[SCMachineState], variables: Dictionary[StringName, Variant] = {}) -> SCMachineTemplate:
-	var made := SCMachineTemplate.new()
-	made.states = states
-	made.initial_state = states[0]
-	made.loop_increment_limit = 1_000_000
-	for name in variables:
-		var variable := SCMachineVariable.new()
-		variable.name = name
-		variable.default_value = variables[name]
-		made.variables.append(variable)
-	return made
-
-
-func state(name: StringName, actions: Array[SCMachineAction] = [], transitions: Dictionary[StringName, StringName] = {}) -> SCMachineState:
-	var made := SCMachineState.new()
-	made.state_name = name
-	made.actions = actions
-	for event in transitions:
-		var transition := SCMachineTransition.new()
-		transition.event = event
-		transition.to_state = transitions[event]
-		made.transitions.append(transition)
-	return made
-
-
-## Adds one to the variable, each frame or once.
-func add_one(variable_name: StringName, run_mode: SCMachineAction.RunMode = SCMachineAction.EVERY_FRAME) -> SCSetVariableAction:
-	var made := SCSetVariableAction.new()
-	made.variable_name = variable_name
-	made.operation = SCSetVariableAction.ADD
-	made.value = 1
-	made.run_mode = run_mode
-	return made
-
-
-func wait(seconds: float) -> SCWaitAction:
-	var made := SCWaitAction.new()
-	made.seconds = seconds
-	return made
-
-
-func _empty_loop(count: int) -> void:
+## Nodes of a class of the extension that is built for the measurements.
+func add_native_nodes(crowd: Node, count: int, kind: StringName) -> void:
 	for i in count:
-		pass
+		var node: Node = ClassDB.instantiate(kind)
+		crowd.add_child(node)
+		node.set_process(true)
 
 
 func _play(count: int, each_frame: Callable) -> void:
@@ -146,7 +121,7 @@ func _play(count: int, each_frame: Callable) -> void:
 		await frames(1)
 
 
-func _short(figure: float) -> String:
-	if figure == roundf(figure) and absf(figure) < 1e9:
-		return str(int(figure))
-	return "%.2f" % figure if absf(figure) < 100.0 else "%.0f" % figure
+func _say(line: Dictionary, at_most: float) -> void:
+	if at_most != INF:
+		line["at_most"] = at_most
+	print(JSON.stringify(line))

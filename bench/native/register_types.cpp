@@ -1,5 +1,8 @@
+#include "bare_lane.hpp"
 #include "bindings_node.hpp"
 #include "by_hand_node.h"
+#include "empty_calls.hpp"
+#include "probe.hpp"
 
 #include <godot_cpp/core/class_db.hpp>
 #include <godot_cpp/godot.hpp>
@@ -13,7 +16,10 @@ GDExtensionClassLibraryPtr own_library = nullptr;
 
 void initialize(ModuleInitializationLevel level) {
 	if (level == MODULE_INITIALIZATION_LEVEL_SCENE) {
+		GDREGISTER_CLASS(BenchBareLane);
 		GDREGISTER_CLASS(BenchBindingsNode);
+		GDREGISTER_CLASS(BenchEmptyCalls);
+		GDREGISTER_CLASS(BenchProbe);
 		register_by_hand_node(interface_of_engine, own_library);
 	}
 }
