@@ -1,6 +1,7 @@
 // Compiled runtimes of the kinds that work with colours.
 
 #include "action/answering.hpp"
+#include "action/checked.hpp"
 #include "action/shared_verbs.hpp"
 #include "kinds/color.hpp"
 #include "machine/value_kinds.hpp"
@@ -179,7 +180,7 @@ public:
 		}
 		// A variable that holds nothing yet counts as white.
 		const Color color = held.get_type() == Variant::COLOR ? Color(held) : Color(1, 1, 1, 1);
-		const auto part = setting_of<&Kind::part>(action);
+		const auto part = checked::choice<&Kind::part>(machine, action, Kind::RED);
 		const double value = setting_of<&Kind::value>(action);
 		const double now = part_of(color, part);
 		double changed = value;

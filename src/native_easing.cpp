@@ -2,6 +2,7 @@
 // so that a paused machine, a paused game and slow motion hold them up like everything else, and leaving
 // the state ends them where they are.
 
+#include "action/checked.hpp"
 #include "action/shared_verbs.hpp"
 #include "action/values.hpp"
 #include "kinds/data_easing.hpp"
@@ -66,7 +67,7 @@ Variant part_way(const Variant &start, const Variant &to, double share) {
 	}
 }
 
-// `Derived` says how far along the way it is: static double share_at(const SCMachineAction *, double time), with a
+// `Derived` says how far along the way it is: static double share_at(SCMachineBase *, const SCMachineAction *, double time), with a
 // time of 0 at the start and 1 at the end.
 template <class Kind, class Derived>
 class Ease : public SCNativeAction {
@@ -74,12 +75,12 @@ class Ease : public SCNativeAction {
 	static void move(SCMachineBase *machine, SCMachineAction *action, int index, const Variant &start, double elapsed) {
 		const StringName name = setting_of<&Kind::variable_name>(action);
 		const Variant to = setting_of<&Kind::to>(action);
-		const double duration = setting_of<&Kind::duration>(action);
+		const double duration = checked::number<&Kind::duration>(machine, action);
 		// Frames that add up to the duration but for their last digits are all of it.
 		const bool ended = elapsed >= duration || Math::is_equal_approx(elapsed, duration);
 		const StillHere here(machine);
 		if (can_be_eased(start, to)) {
-			const double share = Derived::share_at(action, ended ? 1.0 : elapsed / duration);
+			const double share = Derived::share_at(machine, action, ended ? 1.0 : elapsed / duration);
 			const bool arrived = ended && Math::is_equal_approx(share, 1.0);
 			// An int that is sent to a fraction is told of once, when it gets there.
 			if (arrived && start.get_type() == Variant::INT) {
@@ -116,7 +117,7 @@ public:
 		Dictionary slot = machine->slot(index);
 		slot[names.start] = start;
 		slot[names.elapsed] = 0.0;
-		if (setting_of<&Kind::duration>(action) <= 0.0 || !can_be_eased(start, setting_of<&Kind::to>(action))) {
+		if (checked::number<&Kind::duration>(machine, action) <= 0.0 || !can_be_eased(start, setting_of<&Kind::to>(action))) {
 			move(machine, action, index, start, 0.0);
 		}
 	}
@@ -132,20 +133,19 @@ public:
 
 class EaseVariable : public Ease<SCEaseVariableAction, EaseVariable> {
 public:
-	static double share_at(const SCMachineAction *action, double time) {
+	static double share_at(SCMachineBase *machine, const SCMachineAction *action, double time) {
 		if (time >= 1.0) {
 			return 1.0;
 		}
-		const auto transition = Tween::TransitionType(int(setting_of<&SCEaseVariableAction::curve>(action)));
-		const auto ease = Tween::EaseType(int(setting_of<&SCEaseVariableAction::easing>(action)));
-		return Tween::interpolate_value(0.0, 1.0, time, 1.0, transition, ease);
+		const verbs::Easing shape = Easings::of<&SCEaseVariableAction::curve, &SCEaseVariableAction::easing>(machine, action);
+		return Tween::interpolate_value(0.0, 1.0, time, 1.0, shape.transition, shape.ease);
 	}
 	static void warn_of_set_up(SCMachineBase *, const SCMachineAction *) {}
 };
 
 class EaseAlongCurve : public Ease<SCEaseAlongCurveAction, EaseAlongCurve> {
 public:
-	static double share_at(const SCMachineAction *action, double time) {
+	static double share_at(SCMachineBase *, const SCMachineAction *action, double time) {
 		const Ref<Curve> curve = setting_of<&SCEaseAlongCurveAction::curve>(action);
 		if (curve.is_null() || curve->get_point_count() == 0) {
 			return time;

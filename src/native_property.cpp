@@ -57,6 +57,9 @@ class SetProperty : public SCNativeAction {
 	}
 
 	static String why(const Node *node, const Variant &value, const property_paths::Wanted &wanted) {
+		if (wanted.type == Variant::NODE_PATH && (value.get_type() == Variant::STRING || value.get_type() == Variant::STRING_NAME)) {
+			return vformat("%s is no path to a node", value);
+		}
 		if (wanted.is_there) {
 			return vformat("it takes %s and was given %s", property_paths::in_words(wanted), values::kind_in_words(value));
 		}

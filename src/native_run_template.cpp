@@ -114,6 +114,9 @@ private:
 };
 
 class RunTemplate : public SCNativeAction {
+	// More than any design has by intention. Each of them starts within the start of the one around it.
+	static constexpr int MOST_INSIDE_ONE_ANOTHER = 32;
+
 	static String name_for(const Ref<SCMachineTemplate> &design) {
 		const String path = design->get_path();
 		return (path.is_empty() ? String("Template") : path.get_file().get_basename().to_pascal_case()) + "Running";
@@ -128,6 +131,16 @@ class RunTemplate : public SCNativeAction {
 			}
 		}
 		return handed;
+	}
+
+	// How many machines there are of which each runs the next, down to this one.
+	static int machines_around(const SCMachineBase *machine) {
+		int around = 0;
+		while (machine != nullptr && around < MOST_INSIDE_ONE_ANOTHER) {
+			around++;
+			machine = machine_of(machine->run().run_by);
+		}
+		return around;
 	}
 
 	static bool stand_in_one_tree(Node *first, Node *second) {
@@ -153,11 +166,17 @@ public:
 			machine->finish(index);
 			return;
 		}
+		if (machines_around(machine) >= MOST_INSIDE_ONE_ANOTHER) {
+			verbs::warn(machine, action, vformat("%d machines run inside one another here, which means that a template runs itself, so no further one was begun and the state carries on at once. Take one Run Template out of the circle.", MOST_INSIDE_ONE_ANOTHER));
+			machine->finish(index);
+			return;
+		}
 		// 2. to 4.
 		SCMachine *inner = memnew(SCMachine);
 		inner->set_name(name_for(design));
 		inner->machine_template = design;
 		inner->autostart = false;
+		inner->run().run_by = machine->get_instance_id();
 		Dictionary memory = machine->slot(index);
 		memory[own.inner] = inner;
 		// 5.
@@ -176,7 +195,7 @@ public:
 			add_later::to(parent, inner);
 			return;
 		}
-		parent->add_child(inner);
+		parent->add_child(inner, true);
 		if (here && ObjectDB::get_instance(inner_id) != nullptr) {
 			inner->start();
 		}

@@ -1,6 +1,7 @@
 // Compiled runtimes of the kinds about clocks and about how fast the game runs.
 
 #include "action/answering.hpp"
+#include "action/checked.hpp"
 #include "action/shared_verbs.hpp"
 #include "kinds/time.hpp"
 #include "native_files.hpp"
@@ -9,6 +10,7 @@
 #include <godot_cpp/classes/engine.hpp>
 #include <godot_cpp/classes/property_tweener.hpp>
 #include <godot_cpp/classes/time.hpp>
+#include <godot_cpp/core/math.hpp>
 #include <godot_cpp/variant/callable_method_pointer.hpp>
 
 namespace {
@@ -85,6 +87,7 @@ class SetTimeScale : public SCNativeAction {
 	using Kind = SCSetTimeScaleAction;
 
 	static constexpr int LET_GO = 3;
+	static constexpr double FASTEST = 1000.0;
 
 	static void hold(Dictionary memory) {
 		Engine *engine = Engine::get_singleton();
@@ -119,21 +122,33 @@ class SetTimeScale : public SCNativeAction {
 		}
 	}
 
-	static double scale_of(SCMachineBase *machine, const SCMachineAction *action) {
-		const double scale = setting_of<&Kind::scale>(action);
+	// False when it is no number, and the game is to go on as it did.
+	static bool find_scale(SCMachineBase *machine, const SCMachineAction *action, double &scale) {
+		scale = setting_of<&Kind::scale>(action);
+		if (Math::is_nan(scale)) {
+			verbs::warn(machine, action, "its Scale is no number, as 0 divided by 0 is none, so the game goes on as fast as before. Type 0 or more under Scale, or look at the variable that it reads.");
+			return false;
+		}
 		if (scale < 0.0) {
 			verbs::warn(machine, action, vformat("its Scale is %s, and time cannot run backward, so the game stands still. Type 0 or more under Scale.", words::number(scale)));
-			return 0.0;
+			scale = 0.0;
+		} else if (scale > FASTEST) {
+			verbs::warn(machine, action, vformat("its Scale is more than %s, and the physics cannot follow a game that fast, so it was taken as %s. Type less under Scale.", words::number(FASTEST), words::number(FASTEST)));
+			scale = FASTEST;
 		}
-		return scale;
+		return true;
 	}
 
 public:
 	void enter(SCMachineBase *machine, SCMachineAction *action, int index) override {
 		Engine *engine = Engine::get_singleton();
-		const double scale = scale_of(machine, action);
-		const double duration = machine->is_inside_tree() ? MAX(setting_of<&Kind::duration>(action), 0.0) : 0.0;
-		const double lasts = MAX(setting_of<&Kind::lasts>(action), 0.0);
+		double scale = 0.0;
+		if (!find_scale(machine, action, scale)) {
+			machine->finish(index);
+			return;
+		}
+		const double duration = machine->is_inside_tree() ? MAX(checked::number<&Kind::duration>(machine, action), 0.0) : 0.0;
+		const double lasts = MAX(checked::number<&Kind::lasts>(machine, action), 0.0);
 		if (lasts > 0.0 || setting_of<&Kind::put_back_when_left>(action)) {
 			hold(machine->slot(index));
 		} else {

@@ -1,6 +1,7 @@
 // Compiled runtimes of the kinds that move things from place to place.
 
 #include "action/answering.hpp"
+#include "action/checked.hpp"
 #include "action/shared_verbs.hpp"
 #include "action/spaces.hpp"
 #include "kinds/transform_moving.hpp"
@@ -85,7 +86,7 @@ class MoveTo : public SCNativeAction {
 			return false;
 		}
 		const Variant place = spaces::on_side_of(placed, to);
-		switch (setting_of<&Kind::space>(action)) {
+		switch (checked::choice<&Kind::space>(machine, action, Kind::GLOBAL)) {
 			case Kind::GLOBAL:
 				goal.place = place;
 				break;
@@ -103,18 +104,27 @@ class MoveTo : public SCNativeAction {
 		return true;
 	}
 
-	static double seconds_for(const SCMachineAction *action, const Node *placed, const Goal &goal) {
-		const double speed = setting_of<&Kind::speed>(action);
+	// Steps that add up, and a node to go to, may lead where no setting does.
+	static bool can_be_reached(SCMachineBase *machine, const SCMachineAction *action, const Node *placed, const Goal &goal) {
+		if (checked::is_sound(goal.place)) {
+			return true;
+		}
+		verbs::warn(machine, action, vformat("the place it would move to is none, or too far away to work with, so %s stays where it is. Look at where %s lies and at %s.", placed->get_name(), placed->get_name(), goes_to_a_node(action) ? "the node under To Path" : "what To holds"));
+		return false;
+	}
+
+	static double seconds_for(SCMachineBase *machine, const SCMachineAction *action, const Node *placed, const Goal &goal) {
+		const double speed = checked::number<&Kind::speed>(machine, action);
 		if (speed <= 0.0) {
-			return setting_of<&Kind::duration>(action);
+			return checked::number<&Kind::duration>(machine, action);
 		}
 		return places::distance_between(goal.local ? place_in_parent(placed) : places::position_of(placed), goal.place) / speed;
 	}
 
 	// The next step after a node that may be anywhere by now. True when it is there.
-	static bool step_after(Node *placed, const Node *target, const SCMachineAction *action, Dictionary memory, double delta) {
+	static bool step_after(SCMachineBase *machine, Node *placed, const Node *target, const SCMachineAction *action, Dictionary memory, double delta) {
 		const Variant to = spaces::on_side_of(placed, places::position_of(target));
-		const double speed = setting_of<&Kind::speed>(action);
+		const double speed = checked::number<&Kind::speed>(machine, action);
 		if (speed > 0.0) {
 			const real_t step = real_t(speed * delta);
 			const Variant now = places::position_of(placed);
@@ -122,14 +132,14 @@ class MoveTo : public SCNativeAction {
 			places::set_position_of(placed, next);
 			return next == to;
 		}
-		const double duration = setting_of<&Kind::duration>(action);
+		const double duration = checked::number<&Kind::duration>(machine, action);
 		const double elapsed = double(memory.get(names().elapsed, 0.0)) + delta;
 		memory[names().elapsed] = elapsed;
 		if (elapsed >= duration) {
 			places::set_position_of(placed, to);
 			return true;
 		}
-		const verbs::Easing shape = Easings::as_tween(setting_of<&Kind::curve>(action), setting_of<&Kind::easing>(action));
+		const verbs::Easing shape = Easings::of<&Kind::curve, &Kind::easing>(machine, action);
 		const double share = Tween::interpolate_value(0.0, 1.0, elapsed, duration, shape.transition, shape.ease);
 		const Variant start = memory.get(names().start, to);
 		const Variant next = spaces::is_flat(placed) ? Variant(places::as_vector2(start).lerp(to, real_t(share))) : Variant(places::as_vector3(start).lerp(to, real_t(share)));
@@ -141,12 +151,12 @@ public:
 	void enter(SCMachineBase *machine, SCMachineAction *action, int index) override {
 		Node *placed = spaces::placed_or_warn(machine, action, setting_of<&Kind::node_path>(action), names().node_path);
 		Goal goal;
-		if (placed == nullptr || !find_goal(machine, action, placed, goal)) {
+		if (placed == nullptr || !find_goal(machine, action, placed, goal) || !can_be_reached(machine, action, placed, goal)) {
 			machine->finish(index);
 			return;
 		}
 		spaces::warn_if_placed_by_another(machine, action, placed);
-		const double seconds = seconds_for(action, placed, goal);
+		const double seconds = seconds_for(machine, action, placed, goal);
 		if (seconds <= 0.0 || !placed->is_inside_tree()) {
 			const StillHere here(machine);
 			put(placed, goal);
@@ -159,7 +169,7 @@ public:
 			machine->slot(index)[names().start] = places::position_of(placed);
 			return;
 		}
-		Easings::move_property(machine, index, placed, goal.local ? "position" : "global_position", goal.place, seconds, setting_of<&Kind::curve>(action), setting_of<&Kind::easing>(action));
+		Easings::move_property<&Kind::curve, &Kind::easing>(machine, action, index, placed, goal.local ? "position" : "global_position", goal.place, seconds);
 	}
 
 	void update(SCMachineBase *machine, SCMachineAction *action, int index, double delta) override {
@@ -171,7 +181,7 @@ public:
 		const Node *target = spaces::placed(machine, setting_of<&Kind::to_path>(action));
 		const StillHere here(machine);
 		// Whoever has gone meanwhile cannot be reached any more.
-		const bool arrived = placed == nullptr || target == nullptr || step_after(placed, target, action, memory, delta);
+		const bool arrived = placed == nullptr || target == nullptr || step_after(machine, placed, target, action, memory, delta);
 		if (arrived && here) {
 			machine->finish(index);
 		}
@@ -195,9 +205,13 @@ public:
 		if (placed == nullptr) {
 			return;
 		}
-		const Variant direction = spaces::on_side_of(placed, setting_of<&Kind::direction>(action));
+		const Variant typed = setting_of<&Kind::direction>(action);
+		if (!spaces::place_or_warn(machine, action, typed, names().direction)) {
+			return;
+		}
+		const Variant direction = spaces::on_side_of(placed, typed);
 		const Variant way = setting_of<&Kind::space>(action) == Kind::LOCAL ? spaces::own_direction(placed, direction) : direction;
-		const real_t far = real_t(setting_of<&Kind::speed>(action) * delta);
+		const real_t far = real_t(checked::number<&Kind::speed>(machine, action) * delta);
 		if (spaces::is_flat(placed)) {
 			places::set_position_of(placed, moved_by(placed, places::as_vector2(way).limit_length() * far));
 		} else {

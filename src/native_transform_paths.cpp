@@ -1,6 +1,7 @@
 // Compiled runtimes of the kinds about paths drawn in the scene.
 
 #include "action/answering.hpp"
+#include "action/checked.hpp"
 #include "action/facing.hpp"
 #include "action/shared_verbs.hpp"
 #include "action/spaces.hpp"
@@ -174,26 +175,29 @@ void warn_no_track(SCMachineBase *machine, const SCMachineAction *action, const 
 class FollowPath : public SCNativeAction {
 	using Kind = SCFollowPathAction;
 
+	// Beyond this a double no longer tells places on the way apart, and a duration of next to nothing leads here at once.
+	static constexpr double FARTHEST = 1.0e15;
+
 	static bool goes_by_duration(const SCMachineAction *action) {
 		return setting_of<&Kind::duration>(action) > 0.0;
 	}
 
 	// All the way since it set off, which grows for ever on a path that has no end for it.
-	static double travelled_by_now(const SCMachineAction *action, Dictionary memory, double length, double delta) {
+	static double travelled_by_now(SCMachineBase *machine, const SCMachineAction *action, Dictionary memory, double length, double delta) {
 		const double travelled = memory.get(names().travelled, 0.0);
-		const double duration = setting_of<&Kind::duration>(action);
+		const double duration = checked::number<&Kind::duration>(machine, action);
 		if (!goes_by_duration(action)) {
-			return travelled + MAX(setting_of<&Kind::speed>(action), 0.0) * delta;
+			return MIN(travelled + MAX(checked::number<&Kind::speed>(machine, action), 0.0) * delta, FARTHEST);
 		}
 		if (setting_of<&Kind::at_the_end>(action) != Kind::STOP) {
-			return travelled + length / duration * delta;
+			return MIN(travelled + length / duration * delta, FARTHEST);
 		}
 		const double elapsed = double(memory.get(names().elapsed, 0.0)) + delta;
 		memory[names().elapsed] = elapsed;
 		if (elapsed >= duration) {
 			return length;
 		}
-		const verbs::Easing shape = Easings::as_tween(setting_of<&Kind::curve>(action), setting_of<&Kind::easing>(action));
+		const verbs::Easing shape = Easings::of<&Kind::curve, &Kind::easing>(machine, action);
 		const double share = Tween::interpolate_value(0.0, 1.0, elapsed, duration, shape.transition, shape.ease);
 		const double from = memory.get(names().from, 0.0);
 		// A shape may swing past the end, which is not yet to have arrived there.
@@ -267,7 +271,7 @@ public:
 		}
 		const double length = track.length();
 		const double before = memory.get(names().travelled, 0.0);
-		const double travelled = travelled_by_now(action, memory, length, delta);
+		const double travelled = travelled_by_now(machine, action, memory, length, delta);
 		memory[names().travelled] = travelled;
 		const StillHere here(machine);
 		show(action, track, Rider(node, track), length, travelled);

@@ -1,5 +1,6 @@
 // Compiled runtimes of the kinds that give a thing another size, or shake it for a moment.
 
+#include "action/checked.hpp"
 #include "action/shared_verbs.hpp"
 #include "action/spaces.hpp"
 #include "action/values.hpp"
@@ -34,7 +35,7 @@ const SizingNames &names() {
 
 // A size may be one number for every direction.
 bool size_or_warn(SCMachineBase *machine, const SCMachineAction *action, const Variant &size, const StringName &setting) {
-	return values::is_number(size) || spaces::place_or_warn(machine, action, size, setting);
+	return values::is_number(size) ? checked::sound_or_warn(machine, action, size, setting) : spaces::place_or_warn(machine, action, size, setting);
 }
 
 class ScaleTo : public SCNativeAction {
@@ -74,7 +75,12 @@ public:
 		const bool times = setting_of<&Kind::measure>(action) == Kind::TIMES_ITS_SIZE;
 		Variant size;
 		spaces::visit(placed, [&size, &to, times](auto *node) { size = size_for(node, to, times); });
-		Easings::move_property(machine, index, placed, NodePath(String(names().scale)), size, setting_of<&Kind::duration>(action), setting_of<&Kind::curve>(action), setting_of<&Kind::easing>(action));
+		if (!checked::is_sound(size)) {
+			verbs::warn(machine, action, vformat("%s would become too large to work with, so its size was left alone. Type less beside To, or pick A Size beside Measure.", placed->get_name()));
+			machine->finish(index);
+			return;
+		}
+		Easings::move_property<&Kind::curve, &Kind::easing>(machine, action, index, placed, NodePath(String(names().scale)), size, checked::number<&Kind::duration>(machine, action));
 	}
 };
 
@@ -162,7 +168,7 @@ class Punch : public SCNativeAction {
 public:
 	void enter(SCMachineBase *machine, SCMachineAction *action, int index) override {
 		Node *placed = spaces::placed_or_warn(machine, action, setting_of<&Kind::node_path>(action), names().node_path);
-		const double duration = setting_of<&Kind::duration>(action);
+		const double duration = checked::number<&Kind::duration>(machine, action);
 		if (placed == nullptr || !size_or_warn(machine, action, setting_of<&Kind::amount>(action), names().amount) || duration <= 0.0 || !machine->is_inside_tree()) {
 			machine->finish(index);
 			return;

@@ -1,5 +1,6 @@
 // Compiled runtimes of the kinds that turn things.
 
+#include "action/checked.hpp"
 #include "action/facing.hpp"
 #include "action/shared_verbs.hpp"
 #include "action/spaces.hpp"
@@ -115,7 +116,7 @@ class LookAt : public SCNativeAction {
 			return Variant();
 		}
 		facing::Stance stance;
-		stance.degrees = setting_of<&Kind::turned_by>(action);
+		stance.degrees = checked::number<&Kind::turned_by>(machine, action);
 		stance.level = setting_of<&Kind::keep_level>(action);
 		return facing::goal(placed, direction, stance);
 	}
@@ -130,7 +131,7 @@ public:
 		const Variant goal = placed != nullptr ? goal_of(machine, action, placed) : Variant();
 		if (action->repeats()) {
 			// One that takes time to turn has had none yet.
-			if (placed != nullptr && setting_of<&Kind::turn_speed>(action) <= 0.0) {
+			if (placed != nullptr && checked::number<&Kind::turn_speed>(machine, action) <= 0.0) {
 				facing::turn(placed, goal);
 			}
 			return;
@@ -139,7 +140,7 @@ public:
 			machine->finish(index);
 			return;
 		}
-		Easings::move_property(machine, index, placed, facing::property_of(placed), goal, setting_of<&Kind::duration>(action), setting_of<&Kind::curve>(action), setting_of<&Kind::easing>(action));
+		Easings::move_property<&Kind::curve, &Kind::easing>(machine, action, index, placed, facing::property_of(placed), goal, checked::number<&Kind::duration>(machine, action));
 	}
 
 	void update(SCMachineBase *machine, SCMachineAction *action, int, double delta) override {
@@ -150,7 +151,7 @@ public:
 		if (placed == nullptr) {
 			return;
 		}
-		const double speed = setting_of<&Kind::turn_speed>(action);
+		const double speed = checked::number<&Kind::turn_speed>(machine, action);
 		const double most = speed > 0.0 ? Math::deg_to_rad(speed) * delta : std::numeric_limits<double>::infinity();
 		facing::turn(placed, goal_of(machine, action, placed), most);
 	}
@@ -181,7 +182,7 @@ public:
 	}
 
 	void update(SCMachineBase *machine, SCMachineAction *action, int, double delta) override {
-		const double angle = Math::deg_to_rad(setting_of<&Kind::speed>(action)) * delta;
+		const double angle = Math::deg_to_rad(checked::number<&Kind::speed>(machine, action)) * delta;
 		spaces::visit(spaces::placed(machine, setting_of<&Kind::node_path>(action)), [action, angle](auto *node) { turn(node, action, angle); });
 	}
 };
@@ -190,8 +191,8 @@ class RotateTo : public SCNativeAction {
 	using Kind = SCRotateToAction;
 
 	// How far it is to turn from an angle it stands at, in radians.
-	static double turn_from(const SCMachineAction *action, double now) {
-		const double typed = Math::deg_to_rad(setting_of<&Kind::degrees>(action));
+	static double turn_from(SCMachineBase *machine, const SCMachineAction *action, double now) {
+		const double typed = Math::deg_to_rad(checked::number<&Kind::degrees>(machine, action));
 		if (setting_of<&Kind::space>(action) == Kind::FROM_WHERE_IT_IS) {
 			return typed;
 		}
@@ -199,18 +200,18 @@ class RotateTo : public SCNativeAction {
 	}
 
 	// A flat node's angle in the world is turned by turning it in its parent, the other way round in a mirrored one.
-	static double flat_turn(const SCMachineAction *action, const CanvasItem *flat, double rotation) {
+	static double flat_turn(SCMachineBase *machine, const SCMachineAction *action, const CanvasItem *flat, double rotation) {
 		if (setting_of<&Kind::space>(action) != Kind::GLOBAL) {
-			return turn_from(action, rotation);
+			return turn_from(machine, action, rotation);
 		}
-		const double turn = turn_from(action, spaces::world_of(flat).get_rotation());
+		const double turn = turn_from(machine, action, spaces::world_of(flat).get_rotation());
 		return spaces::parent_of(flat).determinant() < 0.0f ? -turn : turn;
 	}
 
 	static void turn(SCMachineBase *machine, SCMachineAction *action, int index, Node *placed, const NodePath &property, double from, double by) {
-		const double speed = Math::deg_to_rad(setting_of<&Kind::speed>(action));
-		const double seconds = speed > 0.0 ? Math::abs(by) / speed : setting_of<&Kind::duration>(action);
-		Easings::move_property(machine, index, placed, property, from + by, seconds, setting_of<&Kind::curve>(action), setting_of<&Kind::easing>(action));
+		const double speed = Math::deg_to_rad(checked::number<&Kind::speed>(machine, action));
+		const double seconds = speed > 0.0 ? Math::abs(by) / speed : checked::number<&Kind::duration>(machine, action);
+		Easings::move_property<&Kind::curve, &Kind::easing>(machine, action, index, placed, property, from + by, seconds);
 	}
 
 public:
@@ -222,14 +223,14 @@ public:
 		}
 		spaces::warn_if_placed_by_another(machine, action, placed);
 		if (const Node2D *flat = Object::cast_to<Node2D>(placed)) {
-			turn(machine, action, index, placed, names().flat_angle, flat->get_rotation(), flat_turn(action, flat, flat->get_rotation()));
+			turn(machine, action, index, placed, names().flat_angle, flat->get_rotation(), flat_turn(machine, action, flat, flat->get_rotation()));
 		} else if (const Control *control = Object::cast_to<Control>(placed)) {
-			turn(machine, action, index, placed, names().flat_angle, control->get_rotation(), flat_turn(action, control, control->get_rotation()));
+			turn(machine, action, index, placed, names().flat_angle, control->get_rotation(), flat_turn(machine, action, control, control->get_rotation()));
 		} else if (const Node3D *deep = Object::cast_to<Node3D>(placed)) {
 			const int axis = CLAMP(int(setting_of<&Kind::axis>(action)), 0, 2);
 			const bool global = setting_of<&Kind::space>(action) == Kind::GLOBAL && deep->is_inside_tree();
 			const double now = global ? deep->get_global_rotation()[axis] : deep->get_rotation()[axis];
-			turn(machine, action, index, placed, global ? names().global_angles[axis] : names().local_angles[axis], now, turn_from(action, now));
+			turn(machine, action, index, placed, global ? names().global_angles[axis] : names().local_angles[axis], now, turn_from(machine, action, now));
 		}
 	}
 };

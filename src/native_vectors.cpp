@@ -3,6 +3,7 @@
 // Sums are done in three parts; in 2D the third is 0 throughout.
 
 #include "action/answering.hpp"
+#include "action/checked.hpp"
 #include "action/shared_verbs.hpp"
 #include "action/values.hpp"
 #include "action/words.hpp"
@@ -118,7 +119,7 @@ public:
 			return;
 		}
 		const bool flat = is_flat_there(machine, name, Variant());
-		const auto part = setting_of<&Kind::part>(action);
+		const auto part = checked::choice<&Kind::part>(machine, action, Kind::X);
 		if (flat && part == Kind::Z) {
 			verbs::warn(machine, action, vformat("%s is a Vector2, which has no z, so it changed nothing. Pick X or Y beside Part, or make it a Vector3 in the Variables tab.", name));
 			return;
@@ -300,8 +301,13 @@ class VectorSum : public OnceOrRepeating<VectorSum> {
 
 	// A wall that faces nowhere throws nothing back.
 	static bool has_a_wall(SCMachineBase *machine, const SCMachineAction *action, Kind::Operation operation, const Vector3 &second) {
-		if ((operation != Kind::BOUNCE && operation != Kind::SLIDE) || second.length() >= NEAR_ZERO) {
+		const bool meets_one = operation == Kind::BOUNCE || operation == Kind::SLIDE;
+		if (!meets_one || (second.length() >= NEAR_ZERO && second.normalized().is_normalized())) {
 			return true;
+		}
+		if (!checked::is_sound(second)) {
+			verbs::warn(machine, action, "Second holds a number that is none or too large to work with, so there is no wall to meet and First was kept as it is. Put the way the wall faces beside Second, such as the normal of a collision.");
+			return false;
 		}
 		verbs::warn(machine, action, "Second is zero, so there is no wall to meet and First was kept as it is. Put the way the wall faces beside Second, such as the normal of a collision.");
 		return false;

@@ -233,6 +233,7 @@ void terminate_quillstead(ModuleInitializationLevel level) {
 	DebuggerChannel::free_shared();
 	SharedMachineData::free_shared();
 	CompanionScripts::free_shared();
+	RunScratch::free_shared();
 	MachineNames::free_shared();
 	ClassRows::free_shared();
 }

@@ -7,6 +7,8 @@
 #include <godot_cpp/classes/scene_tree.hpp>
 #include <godot_cpp/core/object.hpp>
 
+#include <utility>
+
 SCMachineBase::SCMachineBase() {
 	machine_run = memnew(MachineRun(this));
 }
@@ -40,7 +42,15 @@ void SCMachineBase::_notification(int what) {
 		case NOTIFICATION_ENABLED:
 		case NOTIFICATION_DISABLED:
 		case NOTIFICATION_ENTER_TREE:
+			machine_run->note_can_process(is_inside_tree());
 			machine_run->process_mode_changed();
+			break;
+		case NOTIFICATION_PAUSED:
+		case NOTIFICATION_UNPAUSED:
+			machine_run->note_can_process(is_inside_tree());
+			break;
+		case NOTIFICATION_EXIT_TREE:
+			machine_run->note_can_process(false);
 			break;
 		default:
 			break;
@@ -159,8 +169,8 @@ StringName SCMachineBase::last_event() const {
 	return machine_run->entered_by();
 }
 
-void SCMachineBase::send_event(const StringName &event_name, const Variant &data) {
-	machine_run->send_event(event_name, data);
+void SCMachineBase::send_event(StringName event_name, Variant data) {
+	machine_run->send_event(std::move(event_name), std::move(data));
 }
 
 void SCMachineBase::send_event_from_signal(const StringName &event_name, const Variant &data) {

@@ -71,7 +71,7 @@ public:
 	Ref<Resource> previous_state() const;
 	StringName last_event() const;
 
-	void send_event(const StringName &event_name, const Variant &data = Variant());
+	void send_event(StringName event_name, Variant data = Variant());
 	void send_event_from_signal(const StringName &event_name, const Variant &data = Variant());
 	static void broadcast_everywhere(const StringName &event_name, const Variant &data = Variant());
 	static bool core_is_global_event(const StringName &event_name);

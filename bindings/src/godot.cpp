@@ -84,6 +84,7 @@ GDExtensionBool GDExtensionBinding::InitObject::init() const {
 	internal::token = library;
 
 	const bool is_loaded = gdextension_interface::load_interface(get_proc_address);
+	internal::init_opaque_values();
 	if (!is_engine_new_enough()) {
 		char message[128];
 		snprintf(message, sizeof(message), "This extension needs Godot %u.%u or later.", OLDEST_MAJOR, OLDEST_MINOR);

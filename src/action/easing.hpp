@@ -3,6 +3,7 @@
 // How a change over time speeds up and slows down: the shapes of the engine's tweens, as kinds offer
 // them. A kind has a field of each enum and says both settings with one call of describe().
 
+#include "action/checked.hpp"
 #include "action/kind_table.hpp"
 #include "action/shared_verbs.hpp"
 
@@ -20,14 +21,16 @@ struct Easings {
 	}
 
 	// Moves a property to a value and finishes the action when it is there.
-	static void move_property(SCMachineBase *machine, int index, Node *node, const NodePath &property, const Variant &to, double seconds, Shape shape, Easing easing) {
-		verbs::tween_property(machine, index, node, property, to, seconds, as_tween(shape, easing));
+	template <auto CurveField, auto EasingField>
+	static void move_property(SCMachineBase *machine, const SCMachineAction *action, int index, Node *node, const NodePath &property, const Variant &to, double seconds) {
+		verbs::tween_property(machine, index, node, property, to, seconds, of<CurveField, EasingField>(machine, action));
 	}
 
-	static verbs::Easing as_tween(Shape shape, Easing easing) {
+	template <auto CurveField, auto EasingField>
+	static verbs::Easing of(SCMachineBase *machine, const SCMachineAction *action) {
 		verbs::Easing made;
-		made.transition = Tween::TransitionType(int(shape));
-		made.ease = Tween::EaseType(int(easing));
+		made.transition = Tween::TransitionType(int(checked::choice<CurveField>(machine, action, LINEAR)));
+		made.ease = Tween::EaseType(int(checked::choice<EasingField>(machine, action, EASE_IN_OUT)));
 		return made;
 	}
 };

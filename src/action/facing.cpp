@@ -13,17 +13,17 @@ namespace {
 constexpr real_t STRAIGHT_UP = 0.9999f;
 
 Quaternion rotation_of(const Basis &basis) {
-	return basis.determinant() != 0.0f ? basis.get_rotation_quaternion() : Quaternion();
+	return spaces::has_a_way_back(basis) ? basis.get_rotation_quaternion() : Quaternion();
 }
 
 Variant flat_goal(const CanvasItem *flat, double rotation, const Vector2 &direction, const Stance &stance) {
 	const Transform2D parent = spaces::parent_of(flat);
-	if (direction.is_zero_approx() || parent.determinant() == 0.0f) {
+	if (direction.is_zero_approx() || !spaces::has_a_way_back(parent)) {
 		return Variant();
 	}
 	const Vector2 turned = direction.rotated(real_t(Math::deg_to_rad(stance.degrees)));
 	const Vector2 inside = parent.affine_inverse().basis_xform(turned);
-	return rotation + Math::angle_difference(rotation, double(inside.angle()));
+	return inside.is_finite() ? Variant(rotation + Math::angle_difference(rotation, double(inside.angle()))) : Variant();
 }
 
 Variant deep_goal(const Node3D *deep, Vector3 direction, const Stance &stance) {
@@ -34,6 +34,10 @@ Variant deep_goal(const Node3D *deep, Vector3 direction, const Stance &stance) {
 		return Variant();
 	}
 	direction = direction.normalized();
+	// So far away, or no number at all, that there is no telling which way.
+	if (!direction.is_normalized()) {
+		return Variant();
+	}
 	Vector3 up(0, 1, 0);
 	if (Math::abs(direction.y) > STRAIGHT_UP) {
 		// Tipping its head back or forward: what was behind it comes up, or goes down.

@@ -88,6 +88,11 @@ bool spread(Variant::Type type, double number, Variant &spread_out) {
 	}
 }
 
+// A name that is empty, between two colons, is an engine error.
+bool is_path(const String &text) {
+	return !text.contains("::");
+}
+
 bool is_text(const Variant &value) {
 	return value.get_type() == Variant::STRING || value.get_type() == Variant::STRING_NAME;
 }
@@ -95,7 +100,7 @@ bool is_text(const Variant &value) {
 } // namespace
 
 NodePath path_of(const String &property) {
-	return NodePath(property).get_as_property_path();
+	return is_path(property) ? NodePath(property).get_as_property_path() : NodePath();
 }
 
 Wanted wanted_at(Object *object, const NodePath &path) {
@@ -146,8 +151,9 @@ bool fit(const Wanted &wanted, const Variant &value, Node *node, Variant &fitted
 			fitted = node->get_path_to(other);
 			return true;
 		}
-		fitted = is_text(value) ? Variant(NodePath(String(value))) : Variant();
-		return is_text(value);
+		const bool readable = is_text(value) && is_path(value);
+		fitted = readable ? Variant(NodePath(String(value))) : Variant();
+		return readable;
 	}
 	if (wanted.type == Variant::COLOR && is_text(value) && Color::html_is_valid(value)) {
 		fitted = Color::html(value);

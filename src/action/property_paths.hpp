@@ -23,7 +23,7 @@ struct Wanted {
 };
 
 Wanted wanted_at(Object *object, const NodePath &path);
-// "position:y" as the engine's path to a property.
+// "position:y" as the engine's path to a property; empty, and so to nothing that is there, when it is none.
 NodePath path_of(const String &property);
 
 // False when the value cannot stand for what is wanted. A single number stands for a vector or a colour

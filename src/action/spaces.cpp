@@ -1,10 +1,13 @@
 #include "action/spaces.hpp"
 
+#include "action/checked.hpp"
 #include "action/shared_verbs.hpp"
 
 #include <godot_cpp/classes/container.hpp>
 #include <godot_cpp/classes/rigid_body2d.hpp>
 #include <godot_cpp/classes/rigid_body3d.hpp>
+
+#include <cmath>
 
 namespace spaces {
 
@@ -36,20 +39,19 @@ void warn_if_placed_by_another(SCMachineBase *machine, const Object *kind, const
 }
 
 bool place_or_warn(SCMachineBase *machine, const Object *kind, const Variant &value, const StringName &setting) {
-	const String shown = verbs::setting_in_inspector(setting);
 	switch (value.get_type()) {
 		case Variant::VECTOR2:
 		case Variant::VECTOR2I:
 		case Variant::VECTOR3:
 		case Variant::VECTOR3I:
-			return true;
+			return checked::sound_or_warn(machine, kind, value, setting);
 		case Variant::OBJECT: {
 			const Node *node = Object::cast_to<Node>(value.get_validated_object());
 			if (places::has_a_place(node)) {
-				return true;
+				return checked::sound_or_warn(machine, kind, places::position_of(node), setting);
 			}
 			if (node != nullptr) {
-				verbs::warn(machine, kind, vformat("%s.", places::no_place_words(node, shown)));
+				verbs::warn(machine, kind, vformat("%s.", places::no_place_words(node, verbs::setting_in_inspector(setting))));
 				return false;
 			}
 			break;
@@ -57,6 +59,7 @@ bool place_or_warn(SCMachineBase *machine, const Object *kind, const Variant &va
 		default:
 			break;
 	}
+	const String shown = verbs::setting_in_inspector(setting);
 	verbs::warn(machine, kind, vformat("%s holds %s, which is no place and no direction, so it did nothing. Pick a Vector2, a Vector3 or a node beside %s.", shown, values::kind_in_words(value), shown));
 	return false;
 }
@@ -67,6 +70,15 @@ bool is_flat(const Node *placed) {
 
 Variant on_side_of(const Node *placed, const Variant &place) {
 	return is_flat(placed) ? Variant(places::as_vector2(place)) : Variant(places::as_vector3(place));
+}
+
+// The inverse of something smaller than a normal number is endless.
+bool has_a_way_back(const Transform2D &space) {
+	return std::isnormal(space.determinant());
+}
+
+bool has_a_way_back(const Basis &space) {
+	return std::isnormal(space.determinant());
 }
 
 Transform2D world_of(const CanvasItem *flat) {
@@ -99,11 +111,11 @@ Variant to_world(const Node *placed, const Variant &place) {
 Variant to_own(const Node *placed, const Variant &place) {
 	if (const CanvasItem *flat = Object::cast_to<CanvasItem>(placed)) {
 		const Transform2D world = world_of(flat);
-		return world.determinant() != 0.0f ? Variant(world.affine_inverse().xform(places::as_vector2(place))) : Variant();
+		return has_a_way_back(world) ? Variant(world.affine_inverse().xform(places::as_vector2(place))) : Variant();
 	}
 	if (const Node3D *deep = Object::cast_to<Node3D>(placed)) {
 		const Transform3D world = world_of(deep);
-		return world.basis.determinant() != 0.0f ? Variant(world.affine_inverse().xform(places::as_vector3(place))) : Variant();
+		return has_a_way_back(world.basis) ? Variant(world.affine_inverse().xform(places::as_vector3(place))) : Variant();
 	}
 	return Variant();
 }
@@ -114,7 +126,7 @@ Variant own_direction(const Node *placed, const Variant &direction) {
 	}
 	if (const Node3D *deep = Object::cast_to<Node3D>(placed)) {
 		const Basis basis = world_of(deep).basis;
-		return basis.determinant() != 0.0f ? basis.get_rotation_quaternion().xform(places::as_vector3(direction)) : places::as_vector3(direction);
+		return has_a_way_back(basis) ? basis.get_rotation_quaternion().xform(places::as_vector3(direction)) : places::as_vector3(direction);
 	}
 	return direction;
 }

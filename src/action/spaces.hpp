@@ -24,7 +24,8 @@ Node *placed_or_warn(SCMachineBase *machine, const Object *kind, const NodePath 
 Node *placed(SCMachineBase *machine, const NodePath &path);
 // Says so when a container or the physics will put the node back where they want it.
 void warn_if_placed_by_another(SCMachineBase *machine, const Object *kind, const Node *node);
-// Whether a setting of any type holds a vector, or a node that has a place. If not, the game maker is told.
+// Whether a setting of any type holds a vector, or a node that has a place, and one that can be worked with. If not, the game
+// maker is told.
 bool place_or_warn(SCMachineBase *machine, const Object *kind, const Variant &value, const StringName &setting);
 
 // A Node2D or a Control.
@@ -32,12 +33,15 @@ bool is_flat(const Node *placed);
 // A Vector2 or a Vector3, by the node's side.
 Variant on_side_of(const Node *placed, const Variant &place);
 
+// Whether there is a way back out of a space: none when its size is zero, or lies beyond the engine's numbers.
+bool has_a_way_back(const Transform2D &space);
+bool has_a_way_back(const Basis &space);
 Transform2D world_of(const CanvasItem *flat);
 Transform3D world_of(const Node3D *deep);
 Transform2D parent_of(const CanvasItem *flat);
 Transform3D parent_of(const Node3D *deep);
 
-// A place in the node's own space as one in the world, and back. Nil where its size is zero and there is no way back.
+// A place in the node's own space as one in the world, and back. Nil where there is no way back.
 Variant to_world(const Node *placed, const Variant &place);
 Variant to_own(const Node *placed, const Variant &place);
 // A direction of the node's own, its front or its left, as one in the world. Its size has no say.

@@ -64,7 +64,7 @@ void MachineRun::go_from_here(Resource *state) {
 	}
 	change_depth++;
 	change_state(state);
-	change_depth--;
+	changed_state();
 }
 
 void MachineRun::begin_again(Resource *state) {
@@ -83,10 +83,17 @@ void MachineRun::begin_again(Resource *state) {
 	forget_event();
 	// What has just been asked may have left the state.
 	if (RunRow *row = row_in(state)) {
-		ScratchLists<RunRow *>::Borrowed fresh(row_lists);
+		ScratchLists<RunRow *>::Borrowed fresh(RunScratch::shared().rows);
 		restart_row(row, fresh.list);
 	}
+	changed_state();
+}
+
+void MachineRun::changed_state() {
 	change_depth--;
+	if (change_depth == 0) {
+		dispatch_postponed();
+	}
 }
 
 bool MachineRun::go_to(const StringName &state_name) {
@@ -127,8 +134,8 @@ void MachineRun::change_state(Resource *target) {
 	// The states on the way are kept by this, whatever the machine does meanwhile.
 	const DesignIndex held = index;
 	forget_event();
-	ScratchLists<RunRow *>::Borrowed fresh(row_lists);
-	ScratchLists<Resource *>::Borrowed way(state_lists);
+	ScratchLists<RunRow *>::Borrowed fresh(RunScratch::shared().rows);
+	ScratchLists<Resource *>::Borrowed way(RunScratch::shared().states);
 	const LocalVector<Resource *> &path = way.list;
 	index.path_to(target, way.list);
 	const Targets targets = { &target, 1 };
@@ -422,12 +429,12 @@ bool MachineRun::act_on_pending() {
 	const bool resume_wanted = resume_when_left;
 	pending = PENDING_NONE;
 	resume_when_left = false;
-	const Array kept = resume_list;
+	const Variant kept = resume_list;
 	stop_now();
 	resume_list = kept;
 	if (wanted == PENDING_START) {
 		call_node(MachineNames::shared().start);
-	} else if (resume_wanted && node != nullptr && node->is_inside_tree() && !resume_list.is_empty()) {
+	} else if (resume_wanted && node != nullptr && node->is_inside_tree() && has_resume_states()) {
 		resume_now();
 	}
 	return true;
@@ -448,8 +455,9 @@ void MachineRun::stop_now() {
 	Busy keep(*this);
 	stopping = true;
 	call_node(MachineNames::shared().on_stopped);
-	resume_list = Array();
+	resume_list = Variant();
 	events.held.clear();
+	events.postponed.clear();
 	values.pending_watchers.clear();
 	if (root != nullptr) {
 		RunRow *top = root;
@@ -457,7 +465,7 @@ void MachineRun::stop_now() {
 		detach_and_bury(top);
 	}
 	const bool start_wanted = pending == PENDING_START;
-	resume_list = Array();
+	resume_list = Variant();
 	pending = PENDING_NONE;
 	resume_when_left = false;
 	chain.clear();
@@ -491,7 +499,7 @@ Array MachineRun::let_go() {
 
 void MachineRun::resume(const Array &leaves) {
 	Busy keep(*this);
-	resume_list = Array();
+	resume_list = Variant();
 	running = true;
 	call_node(MachineNames::shared().connect_system_events);
 	// What comes in as `leaves` may be let go of by the game while the states are entered.
@@ -508,18 +516,18 @@ void MachineRun::resume(const Array &leaves) {
 	const DesignIndex held = index;
 	LocalVector<Resource *> path;
 	index.path_to(targets[0], path);
-	ScratchLists<RunRow *>::Borrowed fresh(row_lists);
+	ScratchLists<RunRow *>::Borrowed fresh(RunScratch::shared().rows);
 	change_depth++;
 	enter_as_root(path[0], { targets.ptr(), targets.size() }, fresh.list);
 	if (!fresh.list.is_empty()) {
 		finish_entering(fresh.list, nullptr);
 	}
-	change_depth--;
+	changed_state();
 }
 
 void MachineRun::resume_now() {
 	const Array leaves = resume_list;
-	resume_list = Array();
+	resume_list = Variant();
 	resume(leaves);
 }
 

@@ -22,6 +22,10 @@ double MachineRun::game_time_now() const {
 	return clock.seconds + clock.idle_span();
 }
 
+void MachineRun::note_can_process(bool inside_tree) {
+	can_process = inside_tree && node != nullptr && node->can_process();
+}
+
 void MachineRun::process_mode_changed() {
 	if (node == nullptr || !running) {
 		return;

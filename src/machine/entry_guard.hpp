@@ -4,6 +4,7 @@
 // somewhere. One event may pass through `loop_limit` states, a frame as a whole through a hundred
 // times that many.
 
+#include <godot_cpp/core/defs.hpp>
 #include <godot_cpp/templates/hash_map.hpp>
 
 #include <cstdint>
@@ -19,8 +20,11 @@ class EntryGuard {
 	HashMap<uint64_t, int64_t> walkers;
 	uint64_t walkers_frame = 0;
 
-public:
 	int64_t loop_limit = 50;
+
+public:
+	// At least one state has to be entered, and the count of a frame has to fit.
+	void set_limit(int64_t states) { loop_limit = CLAMP(states, int64_t(1), INT64_MAX / FRAME_FACTOR); }
 
 	// Counts one entry in the frame `now`, where a physics frame is one of its own. Answers 0 when it is allowed, else how
 	// many states were entered before it.

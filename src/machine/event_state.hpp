@@ -23,6 +23,15 @@ struct HeldEvent {
 	int64_t serial = 0;
 };
 
+// An event whose turn comes once the changes of state under way have ended.
+struct PostponedEvent {
+	StringName name;
+	Variant data;
+	// The row whose action sent it, or that has finished; 0 when it came from outside.
+	int64_t serial = 0;
+	bool of_finished_state = false;
+};
+
 // One press of an input, which a state entered by it must not take again.
 struct UsedPress {
 	uint64_t frame_stamp = 0;
@@ -34,6 +43,7 @@ struct EventState {
 	Variant last_data;
 	uint64_t last_sender = 0;
 	LocalVector<HeldEvent> held;
+	LocalVector<PostponedEvent> postponed;
 	// The distinct events that transitions of the design wait for.
 	LocalVector<StringName> listening;
 	LocalVector<StringName> own_globals;

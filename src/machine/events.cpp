@@ -13,6 +13,8 @@
 
 #include <godot_cpp/variant/utility_functions.hpp>
 
+#include <utility>
+
 namespace {
 
 Array transitions_of(const Variant &state) {
@@ -49,27 +51,25 @@ bool has_live_child(const RunRow *row) {
 
 } // namespace
 
-void MachineRun::send_event(const StringName &event, const Variant &data) {
+void MachineRun::send_event(StringName event, Variant data) {
 	if (event.is_empty()) {
 		return;
 	}
 	const EventRegistry &registry = EventRegistry::shared();
 	if (registry.is_quest_event(event)) {
 		Busy keep(*this);
-		const StringName kept_event = event;
-		const Variant kept_data = data;
-		call_node(MachineNames::shared().quest_heard, kept_event);
-		send_past_quests(kept_event, kept_data);
+		call_node(MachineNames::shared().quest_heard, event);
+		send_past_quests(std::move(event), std::move(data));
 		return;
 	}
-	send_past_quests(event, data);
+	send_past_quests(std::move(event), std::move(data));
 }
 
-void MachineRun::send_past_quests(const StringName &event, const Variant &data) {
+void MachineRun::send_past_quests(StringName event, Variant data) {
 	if (EventRegistry::shared().is_global(event)) {
 		EventRegistry::broadcast(event, data);
 	} else {
-		take_event(event, data, false);
+		take_event(std::move(event), std::move(data), false);
 	}
 }
 
@@ -112,15 +112,12 @@ void MachineRun::system_event(const StringName &event, const Variant &data) {
 	take_event(event, data, false);
 }
 
-void MachineRun::take_event(const StringName &event, const Variant &data, bool global) {
-	if (node == nullptr || event.is_empty()) {
+void MachineRun::take_event(StringName name, Variant carried, bool global) {
+	if (node == nullptr || name.is_empty()) {
 		return;
 	}
 	Busy keep(*this);
 	Measured measured(false);
-	// What they were handed in by may change while handlers run.
-	const StringName name = event;
-	const Variant carried = data;
 
 	// Every event is heard and reported, also by a machine that will not take it.
 	emit(MachineNames::shared().event_sent, name, carried);
@@ -148,6 +145,9 @@ void MachineRun::take_event(const StringName &event, const Variant &data, bool g
 void MachineRun::dispatch_counted(const StringName &event, const Variant &data) {
 	if (change_depth == 0) {
 		guard.begin_chain();
+	} else if (change_depth >= MOST_NESTED_CHANGES) {
+		postpone(event, data, false, running_row);
+		return;
 	}
 	if (root != nullptr && root->live) {
 		change_depth++;
@@ -155,7 +155,39 @@ void MachineRun::dispatch_counted(const StringName &event, const Variant &data) 
 		change_depth--;
 	}
 	if (change_depth == 0) {
+		dispatch_postponed();
 		guard.begin_chain();
+	}
+}
+
+void MachineRun::postpone(const StringName &event, const Variant &data, bool of_finished_state, const RunRow *row) {
+	PostponedEvent postponed;
+	postponed.name = event;
+	postponed.data = data;
+	postponed.serial = row != nullptr ? row->serial : 0;
+	postponed.of_finished_state = of_finished_state;
+	events.postponed.push_back(postponed);
+}
+
+// States that lead on at once are entered one within the other. Where that is meant, as in a loop of a thousand rounds, it
+// would use up the stack: so from some depth on what happens is noted, and taken up here when the outermost change has ended.
+void MachineRun::dispatch_postponed() {
+	while (!events.postponed.is_empty() && running && leaving == 0) {
+		const PostponedEvent next = events.postponed[0];
+		events.postponed.remove_at(0);
+		RunRow *row = row_of_serial(next.serial);
+		// Of a state that has been left since.
+		if (next.serial != 0 && row == nullptr) {
+			continue;
+		}
+		change_depth++;
+		if (!next.of_finished_state) {
+			RunningAs as(*this, row);
+			dispatch(next.name, next.data);
+		} else if (!leave_finished(row)) {
+			check_state_finished(row->parent);
+		}
+		change_depth--;
 	}
 }
 
@@ -188,7 +220,7 @@ bool MachineRun::dispatch_finished(const Variant &data) {
 	if (running_row != nullptr) {
 		return running_row->live && try_transitions(running_row, finished, data);
 	}
-	ScratchLists<RunRow *>::Borrowed pass(row_lists);
+	ScratchLists<RunRow *>::Borrowed pass(RunScratch::shared().rows);
 	for (RunRow *row : live_rows()) {
 		pass.list.push_back(row);
 	}
@@ -208,7 +240,7 @@ bool MachineRun::offer(RunRow *row, const StringName &event, const Variant &data
 		RunRow *child = row->children[0];
 		taken = child != nullptr && child->live && offer(child, event, data);
 	} else if (row->children.size() > 1) {
-		ScratchLists<RunRow *>::Borrowed branches(row_lists);
+		ScratchLists<RunRow *>::Borrowed branches(RunScratch::shared().rows);
 		for (RunRow *child : row->children) {
 			branches.list.push_back(child);
 		}

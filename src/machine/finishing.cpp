@@ -85,10 +85,20 @@ void MachineRun::check_state_finished(RunRow *row) {
 		row->state_finished_sent = true;
 		emit(MachineNames::shared().state_finished, row->state);
 		// 6.
-		if (!row->live || try_transitions(row, MachineNames::shared().finished_event, Variant())) {
+		if (!row->live || leave_finished(row)) {
 			return;
 		}
 	}
+}
+
+// True when what is around the state is none of this one's business any more, or not yet.
+bool MachineRun::leave_finished(RunRow *row) {
+	const StringName &finished = MachineNames::shared().finished_event;
+	if (change_depth < MOST_NESTED_CHANGES) {
+		return try_transitions(row, finished, Variant());
+	}
+	postpone(finished, Variant(), true, row);
+	return true;
 }
 
 void MachineRun::finish(int action) {

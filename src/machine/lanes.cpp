@@ -23,7 +23,7 @@ void MachineRun::frame(Lane lane, double delta) {
 // A pass works on copies: of the rows, and of each row's list of actions. A change of state during
 // the pass adds rows that are not in it and kills rows that it then skips.
 void MachineRun::run_lane(Lane lane, double delta) {
-	ScratchLists<RunRow *>::Borrowed pass(row_lists);
+	ScratchLists<RunRow *>::Borrowed pass(RunScratch::shared().rows);
 	for (RunRow *row : live_rows()) {
 		pass.list.push_back(row);
 	}
@@ -33,7 +33,7 @@ void MachineRun::run_lane(Lane lane, double delta) {
 		if (!row->live || row->lanes[lane].is_empty()) {
 			continue;
 		}
-		ScratchLists<int>::Borrowed actions(index_lists);
+		ScratchLists<int>::Borrowed actions(RunScratch::shared().actions);
 		for (const int action : row->lanes[lane]) {
 			actions.list.push_back(action);
 		}

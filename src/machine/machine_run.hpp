@@ -36,7 +36,29 @@ enum Lane {
 };
 
 class MachineRun {
+	// First what every frame and every event reads.
+	SCMachineBase *node = nullptr;
+	// Kept by the index, or by `kept_current` when the index does not know it.
+	Resource *current = nullptr;
+	uint32_t busy = 0;
+	int leaving = 0;
+	int change_depth = 0;
+	bool running = false;
+	bool paused = false;
+	bool physics_tick = false;
+	bool chain_dirty = false;
+	bool can_process = false;
+	RunRow *root = nullptr;
+	RunRow *running_row = nullptr;
+	RowList chain;
+	int64_t serial_counter = 0;
+	DesignIndex index;
+
 public:
+	GameClock clock;
+	ValueTable values;
+	EventState events;
+
 	explicit MachineRun(SCMachineBase *machine_node);
 	~MachineRun();
 	// The node has gone: frees this run, at once or when the last Busy lets go.
@@ -85,15 +107,15 @@ public:
 	Array let_go();
 	void resume(const Array &leaves);
 	void resume_now();
-	bool has_resume_states() const { return !resume_list.is_empty(); }
-	void clear_resume_states() { resume_list = Array(); }
+	bool has_resume_states() const { return resume_list.get_type() == Variant::ARRAY && !Array(resume_list).is_empty(); }
+	void clear_resume_states() { resume_list = Variant(); }
 	void set_resume_when_left(bool on) { resume_when_left = on; }
 	void progress_made(uint64_t walker, int64_t most);
 
 	// rows.cpp: asking about the rows.
 	Ref<Resource> current_state() const { return Ref<Resource>(current); }
 	void set_current_state(const Ref<Resource> &state) { make_current(state.ptr()); }
-	const LocalVector<RunRow *> &live_rows();
+	const RowList &live_rows();
 	// The row whose action is being called, else the deepest row of the last region; null when there is none.
 	RunRow *running_or_last();
 	RunRow *row_being_run() { return running_row; }
@@ -130,18 +152,18 @@ public:
 	void refresh_lanes();
 
 	// events.cpp
-	void send_event(const StringName &event, const Variant &data);
+	// By value, as whoever hands an event in may change it while it is being heard.
+	void send_event(StringName event, Variant data);
 	void send_event_from_signal(const StringName &event, const Variant &data);
 	void system_event(const StringName &event, const Variant &data);
 	void take_event_deferred(const StringName &event, const Variant &data) { take_event(event, data, false); }
-	void take_event(const StringName &event, const Variant &data, bool global);
+	void take_event(StringName name, Variant carried, bool global);
 	bool store_event_data(const StringName &stored, const Variant &data);
 	void run_queued_events();
 	void register_globals(const Array &design, const Array &global_names);
 	void forget_globals();
 	bool press_already_used(const StringName &named);
 	void use_press(const StringName &named);
-	EventState events;
 
 	// values.cpp and watchers.cpp
 	Variant get_value(const StringName &name, const Variant &fallback) const;
@@ -162,7 +184,6 @@ public:
 	void tell_watchers(const StringName &name, int64_t up_to_serial = -1);
 	void tell_every_watcher();
 	void tell_pending_watchers();
-	ValueTable values;
 
 	// timers.cpp and rests.cpp
 	void finish_after(int index, double seconds, const Callable &then, bool real_time);
@@ -177,12 +198,16 @@ public:
 	bool is_resting(int index);
 	void wake_resting(int64_t serial, int index);
 
+	// For work that others do for this machine each frame: whether it would be called itself. Kept up by the notifications
+	// of the node, as asking the engine for each machine costs more than the work.
+	bool lane_goes_on() const { return can_process && !paused; }
+	void note_can_process(bool inside_tree);
+
 	// clock.cpp
 	void process_mode_changed();
 	double game_time_now() const;
 	// Called as the lanes are refreshed: notes when the machine falls idle, and ends that when it is called again.
 	void keep_clock_honest(bool main_lane_has_rows);
-	GameClock clock;
 
 	// stepping.cpp: the debugger's pause and step.
 	void set_paused(bool on);
@@ -191,6 +216,8 @@ public:
 	Array described_live_rows();
 	// The editor's panel looks at this machine.
 	bool watched = false;
+	// The machine that runs this one as part of a state, 0 for none.
+	uint64_t run_by = 0;
 
 	// Read by the debugger, once a frame written by the clocks.
 	static bool debugger_active;
@@ -216,6 +243,7 @@ private:
 	bool may_enter(Resource *target);
 	void go_from_here(Resource *state);
 	void begin_again(Resource *state);
+	void changed_state();
 	void change_state(Resource *target);
 	RunRow *enter_row(Resource *state, RunRow *parent, int slot, const Targets &targets, LocalVector<RunRow *> &fresh);
 	void finish_entering(const LocalVector<RunRow *> &fresh, Resource *previous);
@@ -239,6 +267,8 @@ private:
 	void start_actions(RunRow *row);
 	void start_next_actions(RunRow *row, int finished_index, Lane lane);
 	void check_state_finished(RunRow *row);
+	bool leave_finished(RunRow *row);
+	void postpone(const StringName &event, const Variant &data, bool of_finished_state, const RunRow *row);
 
 	// action_calls.cpp
 	bool is_disabled(const ActionEntry &entry) const;
@@ -254,8 +284,9 @@ private:
 	Lane main_lane() const { return physics_tick ? LANE_PHYSICS : LANE_FRAME; }
 
 	// events.cpp
-	void send_past_quests(const StringName &event, const Variant &data);
+	void send_past_quests(StringName event, Variant data);
 	void dispatch_counted(const StringName &event, const Variant &data);
+	void dispatch_postponed();
 	bool dispatch(const StringName &event, const Variant &data);
 	bool dispatch_finished(const Variant &data);
 	bool offer_to_forwarders(const StringName &event, const Variant &data);
@@ -284,37 +315,20 @@ private:
 	void collect_tweens(LocalVector<Ref<Tween>> &tweens);
 	void forget_kept_tween(const Ref<Tween> &tween);
 
-	SCMachineBase *node = nullptr;
-	uint32_t busy = 0;
-
-	DesignIndex index;
-	RunRow *root = nullptr;
-	RunRow *running_row = nullptr;
 	RowPool rows;
-	LocalVector<RunRow *> chain;
-	bool chain_dirty = false;
-	ScratchLists<RunRow *> row_lists;
-	ScratchLists<int> index_lists;
-	ScratchLists<Resource *> state_lists;
-
-	// Kept by the index, or by `kept_current` when the index does not know it.
-	Resource *current = nullptr;
 	Ref<Resource> kept_current;
-	bool running = false;
 	bool stopping = false;
-	int leaving = 0;
-	int change_depth = 0;
 	Pending pending = PENDING_NONE;
 	bool resume_when_left = false;
-	Array resume_list;
+	// Nil, or the Array of states to take up again.
+	Variant resume_list;
 	// The next change of state was caused by an event, whose name and data stay readable.
 	bool keep_event = false;
-	int64_t serial_counter = 0;
+	// What would nest deeper than this waits for its turn.
+	static constexpr int MOST_NESTED_CHANGES = 100;
 	EntryGuard guard;
 
-	bool physics_tick = false;
 	bool debug_log = false;
-	bool paused = false;
 	bool stepping = false;
 
 	// What the condition being asked remembers by.

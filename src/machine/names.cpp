@@ -2,22 +2,14 @@
 
 #include <godot_cpp/core/memory.hpp>
 
-namespace {
-
-MachineNames *shared_names = nullptr;
-
-} // namespace
-
-const MachineNames &MachineNames::shared() {
-	if (shared_names == nullptr) {
-		shared_names = memnew(MachineNames);
-	}
-	return *shared_names;
+const MachineNames &MachineNames::make() {
+	made = memnew(MachineNames);
+	return *made;
 }
 
 void MachineNames::free_shared() {
-	if (shared_names != nullptr) {
-		memdelete(shared_names);
-		shared_names = nullptr;
+	if (made != nullptr) {
+		memdelete(const_cast<MachineNames *>(made));
+		made = nullptr;
 	}
 }

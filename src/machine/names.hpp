@@ -94,6 +94,10 @@ struct MachineNames {
 	StringName on_velocity_computed = "_on_velocity_computed";
 	StringName move_and_slide = "move_and_slide";
 
-	static const MachineNames &shared();
+	static const MachineNames &shared() { return made != nullptr ? *made : make(); }
 	static void free_shared();
+
+private:
+	inline static const MachineNames *made = nullptr;
+	static const MachineNames &make();
 };

@@ -5,7 +5,7 @@
 
 namespace {
 
-void append_live(RunRow *row, LocalVector<RunRow *> &into) {
+void append_live(RunRow *row, RowList &into) {
 	if (row == nullptr || !row->live) {
 		return;
 	}
@@ -17,7 +17,7 @@ void append_live(RunRow *row, LocalVector<RunRow *> &into) {
 
 } // namespace
 
-const LocalVector<RunRow *> &MachineRun::live_rows() {
+const RowList &MachineRun::live_rows() {
 	if (chain_dirty) {
 		chain_dirty = false;
 		chain.clear();
@@ -30,7 +30,7 @@ RunRow *MachineRun::running_or_last() {
 	if (running_row != nullptr) {
 		return running_row;
 	}
-	const LocalVector<RunRow *> &live = live_rows();
+	const RowList &live = live_rows();
 	return live.is_empty() ? nullptr : live[live.size() - 1];
 }
 

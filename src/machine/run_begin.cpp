@@ -35,6 +35,7 @@ void MachineRun::abandon() {
 		make_current(nullptr);
 		pending = PENDING_NONE;
 		events.held.clear();
+		events.postponed.clear();
 	}
 }
 
@@ -71,7 +72,7 @@ void MachineRun::begin(const Array &design, bool on_physics_tick, bool log, int6
 	Busy keep(*this);
 	physics_tick = on_physics_tick;
 	debug_log = log;
-	guard.loop_limit = loop_limit;
+	guard.set_limit(loop_limit);
 	load_values(start_values);
 	values.in_use = true;
 	events.forget_last();

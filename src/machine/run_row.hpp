@@ -6,6 +6,7 @@
 // back and forth finds its rows ready.
 
 #include "machine/compiled_design.hpp"
+#include "machine/inline_list.hpp"
 
 #include <godot_cpp/classes/tween.hpp>
 #include <godot_cpp/core/object_id.hpp>
@@ -46,27 +47,29 @@ struct Rest {
 };
 
 struct RunRow {
-	Ref<Resource> state;
-	// The same state when it is the compiled class, whose members are read directly.
-	SCMachineState *compiled = nullptr;
-	const ActionTable *table = nullptr;
-	const StatePlan *plan = nullptr;
-	double entered_at = 0.0;
-	LocalVector<ActionRun> runs;
-	HashMap<int, TimerRecord> timers;
-	HashMap<int, Ref<Tween>> kept_tweens;
-	HashMap<int, Rest> rests;
-	// Indices of the actions to call, frame first, physics second.
-	LocalVector<int> lanes[2];
+	// First what a frame reads.
 	bool live = false;
 	bool sub_states_finished = false;
 	bool state_finished_sent = false;
-	RunRow *parent = nullptr;
 	int slot_in_parent = 0;
-	LocalVector<RunRow *> children;
+	const ActionTable *table = nullptr;
+	LocalVector<ActionRun> runs;
+	// Indices of the actions to call, frame first, physics second.
+	InlineList<int, 2> lanes[2];
+
+	RunRow *parent = nullptr;
+	InlineList<RunRow *, 1> children;
 	int64_t serial = 0;
+	double entered_at = 0.0;
+	Ref<Resource> state;
+	// The same state when it is the compiled class, whose members are read directly.
+	SCMachineState *compiled = nullptr;
+	const StatePlan *plan = nullptr;
 	Ref<Resource> previous_state;
 	StringName entered_by;
+	HashMap<int, TimerRecord> timers;
+	HashMap<int, Ref<Tween>> kept_tweens;
+	HashMap<int, Rest> rests;
 
 	int action_count() const { return int(runs.size()); }
 	bool has_children() const { return !children.is_empty(); }
@@ -84,6 +87,9 @@ struct RunRow {
 	// Lets go of what is kept for the next visit as well.
 	void forget_state();
 };
+
+// The live rows of a machine, in the order in which they are called.
+using RowList = InlineList<RunRow *, 4>;
 
 class RowPool {
 	static constexpr uint32_t KEPT = 32;

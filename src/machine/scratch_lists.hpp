@@ -1,7 +1,8 @@
 #pragma once
 
 // Lists that a pass over the rows copies into, reused by nesting depth, so that neither a tick nor
-// an event allocates once a machine has warmed up.
+// an event allocates once it has warmed up. All machines borrow the same ones: what thousands of
+// them copy into in a frame then stays where the processor finds it.
 
 #include <godot_cpp/core/memory.hpp>
 #include <godot_cpp/templates/local_vector.hpp>
@@ -43,4 +44,32 @@ private:
 		list->clear();
 		return *list;
 	}
+};
+
+struct RunRow;
+
+namespace godot {
+class Resource;
+}
+
+struct RunScratch {
+	ScratchLists<RunRow *> rows;
+	ScratchLists<int> actions;
+	ScratchLists<Resource *> states;
+
+	static RunScratch &shared() {
+		if (made == nullptr) {
+			made = memnew(RunScratch);
+		}
+		return *made;
+	}
+	static void free_shared() {
+		if (made != nullptr) {
+			memdelete(made);
+			made = nullptr;
+		}
+	}
+
+private:
+	inline static RunScratch *made = nullptr;
 };

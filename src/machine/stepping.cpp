@@ -106,8 +106,10 @@ void MachineRun::step_once() {
 Array MachineRun::described_live_rows() {
 	Busy keep(*this);
 	const StringName &live_words = MachineNames::shared().live_words;
-	ScratchLists<RunRow *>::Borrowed copy(row_lists);
-	copy.list = live_rows();
+	ScratchLists<RunRow *>::Borrowed copy(RunScratch::shared().rows);
+	for (RunRow *row : live_rows()) {
+		copy.list.push_back(row);
+	}
 	Array described;
 	for (RunRow *row : copy.list) {
 		for (int i = 0; i < row->action_count() && row->live && node != nullptr; i++) {

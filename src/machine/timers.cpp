@@ -85,9 +85,11 @@ void MachineRun::restart_timeouts() {
 		return;
 	}
 	Busy keep(*this);
-	ScratchLists<RunRow *>::Borrowed copy(row_lists);
-	copy.list = live_rows();
-	ScratchLists<int>::Borrowed unstarted(index_lists);
+	ScratchLists<RunRow *>::Borrowed copy(RunScratch::shared().rows);
+	for (RunRow *row : live_rows()) {
+		copy.list.push_back(row);
+	}
+	ScratchLists<int>::Borrowed unstarted(RunScratch::shared().actions);
 	for (RunRow *row : copy.list) {
 		unstarted.list.clear();
 		for (const KeyValue<int, TimerRecord> &timer : row->timers) {

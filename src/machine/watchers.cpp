@@ -19,7 +19,7 @@ void MachineRun::tell_watchers(const StringName &name, int64_t up_to_serial) {
 	values.tell_depth++;
 	bool something_finished = false;
 	{
-		ScratchLists<RunRow *>::Borrowed pass(row_lists);
+		ScratchLists<RunRow *>::Borrowed pass(RunScratch::shared().rows);
 		for (RunRow *row : live_rows()) {
 			if (row->table->watches.has(name) && (up_to_serial < 0 || row->serial <= up_to_serial)) {
 				pass.list.push_back(row);

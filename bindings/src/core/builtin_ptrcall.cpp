@@ -43,43 +43,37 @@ struct Lifecycle {
 	GDExtensionPtrDestructor destroy = nullptr;
 };
 
-struct LifecycleTable {
-	Lifecycle types[GDEXTENSION_VARIANT_TYPE_VARIANT_MAX];
-
-	LifecycleTable() {
-		if (!gdextension_interface::variant_get_ptr_constructor || !gdextension_interface::variant_get_ptr_destructor) {
-			return;
-		}
-		for (int index = GDEXTENSION_VARIANT_TYPE_STRING; index < GDEXTENSION_VARIANT_TYPE_VARIANT_MAX; index++) {
-			const GDExtensionVariantType type = GDExtensionVariantType(index);
-			types[index].construct = gdextension_interface::variant_get_ptr_constructor(type, 0);
-			types[index].copy = gdextension_interface::variant_get_ptr_constructor(type, 1);
-			types[index].destroy = gdextension_interface::variant_get_ptr_destructor(type);
-		}
-	}
-};
-
-const Lifecycle &lifecycle(GDExtensionVariantType p_type) {
-	static const LifecycleTable table;
-	return table.types[p_type];
-}
+// Filled once and not on first use: the check for that would be paid with every name that is copied.
+Lifecycle lifecycles[GDEXTENSION_VARIANT_TYPE_VARIANT_MAX];
 
 } // namespace
 
+void init_opaque_values() {
+	if (!gdextension_interface::variant_get_ptr_constructor || !gdextension_interface::variant_get_ptr_destructor) {
+		return;
+	}
+	for (int index = GDEXTENSION_VARIANT_TYPE_STRING; index < GDEXTENSION_VARIANT_TYPE_VARIANT_MAX; index++) {
+		const GDExtensionVariantType type = GDExtensionVariantType(index);
+		lifecycles[index].construct = gdextension_interface::variant_get_ptr_constructor(type, 0);
+		lifecycles[index].copy = gdextension_interface::variant_get_ptr_constructor(type, 1);
+		lifecycles[index].destroy = gdextension_interface::variant_get_ptr_destructor(type);
+	}
+}
+
 void construct_opaque(GDExtensionVariantType p_type, void *r_value) {
-	if (const GDExtensionPtrConstructor construct = lifecycle(p_type).construct) {
+	if (const GDExtensionPtrConstructor construct = lifecycles[p_type].construct) {
 		construct(r_value, nullptr);
 	}
 }
 
 void copy_opaque(GDExtensionVariantType p_type, void *r_value, const void *p_from) {
-	if (const GDExtensionPtrConstructor copy = lifecycle(p_type).copy) {
+	if (const GDExtensionPtrConstructor copy = lifecycles[p_type].copy) {
 		copy(r_value, &p_from);
 	}
 }
 
 void destroy_opaque(GDExtensionVariantType p_type, void *p_value) {
-	if (const GDExtensionPtrDestructor destroy = lifecycle(p_type).destroy) {
+	if (const GDExtensionPtrDestructor destroy = lifecycles[p_type].destroy) {
 		destroy(p_value);
 	}
 }

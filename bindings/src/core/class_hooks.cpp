@@ -30,15 +30,18 @@ bool ask_derived_first(const Wrapped *p_instance, Hook ClassTag::*p_hook, const 
 	return false;
 }
 
+// Called for every node in every frame: most classes have one hook at the most among all that they inherit, and are
+// done after a single walk upward.
 template <class Hook, class Tell>
 void tell_base_first(const ClassTag *p_tag, Hook ClassTag::*p_hook, const Tell &p_tell) {
+	while (p_tag != nullptr && p_tag->is_extension && p_tag->*p_hook == nullptr) {
+		p_tag = p_tag->parent;
+	}
 	if (p_tag == nullptr || !p_tag->is_extension) {
 		return;
 	}
 	tell_base_first(p_tag->parent, p_hook, p_tell);
-	if (p_tag->*p_hook != nullptr) {
-		p_tell(p_tag->*p_hook);
-	}
+	p_tell(p_tag->*p_hook);
 }
 
 GDExtensionBool set_property(GDExtensionClassInstancePtr p_instance, GDExtensionConstStringNamePtr p_name, GDExtensionConstVariantPtr p_value) {

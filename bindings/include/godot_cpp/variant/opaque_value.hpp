@@ -13,6 +13,8 @@
 namespace godot {
 namespace internal {
 
+// Called once, when the interface has been loaded and before any such value is made.
+void init_opaque_values();
 void construct_opaque(GDExtensionVariantType p_type, void *r_value);
 void copy_opaque(GDExtensionVariantType p_type, void *r_value, const void *p_from);
 void destroy_opaque(GDExtensionVariantType p_type, void *p_value);
