@@ -38,20 +38,20 @@ bool size_or_warn(SCMachineBase *machine, const SCMachineAction *action, const V
 	return values::is_number(size) ? checked::sound_or_warn(machine, action, size, setting) : spaces::place_or_warn(machine, action, size, setting);
 }
 
+// As small as nothing to look at; the engine cannot work with a size of zero in 3D.
+constexpr real_t SMALLEST = 0.00001f;
+
+Vector3 not_zero(Vector3 size) {
+	for (int axis = 0; axis < 3; axis++) {
+		if (Math::abs(size[axis]) < SMALLEST) {
+			size[axis] = SMALLEST;
+		}
+	}
+	return size;
+}
+
 class ScaleTo : public SCNativeAction {
 	using Kind = SCScaleToAction;
-
-	// As small as nothing to look at; the engine cannot work with a size of zero.
-	static constexpr real_t SMALLEST = 0.00001f;
-
-	static Vector3 not_zero(Vector3 size) {
-		for (int axis = 0; axis < 3; axis++) {
-			if (Math::abs(size[axis]) < SMALLEST) {
-				size[axis] = SMALLEST;
-			}
-		}
-		return size;
-	}
 
 	static Variant size_for(const Node2D *flat, const Variant &to, bool times) { return flat_size(flat->get_scale(), to, times); }
 	static Variant size_for(const Control *control, const Variant &to, bool times) { return flat_size(control->get_scale(), to, times); }
@@ -110,8 +110,12 @@ class Punch : public SCNativeAction {
 		}
 		const StringName property = memory[names().property];
 		const Variant without = combine(Variant::OP_SUBTRACT, node->get(property), memory[names().offset]);
-		memory[names().offset] = offset;
-		node->set(property, combine(Variant::OP_ADD, without, offset));
+		const Variant wanted = combine(Variant::OP_ADD, without, offset);
+		const bool may_be_zero = wanted.get_type() != Variant::VECTOR3 || property != names().scale;
+		const Variant now = may_be_zero ? wanted : Variant(not_zero(wanted));
+		// What was really added is what has to come off again.
+		memory[names().offset] = now == wanted ? offset : combine(Variant::OP_SUBTRACT, now, without);
+		node->set(property, now);
 	}
 
 	// Where it was, and not a rounding away from there, unless something else has moved it meanwhile.

@@ -6,6 +6,20 @@
 #include "machine_node/shared_machine_data.hpp"
 #include "machine_node/values_setup.hpp"
 
+TypedArray<SCMachineState> SCMachine::get_states() const {
+	if (!states.is_made() && started_with.is_valid()) {
+		states = started_with->state_list.duplicate();
+	}
+	return states.get();
+}
+
+TypedArray<SCMachineVariable> SCMachine::get_variables() const {
+	if (!variables.is_made() && started_with.is_valid()) {
+		variables = started_with->variable_list.duplicate();
+	}
+	return variables.get();
+}
+
 void SCMachine::set_physics_tick(bool on) {
 	physics_tick = on;
 	run().set_setting(MachineNames::shared().physics_tick, on);
@@ -45,11 +59,11 @@ bool SCMachine::holds_whole(const StringName &variable_name) {
 }
 
 void SCMachine::learn_limits() {
-	MachineValues::learn_limits(this);
+	MachineValues::learn_limits(this, MachineValues::declared_in(get_variables()));
 }
 
 void SCMachine::start_attributes() {
-	MachineValues::start_attributes(this);
+	MachineValues::start_attributes(this, MachineValues::declared_in(get_variables()));
 }
 
 void SCMachine::note_scene_start() {
@@ -75,11 +89,11 @@ void SCMachine::_bind_methods() {
 	table.setting<&SCMachine::autostart>("autostart", "Start by itself as the scene begins. Off, it waits until its start method is called.");
 	table.property("physics_tick", PropertyInfo(Variant::BOOL, "physics_tick"), &SCMachine::set_physics_tick, &SCMachine::get_physics_tick, "Run the actions of every state in the physics step, as often each second as the project's physics, instead of once for every frame drawn.", nullptr, "on");
 	table.property("debug_log", PropertyInfo(Variant::BOOL, "debug_log"), &SCMachine::set_debug_log, &SCMachine::get_debug_log, "Print every change of state and every event to the Output panel.", nullptr, "on");
-	table.setting<&SCMachine::states>("states", "The states of this machine. States nested inside another belong to that one.");
+	table.property("states", PropertyOf<TypedArray<SCMachineState>>::info("states"), &SCMachine::set_states, &SCMachine::get_states, "The states of this machine. States nested inside another belong to that one.");
 	table.setting<&SCMachine::initial_state>("initial_state", "The state the machine starts in.");
-	table.setting<&SCMachine::variables>("variables", "The named values this machine carries, and what each starts as.");
-	table.setting<&SCMachine::handed_values>("handed_values", { PROPERTY_HINT_TYPE_STRING, "21:;0:" }, "Values given to this machine from outside before it starts, as Run Template does. Each must be of the kind its variable was declared with, and a global variable is left as it is.");
-	table.setting<&SCMachine::starting_values>("starting_values", { PROPERTY_HINT_TYPE_STRING, "21:;0:" }, "Values that this one machine starts with in place of the declared ones, by the variable's name. They are taken as they are.");
+	table.property("variables", PropertyOf<TypedArray<SCMachineVariable>>::info("variables"), &SCMachine::set_variables, &SCMachine::get_variables, "The named values this machine carries, and what each starts as.");
+	table.property("handed_values", PropertyInfo(Variant::DICTIONARY, "handed_values", PROPERTY_HINT_TYPE_STRING, "21:;0:"), &SCMachine::set_handed_values, &SCMachine::get_handed_values, "Values given to this machine from outside before it starts, as Run Template does. Each must be of the kind its variable was declared with, and a global variable is left as it is.");
+	table.property("starting_values", PropertyInfo(Variant::DICTIONARY, "starting_values", PROPERTY_HINT_TYPE_STRING, "21:;0:"), &SCMachine::set_starting_values, &SCMachine::get_starting_values, "Values that this one machine starts with in place of the declared ones, by the variable's name. They are taken as they are.");
 	table.property("target", PropertyInfo(Variant::OBJECT, "target", PROPERTY_HINT_NODE_TYPE, "Node", PROPERTY_USAGE_NONE, "Node"), &SCMachine::set_target, &SCMachine::target_node, "The node the machine works on, found by Target Path as the machine becomes ready.", nullptr, "node");
 	table.property("values", PropertyInfo(Variant::DICTIONARY, "values", PROPERTY_HINT_NONE, "", PROPERTY_USAGE_NONE), &SCMachine::set_values, &SCMachine::get_values, "The values of all variables at this moment, by name. It is a copy: use set_value to change one of them.");
 

@@ -5,6 +5,7 @@
 // the base's business; the work here is split by subject over machine_node/.
 
 #include "design/sc_machine_template.hpp"
+#include "machine/on_first_use.hpp"
 #include "sc_machine_base.hpp"
 #include "settings/class_table.hpp"
 
@@ -27,12 +28,18 @@ public:
 	Ref<SCMachineTemplate> machine_template;
 	NodePath target_path;
 	bool autostart = true;
-	TypedArray<SCMachineState> states;
 	Ref<SCMachineState> initial_state;
-	TypedArray<SCMachineVariable> variables;
-	TypedDictionary<StringName, Variant> handed_values;
-	TypedDictionary<StringName, Variant> starting_values;
+	OnFirstUse<TypedDictionary<StringName, Variant>> handed_values;
+	OnFirstUse<TypedDictionary<StringName, Variant>> starting_values;
 
+	void set_states(const TypedArray<SCMachineState> &list) { states = list; }
+	TypedArray<SCMachineState> get_states() const;
+	void set_variables(const TypedArray<SCMachineVariable> &list) { variables = list; }
+	TypedArray<SCMachineVariable> get_variables() const;
+	void set_handed_values(const TypedDictionary<StringName, Variant> &given) { handed_values = given; }
+	TypedDictionary<StringName, Variant> get_handed_values() const { return handed_values; }
+	void set_starting_values(const TypedDictionary<StringName, Variant> &given) { starting_values = given; }
+	TypedDictionary<StringName, Variant> get_starting_values() const { return starting_values; }
 	void set_physics_tick(bool on);
 	bool get_physics_tick() const { return physics_tick; }
 	void set_debug_log(bool on);
@@ -108,7 +115,7 @@ private:
 	static void bind_system_events();
 	static void bind_debugging();
 
-	Array get_system_connections() const { return system_connections; }
+	Array get_system_connections() const { return system_connections.get(); }
 	Dictionary get_limits() const;
 	Dictionary get_limited_by() const;
 	Dictionary get_shares() const;
@@ -128,11 +135,16 @@ private:
 
 	void warn_never_sent(const StringName &wanted);
 
+	// Made when they are asked for, while they are copies of a template's lists.
+	mutable OnFirstUse<TypedArray<SCMachineState>> states;
+	mutable OnFirstUse<TypedArray<SCMachineVariable>> variables;
+	// What the machine was last started with, null without a template.
+	Held<TemplateReading> started_with;
 	bool physics_tick = false;
 	bool debug_log = false;
 	ObjectID target_id;
 	// Each a list of source, signal name and callable.
-	Array system_connections;
+	OnFirstUse<Array> system_connections;
 	// The mouse events whose button went down on the target and has not come up there since.
 	HashSet<StringName> presses;
 	HashMap<NodePath, KnownNode> known_nodes;

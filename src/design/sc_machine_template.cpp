@@ -108,6 +108,13 @@ PackedStringArray SCMachineTemplate::missing_state_names() const {
 	return missing;
 }
 
+Held<TemplateReading> SCMachineTemplate::reading() const {
+	if (!latest_reading.is_valid() || !latest_reading->is_of(*this)) {
+		latest_reading = Held<TemplateReading>(memnew(TemplateReading(*this)));
+	}
+	return latest_reading;
+}
+
 String SCMachineTemplate::_to_string() const {
 	return display_name.is_empty() ? String("MachineTemplate") : display_name;
 }

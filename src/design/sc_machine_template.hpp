@@ -7,6 +7,7 @@
 #include "design/sc_machine_parallel_state.hpp"
 #include "design/sc_machine_state.hpp"
 #include "design/sc_machine_variable.hpp"
+#include "design/template_reading.hpp"
 #include "settings/class_table.hpp"
 
 #include <godot_cpp/classes/resource.hpp>
@@ -38,10 +39,15 @@ public:
 	// Destinations of transitions that name no state.
 	PackedStringArray missing_state_names() const;
 	String _to_string() const;
+	// What this comes down to as it is now, for a machine that starts.
+	Held<TemplateReading> reading() const;
 
 	void collect_once(const Ref<SCMachineState> &state, const Array &into, const Dictionary &seen) const;
 	void collect(const Ref<SCMachineState> &state, const Array &into) const;
 
 protected:
 	static void _bind_methods();
+
+private:
+	mutable Held<TemplateReading> latest_reading;
 };

@@ -1,5 +1,7 @@
 #include "machine/design_index.hpp"
 
+#include "design/sc_machine_parallel_state.hpp"
+#include "design/sc_machine_state.hpp"
 #include "machine/names.hpp"
 
 #include <godot_cpp/core/memory.hpp>
@@ -10,6 +12,24 @@ namespace {
 Array array_of(Object *object, const StringName &property) {
 	const Variant value = object->get(property);
 	return value.get_type() == Variant::ARRAY ? Array(value) : Array();
+}
+
+// What is read of a state, from its members when it is the compiled class.
+StringName name_of(Resource *state, const SCMachineState *compiled) {
+	return compiled != nullptr ? compiled->state_name : StringName(state->get(MachineNames::shared().state_name));
+}
+
+Array sub_states_of(Resource *state, const SCMachineState *compiled) {
+	return compiled != nullptr ? Array(compiled->sub_states) : array_of(state, MachineNames::shared().sub_states);
+}
+
+Array regions_of(Resource *state, const SCMachineState *compiled) {
+	return compiled != nullptr ? Array(compiled->parallel_states) : array_of(state, MachineNames::shared().parallel_states);
+}
+
+Array states_of(Object *region) {
+	const SCMachineParallelState *compiled = Object::cast_to<SCMachineParallelState>(region);
+	return compiled != nullptr ? Array(compiled->states) : array_of(region, MachineNames::shared().states);
 }
 
 } // namespace
@@ -71,22 +91,22 @@ void DesignIndex::let_go() {
 void DesignIndex::build(const Array &design) {
 	DesignIndex fresh;
 	fresh.record = memnew(Record);
-	const MachineNames &names = MachineNames::shared();
 	for (int64_t i = 0; i < design.size(); i++) {
 		const Ref<Resource> state = design[i];
 		if (state.is_null()) {
 			continue;
 		}
 		IndexedState *indexed = fresh.record->add(state);
-		const StringName state_name = state->get(names.state_name);
+		const SCMachineState *compiled = Object::cast_to<SCMachineState>(state.ptr());
+		const StringName state_name = name_of(state.ptr(), compiled);
 		if (!fresh.record->by_name.has(state_name)) {
 			fresh.record->by_name.insert(state_name, indexed);
 		}
-		fresh.record->put_below(indexed, array_of(state.ptr(), names.sub_states));
-		const Array regions = array_of(state.ptr(), names.parallel_states);
+		fresh.record->put_below(indexed, sub_states_of(state.ptr(), compiled));
+		const Array regions = regions_of(state.ptr(), compiled);
 		for (int64_t r = 0; r < regions.size(); r++) {
 			if (Object *region = regions[r].get_validated_object()) {
-				fresh.record->put_below(indexed, array_of(region, names.states));
+				fresh.record->put_below(indexed, states_of(region));
 			}
 		}
 	}

@@ -21,17 +21,17 @@ void EventState::remember(const StringName &name, const Variant &data, uint64_t 
 }
 
 void EventState::add_forwarder(const Callable &forwarder) {
-	Array longer = forwarder_list.duplicate();
+	Array longer = forwarder_list->duplicate();
 	longer.push_back(forwarder);
 	forwarder_list = longer;
-	forwarders_known = forwarder_list.size();
+	forwarders_known = forwarder_list->size();
 }
 
 void EventState::remove_forwarder(const Callable &forwarder) {
-	Array shorter = forwarder_list.duplicate();
+	Array shorter = forwarder_list->duplicate();
 	shorter.erase(forwarder);
 	forwarder_list = shorter;
-	forwarders_known = forwarder_list.size();
+	forwarders_known = forwarder_list->size();
 }
 
 void EventRegistry::listen(const StringName &event, uint64_t machine_id) {

@@ -3,6 +3,7 @@
 // What one machine remembers about events, and the process-wide registry through which machines
 // hear global events.
 
+#include "machine/on_first_use.hpp"
 #include "machine/scratch_lists.hpp"
 
 #include <godot_cpp/templates/hash_map.hpp>
@@ -60,7 +61,7 @@ struct EventState {
 
 private:
 	// Replaced, never changed in place: whoever goes through it holds on to a list that stays as it is.
-	Array forwarder_list;
+	OnFirstUse<Array> forwarder_list;
 	int64_t forwarders_known = 0;
 };
 

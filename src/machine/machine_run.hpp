@@ -95,6 +95,10 @@ public:
 
 	// run_begin.cpp: the design and the settings a machine runs with.
 	void begin(const Array &design, bool on_physics_tick, bool log, int64_t loop_limit, const Dictionary &start_values);
+	// With an index that is there already, and with values that are in the table already.
+	void begin(const DesignIndex &design, bool on_physics_tick, bool log, int64_t loop_limit);
+	// As register_globals, with what has been read already.
+	void listen_for(const LocalVector<StringName> &heard, const LocalVector<StringName> &global_names);
 	void set_setting(const StringName &name, const Variant &value);
 	Ref<Resource> find_state(const StringName &state_name) const;
 

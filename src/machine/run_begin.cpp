@@ -70,16 +70,23 @@ void MachineRun::end_busy() {
 
 void MachineRun::begin(const Array &design, bool on_physics_tick, bool log, int64_t loop_limit, const Dictionary &start_values) {
 	Busy keep(*this);
+	load_values(start_values);
+	values.in_use = true;
+	DesignIndex fresh;
+	fresh.build(design);
+	begin(fresh, on_physics_tick, log, loop_limit);
+}
+
+void MachineRun::begin(const DesignIndex &design, bool on_physics_tick, bool log, int64_t loop_limit) {
+	Busy keep(*this);
 	physics_tick = on_physics_tick;
 	debug_log = log;
 	guard.set_limit(loop_limit);
-	load_values(start_values);
-	values.in_use = true;
 	events.forget_last();
 	running_row = nullptr;
 	// The states of the former design are kept by its index until the current one is kept apart from it.
 	const DesignIndex former = index;
-	index.build(design);
+	index = design;
 	make_current(current);
 	if (node == nullptr) {
 		return;
@@ -89,6 +96,23 @@ void MachineRun::begin(const Array &design, bool on_physics_tick, bool log, int6
 	}
 	debugger_active = EngineDebugger::get_singleton()->is_active();
 	running = true;
+}
+
+void MachineRun::listen_for(const LocalVector<StringName> &heard, const LocalVector<StringName> &global_names) {
+	forget_globals();
+	if (node == nullptr) {
+		return;
+	}
+	EventRegistry &registry = EventRegistry::shared();
+	events.registered_as = node->get_instance_id();
+	events.listening = heard;
+	for (const StringName &event : heard) {
+		registry.listen(event, events.registered_as);
+	}
+	events.own_globals = global_names;
+	for (const StringName &event : global_names) {
+		registry.use_global(event);
+	}
 }
 
 void MachineRun::set_setting(const StringName &name, const Variant &value) {

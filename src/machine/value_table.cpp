@@ -47,6 +47,14 @@ void ValueTable::load(const Dictionary &from) {
 	}
 }
 
+void ValueTable::load(HashMap<StringName, Variant> &&fresh) {
+	// Ends when all is in order: the end of a value may run a game's code.
+	const HashMap<StringName, Variant> former(std::move(table));
+	table = std::move(fresh);
+	in_use = true;
+	given.forget();
+}
+
 Dictionary ValueTable::dictionary() const {
 	if (!in_use) {
 		return given;
@@ -60,7 +68,7 @@ Dictionary ValueTable::dictionary() const {
 
 Variant ValueTable::get(const StringName &name, const Variant &fallback) const {
 	if (!in_use) {
-		return given.get(name, fallback);
+		return given->get(name, fallback);
 	}
 	const Variant *stored = table.getptr(name);
 	return stored != nullptr ? *stored : fallback;
@@ -76,11 +84,12 @@ bool ValueTable::put(const StringName &name, const Variant &fresh, Variant &form
 		table.insert(name, fresh);
 		return false;
 	}
-	const bool existed = given.has(name);
+	Dictionary &values = given.get();
+	const bool existed = values.has(name);
 	if (existed) {
-		former = given.get(name, Variant());
+		former = values.get(name, Variant());
 	}
-	given[name] = fresh;
+	values[name] = fresh;
 	return existed;
 }
 

@@ -4,6 +4,8 @@
 // dictionary is made from it on reading: while the table is in use it is the only truth.
 // It only stores; MachineRun tells, limits and shares.
 
+#include "machine/on_first_use.hpp"
+
 #include <godot_cpp/templates/hash_map.hpp>
 #include <godot_cpp/templates/hash_set.hpp>
 #include <godot_cpp/templates/local_vector.hpp>
@@ -33,7 +35,7 @@ struct ValueTable {
 	HashMap<StringName, Variant> table;
 	bool in_use = false;
 	// The dictionary as handed over, the truth until the table is in use.
-	Dictionary given;
+	OnFirstUse<Dictionary> given;
 
 	HashMap<StringName, ValueLimits> limits;
 	// Name to the names whose bounds depend on it.
@@ -42,8 +44,8 @@ struct ValueTable {
 	HashSet<StringName> shares;
 
 	// Globals and, by global name, the Array of machines that share it: one pair for the whole game.
-	Dictionary globals;
-	Dictionary sharing;
+	OnFirstUse<Dictionary> globals;
+	OnFirstUse<Dictionary> sharing;
 
 	bool changed = false;
 	int limit_depth = 0;
@@ -54,8 +56,10 @@ struct ValueTable {
 	HashSet<StringName> pending_watchers;
 
 	void load(const Dictionary &from);
+	// Takes the table into use with these values.
+	void load(HashMap<StringName, Variant> &&fresh);
 	Dictionary dictionary() const;
-	bool has(const StringName &name) const { return in_use ? table.has(name) : given.has(name); }
+	bool has(const StringName &name) const { return in_use ? table.has(name) : given->has(name); }
 	Variant get(const StringName &name, const Variant &fallback) const;
 	// Answers whether there was a former value. Its end may run a game's code, so the caller says when.
 	bool put(const StringName &name, const Variant &fresh, Variant &former);

@@ -18,8 +18,11 @@ namespace {
 // when that has time for it, so only a later machine finds it standing.
 void ask_for_devices(SceneTree *tree) {
 	SharedMachineData &shared = SharedMachineData::shared();
+	if (shared.devices_tree == tree->get_instance_id()) {
+		return;
+	}
 	const uint64_t frame = Engine::get_singleton()->get_process_frames() + 1;
-	if (shared.devices_tree == tree->get_instance_id() || shared.devices_asked_at == frame || Engine::get_singleton()->is_editor_hint()) {
+	if (shared.devices_asked_at == frame || Engine::get_singleton()->is_editor_hint()) {
 		return;
 	}
 	shared.devices_asked_at = frame;

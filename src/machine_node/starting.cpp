@@ -10,6 +10,17 @@
 
 #include <godot_cpp/variant/utility_functions.hpp>
 
+#include <utility>
+
+namespace {
+
+// An engine's Dictionary is one pointer to what all its copies share.
+bool is_same_storage(const Dictionary &left, const Dictionary &right) {
+	return *static_cast<void *const *>(left._native_ptr()) == *static_cast<void *const *>(right._native_ptr());
+}
+
+} // namespace
+
 void SCMachine::start() {
 	MachineRun &its_run = run();
 	MachineRun::Busy keep(its_run);
@@ -31,8 +42,9 @@ void SCMachine::start() {
 	const uint32_t this_start = ++start_count;
 	const auto goes_on = [&] { return its_run.machine() != nullptr && start_count == this_start; };
 	// What is replaced goes last, as its end may run a game's code as well.
-	const Array former_states = states;
-	const Array former_variables = variables;
+	const OnFirstUse<TypedArray<SCMachineState>> former_states = states;
+	const OnFirstUse<TypedArray<SCMachineVariable>> former_variables = variables;
+	const Held<TemplateReading> former_reading = started_with;
 	const Ref<SCMachineState> former_initial_state = initial_state;
 
 	// 3. What is left of former runs.
@@ -52,19 +64,35 @@ void SCMachine::start() {
 
 	// 5. and 6. The design.
 	int64_t loop_limit = LOOP_INCREMENT_LIMIT;
-	if (machine_template.is_valid()) {
-		loop_limit = machine_template->loop_increment_limit;
-		initial_state = machine_template->initial_state;
-		states = machine_template->states.duplicate();
-		variables = machine_template->variables.duplicate();
+	Held<TemplateReading> reading;
+	DesignIndex design;
+	MachineValues::Declared own_variables;
+	const Ref<SCMachineTemplate> its_template = machine_template;
+	if (its_template.is_valid()) {
+		reading = its_template->reading();
+		if (!goes_on()) {
+			return;
+		}
+		design = reading->index;
+		loop_limit = its_template->loop_increment_limit;
+		initial_state = its_template->initial_state;
+		states.forget();
+		variables.forget();
+		started_with = reading;
+		its_run.listen_for(reading->listening, reading->global_events);
+	} else {
+		const Array all = all_states();
+		design.build(all);
+		own_variables = MachineValues::declared_in(get_variables());
+		core_register_globals(all, Array());
 	}
-	const Array design = all_states();
-	register_globals(design);
-	const Dictionary starting = MachineValues::starting_values_of(this);
+	const MachineValues::Declared &declared = reading.is_valid() ? reading->variables : own_variables;
+	MachineValues::share_globals(this, declared);
+	HashMap<StringName, Variant> starting = MachineValues::starting_values_of(this, declared);
 	if (!goes_on()) {
 		return;
 	}
-	its_run.load_values(starting);
+	its_run.values.load(std::move(starting));
 
 	// 7. The record of the machine that this one goes on from.
 	const Dictionary record = goes_on() ? claim_carried_record() : Dictionary();
@@ -82,10 +110,10 @@ void SCMachine::start() {
 
 	// 8. Limits. What was carried over keeps its values; else some start full.
 	if (goes_on()) {
-		MachineValues::learn_limits(this);
+		MachineValues::learn_limits(this, declared);
 	}
 	if (goes_on() && record.is_empty()) {
-		MachineValues::start_attributes(this);
+		MachineValues::start_attributes(this, declared);
 	}
 	if (!goes_on()) {
 		return;
@@ -97,8 +125,8 @@ void SCMachine::start() {
 		UtilityFunctions::push_warning(vformat("Machine on %s has no state to start in.", name_in_messages()));
 		return;
 	}
-	its_run.begin(design, physics_tick, debug_log, loop_limit, its_run.values_dictionary());
-	if (goes_on()) {
+	its_run.begin(design, physics_tick, debug_log, loop_limit);
+	if (goes_on() && MachineRun::debugger_active) {
 		its_run.call_node(names.report_values);
 	}
 	if (goes_on()) {
@@ -114,7 +142,7 @@ void SCMachine::start() {
 
 TypedArray<SCMachineState> SCMachine::all_states() const {
 	StateWalk walk;
-	walk.visit_all(states);
+	walk.visit_all(get_states());
 	walk.visit(initial_state);
 	return walk.found;
 }
@@ -126,12 +154,15 @@ void SCMachine::register_globals(const Array &design) {
 		listened_by = machine_template.is_valid() ? machine_template->all_states() : all_states();
 	}
 	core_register_globals(listened_by, machine_template.is_valid() ? Array(machine_template->global_event_names()) : Array());
-	MachineValues::share_globals(this);
+	MachineValues::share_globals(this, MachineValues::declared_in(get_variables()));
 }
 
 void SCMachine::bind_shared_data() {
 	const SharedMachineData &shared = SharedMachineData::shared();
-	core_bind_globals(shared.globals, shared.sharing);
+	const ValueTable &values = run().values;
+	if (!values.globals.is_made() || !is_same_storage(values.globals.get(), shared.globals) || !is_same_storage(values.sharing.get(), shared.sharing)) {
+		core_bind_globals(shared.globals, shared.sharing);
+	}
 }
 
 void SCMachine::find_target() {
@@ -139,6 +170,10 @@ void SCMachine::find_target() {
 }
 
 Dictionary SCMachine::claim_carried_record() {
+	// Only a template that carries over leaves a record behind, and only its machines take one up.
+	if (machine_template.is_null() || !machine_template->carries_over) {
+		return Dictionary();
+	}
 	const MachineNames &names = MachineNames::shared();
 	if (!CompanionScripts::call(names.carry_over_script, names.is_waiting, Array()).booleanize()) {
 		return Dictionary();

@@ -149,6 +149,18 @@ bool is_system_event(const StringName &name) {
 	return answer;
 }
 
+// Whether any of these may be a system event, without asking after one that nobody has asked after yet.
+bool listens_to_the_engine(const LocalVector<StringName> &listening) {
+	const HashMap<StringName, bool> &known = SharedMachineData::shared().system_events;
+	for (const StringName &event : listening) {
+		const bool *answer = known.getptr(event);
+		if (answer == nullptr || *answer) {
+			return true;
+		}
+	}
+	return false;
+}
+
 } // namespace
 
 void SCMachine::connect_system_events() {
@@ -158,10 +170,12 @@ void SCMachine::connect_system_events() {
 	if (!is_inside_tree()) {
 		return;
 	}
-	const Array listening = core_listening_for();
+	if (!listens_to_the_engine(its_run.events.listening)) {
+		return;
+	}
+	const LocalVector<StringName> listening = its_run.events.listening;
 	const uint32_t this_start = start_count;
-	for (int64_t i = 0; i < listening.size(); i++) {
-		const StringName wanted = listening[i];
+	for (const StringName &wanted : listening) {
 		const bool is_ours = is_system_event(wanted);
 		// A warning may be answered by a game's own logger, and that may do anything.
 		if (its_run.machine() == nullptr || start_count != this_start) {
@@ -183,9 +197,12 @@ void SCMachine::warn_never_sent(const StringName &wanted) {
 }
 
 void SCMachine::disconnect_system_events() {
-	const Array connections = system_connections;
-	system_connections = Array();
 	presses.clear();
+	if (!system_connections.is_made()) {
+		return;
+	}
+	const Array connections = system_connections;
+	system_connections.forget();
 	for (int64_t i = 0; i < connections.size(); i++) {
 		const Array connection = connections[i];
 		Object *source = connection.size() == 3 ? connection[0].get_validated_object() : nullptr;
@@ -220,7 +237,7 @@ bool SCMachine::hear(Object *source, const StringName &signal_name, const Callab
 		return false;
 	}
 	source->connect(signal_name, handler);
-	system_connections.push_back(Array::make(source, signal_name, handler));
+	system_connections->push_back(Array::make(source, signal_name, handler));
 	return true;
 }
 

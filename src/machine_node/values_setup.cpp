@@ -13,20 +13,8 @@
 
 namespace {
 
-// The variables of a list, without what is no variable. A copy: reading a starting value may run a game's code.
-LocalVector<Ref<SCMachineVariable>> declared_in(const Array &variables) {
-	LocalVector<Ref<SCMachineVariable>> declared;
-	for (int64_t i = 0; i < variables.size(); i++) {
-		const Ref<SCMachineVariable> variable = variables[i];
-		if (variable.is_valid()) {
-			declared.push_back(variable);
-		}
-	}
-	return declared;
-}
-
 Ref<SCMachineVariable> find_in(const Array &variables, const StringName &named) {
-	for (const Ref<SCMachineVariable> &variable : declared_in(variables)) {
+	for (const Ref<SCMachineVariable> &variable : MachineValues::declared_in(variables)) {
 		if (variable->name == named) {
 			return variable;
 		}
@@ -46,27 +34,39 @@ Variant deep_copy(const Variant &value) {
 	}
 }
 
-void take_handed_value(SCMachine *machine, Dictionary &values, const StringName &name, const Variant &given) {
-	const Array variables = machine->variables;
-	if (!values.has(name) || MachineValues::is_global_in(variables, name)) {
+void take_handed_value(SCMachine *machine, HashMap<StringName, Variant> &values, const StringName &name, const Variant &given) {
+	const Array variables = machine->get_variables();
+	Variant *value = values.getptr(name);
+	if (value == nullptr || MachineValues::is_global_in(variables, name)) {
 		return;
 	}
 	if (given.get_type() == Variant::NODE_PATH && MachineValues::holds_node_in(variables, name)) {
 		Node *found = machine->get_node_or_null(given);
-		values[name] = found != nullptr ? Variant(found) : Variant();
-	} else if (MachineValues::same_kind(given, values[name])) {
-		values[name] = deep_copy(given);
+		*value = found != nullptr ? Variant(found) : Variant();
+	} else if (MachineValues::same_kind(given, *value)) {
+		*value = deep_copy(given);
 	}
 }
 
 } // namespace
 
-Dictionary MachineValues::starting_values_of(SCMachine *machine) {
-	Dictionary values;
-	Dictionary globals = SharedMachineData::shared().globals;
-	for (const Ref<SCMachineVariable> &variable : declared_in(machine->variables)) {
+MachineValues::Declared MachineValues::declared_in(const Array &variables) {
+	Declared declared;
+	for (int64_t i = 0; i < variables.size(); i++) {
+		const Ref<SCMachineVariable> variable = variables[i];
+		if (variable.is_valid()) {
+			declared.push_back(variable);
+		}
+	}
+	return declared;
+}
+
+HashMap<StringName, Variant> MachineValues::starting_values_of(SCMachine *machine, const Declared &declared) {
+	HashMap<StringName, Variant> values;
+	for (const Ref<SCMachineVariable> &variable : declared) {
 		Variant value = variable->starting_value_for(machine);
 		if (variable->is_global) {
+			Dictionary globals = SharedMachineData::shared().globals;
 			if (!globals.has(variable->name)) {
 				globals[variable->name] = value;
 			}
@@ -74,26 +74,39 @@ Dictionary MachineValues::starting_values_of(SCMachine *machine) {
 		}
 		values[variable->name] = value;
 	}
-	const Dictionary handed = machine->handed_values;
-	const Array handed_names = handed.keys();
-	for (int64_t i = 0; i < handed_names.size(); i++) {
-		take_handed_value(machine, values, handed_names[i], handed[handed_names[i]]);
+	if (machine->handed_values.is_made()) {
+		const Dictionary handed = machine->handed_values.get();
+		const Array handed_names = handed.keys();
+		for (int64_t i = 0; i < handed_names.size(); i++) {
+			take_handed_value(machine, values, handed_names[i], handed[handed_names[i]]);
+		}
 	}
-	values.merge(machine->starting_values, true);
+	if (machine->starting_values.is_made()) {
+		const Dictionary put_in = machine->starting_values.get();
+		const Array names = put_in.keys();
+		for (int64_t i = 0; i < names.size(); i++) {
+			values[names[i]] = put_in[names[i]];
+		}
+	}
 	return values;
 }
 
-void MachineValues::learn_limits(SCMachine *machine) {
+void MachineValues::learn_limits(SCMachine *machine, const Declared &declared) {
 	MachineRun &run = machine->run();
 	MachineRun::Busy keep(run);
 	run.values.forget_limits();
-	const LocalVector<Ref<SCMachineVariable>> declared = declared_in(machine->variables);
 	for (const Ref<SCMachineVariable> &variable : declared) {
+		if (!variable->is_number()) {
+			continue;
+		}
 		const Variant low = bound_of(variable->never_below);
 		const Variant high = bound_of(variable->never_above);
-		if (variable->is_number() && (low.get_type() != Variant::NIL || high.get_type() != Variant::NIL)) {
+		if (low.get_type() != Variant::NIL || high.get_type() != Variant::NIL) {
 			run.values.limit(variable->name, low, high);
 		}
+	}
+	if (run.values.limits.is_empty()) {
+		return;
 	}
 	for (const Ref<SCMachineVariable> &variable : declared) {
 		if (!run.has_value(variable->name)) {
@@ -107,12 +120,11 @@ void MachineValues::learn_limits(SCMachine *machine) {
 	}
 }
 
-void MachineValues::start_attributes(SCMachine *machine) {
+void MachineValues::start_attributes(SCMachine *machine, const Declared &declared) {
 	MachineRun &run = machine->run();
 	MachineRun::Busy keep(run);
-	const Dictionary put_in = machine->starting_values;
-	for (const Ref<SCMachineVariable> &variable : declared_in(machine->variables)) {
-		if (variable->starts == SCMachineVariable::AT_ITS_STARTING_VALUE || !variable->is_number() || variable->is_global || put_in.has(variable->name)) {
+	for (const Ref<SCMachineVariable> &variable : declared) {
+		if (variable->starts == SCMachineVariable::AT_ITS_STARTING_VALUE || !variable->is_number() || variable->is_global || (machine->starting_values.is_made() && machine->starting_values->has(variable->name))) {
 			continue;
 		}
 		const Array limits = run.limits_of(variable->name);
@@ -129,6 +141,9 @@ void MachineValues::start_attributes(SCMachine *machine) {
 }
 
 Variant MachineValues::bound_of(const String &typed) {
+	if (typed.is_empty()) {
+		return Variant();
+	}
 	const String text = typed.strip_edges();
 	if (text.is_empty()) {
 		return Variant();
@@ -157,32 +172,39 @@ bool MachineValues::holds_node_in(const Array &variables, const StringName &name
 }
 
 bool MachineValues::holds_whole(SCMachine *machine, const StringName &named) {
-	const Ref<SCMachineVariable> variable = find_in(machine->variables, named);
+	const Ref<SCMachineVariable> variable = find_in(machine->get_variables(), named);
 	return variable.is_valid() && variable->default_value.get_type() == Variant::INT;
 }
 
-void MachineValues::share_globals(SCMachine *machine) {
+void MachineValues::share_globals(SCMachine *machine, const Declared &declared) {
 	stop_sharing(machine);
-	Dictionary sharing = SharedMachineData::shared().sharing;
-	for (const Ref<SCMachineVariable> &variable : declared_in(machine->variables)) {
-		if (!variable->is_global) {
+	HashSet<StringName> &shares = machine->run().values.shares;
+	for (const Ref<SCMachineVariable> &variable : declared) {
+		if (!variable->is_global || shares.has(variable->name)) {
 			continue;
 		}
-		machine->run().values.shares.insert(variable->name);
+		shares.insert(variable->name);
+		Dictionary sharing = SharedMachineData::shared().sharing;
 		Array machines = sharing.get(variable->name, Array());
-		if (!machines.has(machine)) {
-			machines.push_back(machine);
-		}
+		machines.push_back(machine);
 		sharing[variable->name] = machines;
 	}
 }
 
 void MachineValues::stop_sharing(SCMachineBase *machine) {
-	Dictionary sharing = SharedMachineData::shared().sharing;
 	HashSet<StringName> &shares = machine->run().values.shares;
+	if (shares.is_empty()) {
+		return;
+	}
+	Dictionary sharing = SharedMachineData::shared().sharing;
 	for (const StringName &name : shares) {
 		Array machines = sharing.get(name, Array());
-		machines.erase(machine);
+		// A scene that ends takes its last machine out first: found at once, however many share the name.
+		if (!machines.is_empty() && machines.back().get_validated_object() == machine) {
+			machines.pop_back();
+		} else {
+			machines.erase(machine);
+		}
 		if (machines.is_empty()) {
 			sharing.erase(name);
 		}

@@ -3,6 +3,9 @@
 // What happens to a machine's values around its start: where they start, how they are limited, which
 // of them all machines share. SCMachine calls these; the values themselves live in its MachineRun.
 
+#include <godot_cpp/classes/ref.hpp>
+#include <godot_cpp/templates/hash_map.hpp>
+#include <godot_cpp/templates/local_vector.hpp>
 #include <godot_cpp/variant/array.hpp>
 #include <godot_cpp/variant/dictionary.hpp>
 #include <godot_cpp/variant/string.hpp>
@@ -13,15 +16,20 @@ using namespace godot;
 
 class SCMachine;
 class SCMachineBase;
+class SCMachineVariable;
 
 namespace MachineValues {
 
-// What `values` is set to as the machine starts: declared, then handed over, then put in unchecked.
-Dictionary starting_values_of(SCMachine *machine);
+using Declared = LocalVector<Ref<SCMachineVariable>>;
+// The variables of a list, without what is no variable.
+Declared declared_in(const Array &variables);
+
+// What the values are set to as the machine starts: declared, then handed over, then put in unchecked.
+HashMap<StringName, Variant> starting_values_of(SCMachine *machine, const Declared &declared);
 // Reads Never Below and Never Above of the declared variables, and applies them to the present values.
-void learn_limits(SCMachine *machine);
+void learn_limits(SCMachine *machine, const Declared &declared);
 // Only for a machine that carries nothing over: variables that start full, or at a share of their limit.
-void start_attributes(SCMachine *machine);
+void start_attributes(SCMachine *machine, const Declared &declared);
 
 // A text typed as a limit: nil when empty, a float, or the StringName of another variable.
 Variant bound_of(const String &typed);
@@ -33,7 +41,7 @@ bool holds_node_in(const Array &variables, const StringName &named);
 bool holds_whole(SCMachine *machine, const StringName &named);
 
 // Beside registering and forgetting the events of the design.
-void share_globals(SCMachine *machine);
+void share_globals(SCMachine *machine, const Declared &declared);
 void stop_sharing(SCMachineBase *machine);
 
 bool is_global_value(const StringName &named);

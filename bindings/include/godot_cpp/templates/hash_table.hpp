@@ -58,7 +58,8 @@ public:
 
 	// The engine's largest table has 1,610,612,741 slots, of which three quarters may be taken.
 	static constexpr uint32_t MAX_SIZE = 1207959555;
-	static constexpr uint32_t MIN_CAPACITY = 16;
+	// Small: most tables hold a few entries or none.
+	static constexpr uint32_t MIN_CAPACITY = 4;
 
 	HashTable() = default;
 	HashTable(const HashTable &) = delete;
