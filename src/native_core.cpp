@@ -127,26 +127,29 @@ class SetVariable : public SCNativeAction {
 	// Nearly all that is set every frame are numbers that stay the kind of number they are: those take a short way, without
 	// the engine's table of operators. False when this is something else.
 	static bool count(SCMachineBase *machine, const SCSetVariableAction &kind, double factor) {
-		const Variant now = machine->get_value(kind.variable_name);
-		if (!is_plain_number(now) || !is_plain_number(kind.value) || kind.operation == SCSetVariableAction::TOGGLE || kind.operation == SCSetVariableAction::SET) {
+		MachineRun &run = machine->run();
+		Variant *now = run.unguarded_value(kind.variable_name);
+		if (now == nullptr || !is_plain_number(*now) || !is_plain_number(kind.value) || kind.operation == SCSetVariableAction::TOGGLE || kind.operation == SCSetVariableAction::SET) {
 			return false;
 		}
-		const bool whole = now.get_type() == Variant::INT;
+		const bool whole = now->get_type() == Variant::INT;
 		if (whole && (kind.value.get_type() != Variant::INT || factor != 1.0)) {
 			return false;
 		}
 		if (whole) {
 			// Unsigned, as what is too big wraps around.
-			const uint64_t base = uint64_t(int64_t(now));
+			const uint64_t base = uint64_t(int64_t(*now));
 			const uint64_t amount = uint64_t(int64_t(kind.value));
 			const uint64_t answer = kind.operation == SCSetVariableAction::ADD ? base + amount : kind.operation == SCSetVariableAction::SUBTRACT ? base - amount : base * amount;
-			machine->set_value(kind.variable_name, int64_t(answer));
+			*now = int64_t(answer);
+			run.mark_values_changed();
 			return true;
 		}
-		const double base = now;
+		const double base = *now;
 		const double amount = kind.operation == SCSetVariableAction::MULTIPLY ? double(kind.value) : double(kind.value) * factor;
 		const double answer = kind.operation == SCSetVariableAction::ADD ? base + amount : kind.operation == SCSetVariableAction::SUBTRACT ? base - amount : base * amount;
-		machine->set_value(kind.variable_name, answer);
+		*now = answer;
+		run.mark_values_changed();
 		return true;
 	}
 

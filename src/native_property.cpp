@@ -7,6 +7,8 @@
 #include "native_names.hpp"
 #include "sc_machine_base.hpp"
 
+#include <godot_cpp/core/math.hpp>
+
 namespace {
 
 struct Names {
@@ -56,7 +58,28 @@ class SetProperty : public SCNativeAction {
 		return wanted;
 	}
 
+	// Endless is a value that some properties take; what is no number none does.
+	static bool has_a_nan(const Variant &value) {
+		switch (value.get_type()) {
+			case Variant::FLOAT:
+				return Math::is_nan(double(value));
+			case Variant::VECTOR2: {
+				const Vector2 flat = value;
+				return Math::is_nan(flat.x) || Math::is_nan(flat.y);
+			}
+			case Variant::VECTOR3: {
+				const Vector3 deep = value;
+				return Math::is_nan(deep.x) || Math::is_nan(deep.y) || Math::is_nan(deep.z);
+			}
+			default:
+				return false;
+		}
+	}
+
 	static String why(const Node *node, const Variant &value, const property_paths::Wanted &wanted) {
+		if (wanted.is_there && has_a_nan(value)) {
+			return "Value holds a number that is none, as 0 divided by 0 is";
+		}
 		if (wanted.type == Variant::NODE_PATH && (value.get_type() == Variant::STRING || value.get_type() == Variant::STRING_NAME)) {
 			return vformat("%s is no path to a node", value);
 		}
@@ -92,7 +115,7 @@ class SetProperty : public SCNativeAction {
 		const property_paths::Wanted wanted = wanted_in(slot, node, path);
 		const Variant value = setting_of<&SCSetPropertyAction::value>(action);
 		Variant fitted;
-		if (wanted.is_there && property_paths::fit(wanted, value, node, fitted)) {
+		if (wanted.is_there && !has_a_nan(value) && property_paths::fit(wanted, value, node, fitted)) {
 			node->set_indexed(path, fitted);
 		} else {
 			tell(machine, action, slot, node, value, wanted);

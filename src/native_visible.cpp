@@ -13,6 +13,7 @@
 #include <godot_cpp/classes/control.hpp>
 #include <godot_cpp/classes/property_tweener.hpp>
 #include <godot_cpp/classes/tween.hpp>
+#include <godot_cpp/classes/window.hpp>
 
 #include <cmath>
 
@@ -52,8 +53,12 @@ public:
 	T *get() const { return id.is_valid() ? Object::cast_to<T>(ObjectDB::get_instance(id)) : nullptr; }
 };
 
+bool is_main_window(const Node *node) {
+	return node->get_parent() == nullptr && Object::cast_to<Window>(node) != nullptr;
+}
+
 bool can_be_shown(const Node *node) {
-	return node != nullptr && node->get(names().visible).get_type() == Variant::BOOL;
+	return node != nullptr && !is_main_window(node) && node->get(names().visible).get_type() == Variant::BOOL;
 }
 
 void show_at_once(Node *node, bool on) {

@@ -57,9 +57,9 @@ bool SCMachineAction::wants_physics() {
 	return GDVIRTUAL_CALL(_wants_physics, answer) ? answer : wants_physics_default();
 }
 
-bool SCMachineAction::uses_run_mode() {
+bool SCMachineAction::ask_uses_run_mode() {
 	bool answer = false;
-	return !kind_alone && GDVIRTUAL_CALL(_uses_run_mode, answer) ? answer : uses_run_mode_default();
+	return GDVIRTUAL_CALL(_uses_run_mode, answer) ? answer : uses_run_mode_default();
 }
 
 bool SCMachineAction::finishes_as_it_starts() {
@@ -82,9 +82,9 @@ String SCMachineAction::holds_its_state() {
 	return GDVIRTUAL_CALL(_holds_its_state, answer) ? answer : holds_its_state_default();
 }
 
-bool SCMachineAction::repeats() {
+bool SCMachineAction::ask_repeats() {
 	bool answer = false;
-	return !kind_alone && GDVIRTUAL_CALL(_repeats, answer) ? answer : repeats_default();
+	return GDVIRTUAL_CALL(_repeats, answer) ? answer : repeats_default();
 }
 
 PackedStringArray SCMachineAction::variables_to_watch() {
@@ -310,7 +310,7 @@ void SCMachineAction::_bind_methods() {
 	table.setting<&SCMachineAction::wait_for_previous>("wait_for_previous", "Only run once the action above this one in the list has finished.");
 	table.setting<&SCMachineAction::disabled>("disabled", "Skip this action without deleting it.");
 	table.setting<&SCMachineAction::display_name>("display_name", "The name on the state's list of actions. Empty uses the action's type.");
-	table.setting<&SCMachineAction::from_variables>("from_variables", { PROPERTY_HINT_DICTIONARY_TYPE, "StringName;StringName", PROPERTY_USAGE_STORAGE }, "Which settings are read from a variable of the machine, and from which: setting name to variable name.");
+	table.property("from_variables", PropertyInfo(Variant::DICTIONARY, "from_variables", PROPERTY_HINT_DICTIONARY_TYPE, "StringName;StringName", PROPERTY_USAGE_STORAGE), &SCMachineAction::set_from_variables, &SCMachineAction::get_from_variables, "Which settings are read from a variable of the machine, and from which: setting name to variable name.");
 	ClassDB::bind_method(D_METHOD("get_typed_in"), &SCMachineAction::take_field<&SCMachineAction::typed_in>);
 	ClassDB::add_property("SCMachineAction", PropertyInfo(Variant::DICTIONARY, "_typed_in", PROPERTY_HINT_DICTIONARY_TYPE, "StringName;Variant", PROPERTY_USAGE_NONE), "", "get_typed_in");
 

@@ -28,6 +28,7 @@ public:
 	bool wait_for_previous = false;
 	bool disabled = false;
 	String display_name;
+	// Whoever changes it here says so to note_bindings().
 	TypedDictionary<StringName, StringName> from_variables;
 	// What each bound setting was typed in as, remembered before it is first overwritten.
 	TypedDictionary<StringName, Variant> typed_in;
@@ -40,12 +41,12 @@ public:
 	void exit(SCMachineBase *machine, int index);
 	String summary();
 	bool wants_physics();
-	bool uses_run_mode();
+	bool uses_run_mode() { return kind_alone ? uses_run_mode_default() : ask_uses_run_mode(); }
 	bool finishes_as_it_starts();
 	bool works_after_finishing();
 	bool needs_every_tick();
 	String holds_its_state();
-	bool repeats();
+	bool repeats() { return kind_alone ? repeats_default() : ask_repeats(); }
 	PackedStringArray variables_to_watch();
 	PackedStringArray variables_read();
 	PackedStringArray variables_written();
@@ -80,7 +81,18 @@ public:
 	bool has_enter();
 	bool has_update();
 	bool has_exit();
-	bool reads_variables() const { return !from_variables.is_empty(); }
+	// Asked before each call of the action. As long as nobody has been given the dictionary it is empty, and the engine need
+	// not be asked.
+	bool reads_variables() const { return bindings_known_elsewhere && !from_variables.is_empty(); }
+	void note_bindings() const { bindings_known_elsewhere = true; }
+	TypedDictionary<StringName, StringName> get_from_variables() const {
+		note_bindings();
+		return from_variables;
+	}
+	void set_from_variables(const TypedDictionary<StringName, StringName> &bindings) {
+		note_bindings();
+		from_variables = bindings;
+	}
 	bool is_typed_in(const StringName &setting) const;
 	// The line the graph draws.
 	String shown_summary();
@@ -121,11 +133,15 @@ protected:
 	GDVIRTUAL2R(String, _live_words, SCMachine *, String)
 
 private:
+	bool ask_uses_run_mode();
+	bool ask_repeats();
+
 	// A file of a script-based action sets this before the script is attached.
 	int pending_run_mode = -1;
 	TypedArray<StringName> used;
 	bool used_known = false;
 	bool kind_alone = false;
+	mutable bool bindings_known_elsewhere = false;
 
 	void reapply_run_mode();
 	static void bind_operations();

@@ -1,5 +1,6 @@
 #include "sc_fast_lane.hpp"
 
+#include "fast_lane/engine_calls.hpp"
 #include "machine/companion_scripts.hpp"
 #include "sc_machine_base.hpp"
 
@@ -25,24 +26,6 @@ const LaneNames &names() {
 }
 
 } // namespace
-
-class SCFastLane::Pass {
-	Life *life;
-
-public:
-	explicit Pass(Life *passed) :
-			life(passed) { life->passes++; }
-	~Pass() {
-		life->passes--;
-		if (lane_gone() && life->passes == 0) {
-			memdelete(life);
-		}
-	}
-	Pass(const Pass &) = delete;
-	Pass &operator=(const Pass &) = delete;
-
-	bool lane_gone() const { return life->lane_gone; }
-};
 
 SCFastLane::SCFastLane() :
 		life(memnew(Life)) {}
@@ -74,28 +57,34 @@ void SCFastLane::free_shared() {
 FastLaneJob *SCFastLane::new_job(FastLaneJob::Kind kind, bool physics, Object *p_machine, Object *p_body) {
 	ERR_FAIL_NULL_V(p_machine, nullptr);
 	ERR_FAIL_NULL_V(p_body, nullptr);
+	ERR_FAIL_COND_V_MSG(!engine_calls::prepare(), nullptr, "This engine has not the methods that move and place nodes.");
 	if (unused.is_empty() && over > 0) {
 		reclaim_forgotten();
 	}
 	uint32_t number = jobs.size();
 	if (unused.is_empty()) {
 		jobs.push_back(FastLaneJob());
+		rests.push_back(FastLaneJobRest());
 	} else {
 		number = unused[unused.size() - 1];
 		unused.resize(unused.size() - 1);
 		jobs[number] = FastLaneJob();
+		rests[number] = FastLaneJobRest();
 	}
 	FastLaneJob &job = jobs[number];
 	job.kind = kind;
-	job.stage = FastLaneJob::RUNNING;
+	job.stage = FastLaneJob::JUST_MADE;
 	job.physics = physics;
-	job.made_at = steps_of(job);
+	rests[number].made_at = steps_of(job);
 	job.machine = ObjectID(p_machine->get_instance_id());
-	job.machine_is_node = Object::cast_to<Node>(p_machine) != nullptr;
-	job.machine_has_values = Object::cast_to<SCMachineBase>(p_machine) != nullptr;
-	job.body = ObjectID(p_body->get_instance_id());
-	job.body_is_node = Object::cast_to<Node>(p_body) != nullptr;
-	job.body_side = spots::side_of(p_body);
+	if (const SCMachineBase *ours = Object::cast_to<SCMachineBase>(p_machine)) {
+		job.run = &ours->run();
+	}
+	// What is no node is never found, which ends the job as if it had gone.
+	if (Object::cast_to<Node>(p_body) != nullptr) {
+		job.body = ObjectID(p_body->get_instance_id());
+		job.body_side = spots::side_of(p_body);
+	}
 	running++;
 	if (physics) {
 		running_in_physics++;
@@ -107,21 +96,22 @@ FastLaneJob *SCFastLane::new_job(FastLaneJob::Kind kind, bool physics, Object *p
 }
 
 int32_t SCFastLane::add_distance_check(bool physics, Object *machine, Object *body, const StringName &group, Object *to_node, double distance, bool ignore_height, const StringName &true_event, const StringName &false_event, int32_t last) {
-	FastLaneJob *job = new_job(FastLaneJob::DISTANCE_CHECK, physics, machine, body);
+	FastLaneJob *job = new_job(to_node != nullptr ? FastLaneJob::CHECK_OF_NODE : FastLaneJob::CHECK_OF_GROUP, physics, machine, body);
 	if (job == nullptr) {
 		return NO_JOB;
 	}
-	job->group = group;
 	if (to_node != nullptr) {
-		job->has_to_node = true;
-		job->to_node = ObjectID(to_node->get_instance_id());
-		job->to_side = spots::side_of(to_node);
+		job->other = ObjectID(to_node->get_instance_id());
+		job->other_side = spots::side_of(to_node);
+	} else {
+		job->group = groups.number_of(group);
 	}
-	job->distance = distance;
+	job->reach = distance < 0.0 ? distance : distance * distance;
 	job->ignore_height = ignore_height;
-	job->true_event = true_event;
-	job->false_event = false_event;
-	job->last = last;
+	job->told = last == 0 || last == 1 ? int8_t(last) : FastLaneJob::NOT_YET_KNOWN;
+	FastLaneJobRest &rest = rest_of(job);
+	rest.true_event = true_event;
+	rest.false_event = false_event;
 	return number_of(job);
 }
 
@@ -132,9 +122,9 @@ int32_t SCFastLane::add_chase(bool physics, Object *machine, Object *body, const
 	}
 	job->target_variable = target_variable;
 	job->speed = speed;
-	job->stop_within = stop_within;
-	job->reached_event = reached_event;
-	job->there = there;
+	job->reach = stop_within;
+	job->told = int8_t(there);
+	rest_of(job).reached_event = reached_event;
 	return number_of(job);
 }
 
@@ -143,15 +133,16 @@ int32_t SCFastLane::add_wander(bool physics, Object *machine, Object *body, cons
 	if (job == nullptr) {
 		return NO_JOB;
 	}
-	spots::from_value(home, job->home);
-	job->radius = radius;
+	job->reach = arrive_within;
 	job->speed = speed;
-	job->arrive_within = arrive_within;
-	job->pause_for = pause_for;
-	job->extra_pause = extra_pause;
-	job->waited = waited;
-	job->pause = pause;
-	job->walking = spots::from_value(place, job->place);
+	FastLaneJobRest &rest = rest_of(job);
+	spots::from_value(home, rest.home);
+	rest.radius = radius;
+	rest.pause_for = pause_for;
+	rest.extra_pause = extra_pause;
+	rest.waited = waited;
+	rest.pause = pause;
+	rest.walking = spots::from_value(place, rest.place);
 	return number_of(job);
 }
 
@@ -159,7 +150,7 @@ void SCFastLane::remove(int64_t number) {
 	if (number < 0 || number >= int64_t(jobs.size())) {
 		return;
 	}
-	if (jobs[uint32_t(number)].stage == FastLaneJob::RUNNING) {
+	if (jobs[uint32_t(number)].stage >= FastLaneJob::JUST_MADE) {
 		end(uint32_t(number), true);
 	} else if (jobs[uint32_t(number)].stage == FastLaneJob::OVER) {
 		jobs[uint32_t(number)].stage = FastLaneJob::UNUSED;
@@ -190,46 +181,6 @@ void SCFastLane::reclaim_forgotten() {
 		if (jobs[number].stage == FastLaneJob::OVER && ObjectDB::get_instance(jobs[number].machine) == nullptr) {
 			remove(number);
 		}
-	}
-}
-
-// False when the lane has gone meanwhile.
-template <class Wanted>
-bool SCFastLane::run_jobs(double delta, bool by_hand, const Wanted &wanted) {
-	Pass pass(life);
-	for (uint32_t number = 0; !pass.lane_gone() && number < jobs.size(); number++) {
-		const FastLaneJob &job = jobs[number];
-		// In the step in which a job was made, its action has done the work itself.
-		if (job.stage == FastLaneJob::RUNNING && wanted(job) && job.made_at != steps_of(job)) {
-			run(number, delta, by_hand);
-		}
-	}
-	return !pass.lane_gone();
-}
-
-void SCFastLane::_process(double delta) {
-	if (running == running_in_physics) {
-		set_process(false);
-	} else if (run_jobs(delta, false, [](const FastLaneJob &job) { return !job.physics; })) {
-		frame_steps++;
-	}
-}
-
-void SCFastLane::_physics_process(double delta) {
-	if (running_in_physics == 0) {
-		set_physics_process(false);
-	} else if (run_jobs(delta, false, [](const FastLaneJob &job) { return job.physics; })) {
-		physics_steps++;
-	}
-}
-
-void SCFastLane::step_machine(Object *machine, double step) {
-	if (machine == nullptr) {
-		return;
-	}
-	const ObjectID stepped = ObjectID(machine->get_instance_id());
-	if (run_jobs(step, true, [stepped](const FastLaneJob &job) { return job.machine == stepped; })) {
-		steps_by_hand++;
 	}
 }
 

@@ -56,21 +56,29 @@ private:
 	};
 	class Pass;
 
-	template <class Wanted>
-	bool run_jobs(double delta, bool by_hand, const Wanted &wanted);
-
 	FastLaneJob *new_job(FastLaneJob::Kind kind, bool physics, Object *machine, Object *body);
 	int32_t number_of(const FastLaneJob *job) const { return int32_t(job - jobs.ptr()); }
+	FastLaneJobRest &rest_of(const FastLaneJob *job) { return rests[uint32_t(number_of(job))]; }
 	void reclaim_forgotten();
 	void end(uint32_t number, bool machine_gone);
 	uint64_t steps_of(const FastLaneJob &job) const { return job.physics ? physics_steps : frame_steps; }
 
-	void run(uint32_t number, double delta, bool by_hand);
-	void check_distance(FastLaneJob &job, Object *machine, Object *body);
-	static void chase(FastLaneJob &job, Object *machine, Object *body, double delta);
-	static void wander(FastLaneJob &job, Object *body, double delta);
+	// Whose jobs a pass is for.
+	enum Turn {
+		OF_FRAME,
+		OF_PHYSICS,
+		OF_ONE_MACHINE,
+	};
+	bool run_jobs(double delta, Turn turn, ObjectID stepped = ObjectID());
+	void fetch_ahead(uint32_t number) const;
+	void run(FastLaneJob &job, GDExtensionObjectPtr body, double delta);
+	void check_distance(FastLaneJob &job, GDExtensionObjectPtr body);
+	void chase(FastLaneJob &job, GDExtensionObjectPtr body, double delta);
+	void wander(FastLaneJob &job, GDExtensionObjectPtr body, double delta);
 
 	LocalVector<FastLaneJob> jobs;
+	// By the same numbers.
+	LocalVector<FastLaneJobRest> rests;
 	LocalVector<uint32_t> unused;
 	GroupSnapshots groups;
 	uint32_t running = 0;

@@ -7,8 +7,6 @@
 #include <godot_cpp/classes/scene_tree.hpp>
 #include <godot_cpp/core/object.hpp>
 
-#include <utility>
-
 SCMachineBase::SCMachineBase() {
 	machine_run = memnew(MachineRun(this));
 }
@@ -39,6 +37,9 @@ void SCMachineBase::_physics_process(double delta) {
 
 void SCMachineBase::_notification(int what) {
 	switch (what) {
+		case NOTIFICATION_READY:
+			machine_run->forget_lanes_known();
+			break;
 		case NOTIFICATION_ENABLED:
 		case NOTIFICATION_DISABLED:
 		case NOTIFICATION_ENTER_TREE:
@@ -170,10 +171,10 @@ StringName SCMachineBase::last_event() const {
 }
 
 void SCMachineBase::send_event(StringName event_name, Variant data) {
-	machine_run->send_event(std::move(event_name), std::move(data));
+	machine_run->send_event(event_name, data);
 }
 
-void SCMachineBase::send_event_from_signal(const StringName &event_name, const Variant &data) {
+void SCMachineBase::send_event_from_signal(StringName event_name, Variant data) {
 	machine_run->send_event_from_signal(event_name, data);
 }
 
@@ -379,12 +380,12 @@ void SCMachineBase::core_set_resume_when_left(bool on) {
 	machine_run->set_resume_when_left(on);
 }
 
-void SCMachineBase::core_system_event(const StringName &event_name, const Variant &data) {
+void SCMachineBase::core_system_event(StringName event_name, Variant data) {
 	machine_run->system_event(event_name, data);
 }
 
-void SCMachineBase::core_take_event_deferred(const StringName &event_name, const Variant &data) {
-	machine_run->take_event_deferred(event_name, data);
+void SCMachineBase::core_take_event_deferred(StringName event_name, Variant data) {
+	machine_run->take_event(event_name, data, false);
 }
 
 StringName SCMachineBase::core_last_event_name() const {

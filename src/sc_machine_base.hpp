@@ -71,8 +71,9 @@ public:
 	Ref<Resource> previous_state() const;
 	StringName last_event() const;
 
+	// By value, as whoever sends an event may change what it was sent with while it is being heard.
 	void send_event(StringName event_name, Variant data = Variant());
-	void send_event_from_signal(const StringName &event_name, const Variant &data = Variant());
+	void send_event_from_signal(StringName event_name, Variant data = Variant());
 	static void broadcast_everywhere(const StringName &event_name, const Variant &data = Variant());
 	static bool core_is_global_event(const StringName &event_name);
 	static void set_quest_events(const Array &quest_events);
@@ -130,8 +131,8 @@ public:
 	void core_clear_resume_states();
 	bool core_leaving() const;
 	void core_set_resume_when_left(bool on);
-	void core_system_event(const StringName &event_name, const Variant &data);
-	void core_take_event_deferred(const StringName &event_name, const Variant &data);
+	void core_system_event(StringName event_name, Variant data);
+	void core_take_event_deferred(StringName event_name, Variant data);
 	StringName core_last_event_name() const;
 	Array core_listening_for() const;
 	void core_register_globals(const Array &design, const Array &global_names);

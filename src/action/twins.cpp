@@ -86,6 +86,9 @@ bool set(Object *object, const StringName &property, const Variant &value) {
 	const StringName variable = value;
 	if (!variable.is_empty()) {
 		(*fields.from_variables)[*setting] = variable;
+		if (const SCMachineAction *action = Object::cast_to<SCMachineAction>(object)) {
+			action->note_bindings();
+		}
 	} else {
 		fields.from_variables->erase(*setting);
 		if (fields.typed_in->has(*setting)) {

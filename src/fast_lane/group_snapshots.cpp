@@ -3,26 +3,33 @@
 #include <godot_cpp/classes/scene_tree.hpp>
 #include <godot_cpp/variant/typed_array.hpp>
 
-const GroupSnapshots::Members &GroupSnapshots::members(const StringName &group, const Node *asked_by, uint64_t clock) {
-	Snapshot &snapshot = snapshots[group];
-	if (snapshot.built_at == clock) {
-		return snapshot.members;
+uint32_t GroupSnapshots::number_of(const StringName &group) {
+	if (const uint32_t *known = numbers.getptr(group)) {
+		return *known;
 	}
-	snapshot.built_at = clock;
+	const uint32_t number = snapshots.size();
+	snapshots.push_back(Snapshot());
+	snapshots[number].group = group;
+	numbers.insert(group, number);
+	return number;
+}
+
+void GroupSnapshots::read(Snapshot &snapshot, const Node *asked_by) {
 	snapshot.members.clear();
-	if (group.is_empty() || !asked_by->is_inside_tree()) {
-		return snapshot.members;
+	if (snapshot.group.is_empty() || !asked_by->is_inside_tree()) {
+		return;
 	}
-	const TypedArray<Node> nodes = asked_by->get_tree()->get_nodes_in_group(group);
+	const TypedArray<Node> nodes = asked_by->get_tree()->get_nodes_in_group(snapshot.group);
 	const int64_t count = nodes.size();
 	for (int64_t i = 0; i < count; i++) {
 		const Object *node = nodes[i].get_validated_object();
-		Member member;
-		member.side = spots::side_of(node);
-		if (member.side != spots::NOWHERE && spots::read(node, member.side, member.spot)) {
-			member.id = node->get_instance_id();
-			snapshot.members.push_back(member);
+		const spots::Side side = spots::side_of(node);
+		if (side == spots::NOWHERE) {
+			continue;
+		}
+		Vector3 spot;
+		if (spots::read(node, side, spot)) {
+			snapshot.members.push_back({ ObjectID(node->get_instance_id()), side, spot });
 		}
 	}
-	return snapshot.members;
 }

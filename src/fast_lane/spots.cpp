@@ -6,26 +6,6 @@
 #include <godot_cpp/variant/utility_functions.hpp>
 #include <godot_cpp/variant/vector2.hpp>
 
-#include <cmath>
-
-namespace {
-
-constexpr double SHORTEST_DELTA = 0.0001;
-
-// What is crossed on the ground: x and y in 2D, x and z in 3D.
-struct Offset {
-	double x;
-	double along;
-	double length;
-
-	Offset(const Vector3 &from, const Vector3 &to, spots::Side side) :
-			x(double(to.x) - double(from.x)),
-			along(side == spots::IN_2D ? double(to.y) - double(from.y) : double(to.z) - double(from.z)),
-			length(std::sqrt(x * x + along * along)) {}
-};
-
-} // namespace
-
 spots::Side spots::side_of(const Object *object) {
 	if (Object::cast_to<Node2D>(object) != nullptr) {
 		return IN_2D;
@@ -55,14 +35,6 @@ bool spots::read(const Object *node, Side side, Vector3 &spot) {
 	return true;
 }
 
-void spots::put(Object *node, Side side, const Vector3 &spot) {
-	if (side == IN_2D) {
-		static_cast<Node2D *>(node)->set_global_position(Vector2(spot.x, spot.y));
-	} else if (side == IN_3D) {
-		static_cast<Node3D *>(node)->set_global_position(spot);
-	}
-}
-
 bool spots::from_value(const Variant &value, Vector3 &spot) {
 	switch (value.get_type()) {
 		case Variant::VECTOR2:
@@ -78,30 +50,6 @@ bool spots::from_value(const Variant &value, Vector3 &spot) {
 		default:
 			return false;
 	}
-}
-
-double spots::flat_distance(const Vector3 &from, const Vector3 &to, Side side) {
-	return Offset(from, to, side).length;
-}
-
-double spots::full_distance(const Vector3 &from, const Vector3 &to) {
-	const double x = double(to.x) - double(from.x);
-	const double y = double(to.y) - double(from.y);
-	const double z = double(to.z) - double(from.z);
-	return std::sqrt(x * x + y * y + z * z);
-}
-
-Vector3 spots::step_toward(const Vector3 &from, const Vector3 &to, Side side, double speed, double delta) {
-	const Offset offset(from, to, side);
-	if (!(offset.length > 0.0)) {
-		return from;
-	}
-	const double share = MIN(speed, offset.length / MAX(delta, SHORTEST_DELTA)) * delta / offset.length;
-	Vector3 after = from;
-	after.x = real_t(double(from.x) + offset.x * share);
-	real_t &along = side == IN_2D ? after.y : after.z;
-	along = real_t(double(along) + offset.along * share);
-	return after;
 }
 
 // The order of the random numbers is kept, so that a seeded game wanders the same way each time.

@@ -26,10 +26,7 @@ void read_variables_of(const ActionEntry &entry, SCMachineBase *machine) {
 } // namespace
 
 // A game may change these three while the machine runs, so they are read at each use.
-bool MachineRun::is_disabled(const ActionEntry &entry) const {
-	if (entry.compiled != nullptr) {
-		return entry.compiled->disabled;
-	}
+bool MachineRun::says_it_is_disabled(const ActionEntry &entry) const {
 	return entry.object == nullptr || entry.object->get(MachineNames::shared().disabled).booleanize();
 }
 

@@ -309,8 +309,14 @@ void MachineRun::finish_entering(const LocalVector<RunRow *> &fresh, Resource *e
 	const DesignIndex held = index;
 	const Ref<Resource> kept_old = kept_current;
 	Resource *previous = explicit_previous != nullptr ? explicit_previous : current;
-	const RunRow *deepest = fresh[0]->live && fresh[0]->in_a_branch() ? fresh[0]->deepest_first() : root->deepest_first();
-	make_current(deepest->state.ptr());
+	RunRow *deepest = fresh[0]->live && fresh[0]->in_a_branch() ? fresh[0]->deepest_first() : root->deepest_first();
+	if (deepest->kept_by_index == 0 || deepest->kept_by_index != index.number()) {
+		make_current(deepest->state.ptr());
+		deepest->kept_by_index = kept_current.is_null() ? index.number() : 0;
+	} else {
+		kept_current.unref();
+		current = deepest->state.ptr();
+	}
 
 	// 2. Every new row remembers where it came from.
 	for (RunRow *row : fresh) {

@@ -165,6 +165,7 @@ ActionEntry action_entry(const Variant &element, PackedStringArray &watched) {
 	entry.compiled = Object::cast_to<SCMachineAction>(object);
 	entry.runtime = SCNativeActions::of_action(object);
 	if (SCMachineAction *action = entry.compiled) {
+		entry.disabled = &action->disabled;
 		action->note_kind_alone(entry.runtime != nullptr);
 		entry.wants_physics = action->wants_physics();
 		entry.needs_every_tick = action->has_update() && action->needs_every_tick();
@@ -247,8 +248,10 @@ void CompiledDesign::forget_state(uint64_t state_id) {
 }
 
 void CompiledDesign::free_shared() {
-	if (tables != nullptr) {
-		memdelete(tables);
-		tables = nullptr;
+	// The last reference to a state may lie in a table, and a state that ends asks for its records here.
+	Tables *former = tables;
+	tables = nullptr;
+	if (former != nullptr) {
+		memdelete(former);
 	}
 }

@@ -43,6 +43,8 @@ struct ActionEntry {
 	Object *object = nullptr;
 	// The same object when it is the compiled class, whose members are read directly.
 	SCMachineAction *compiled = nullptr;
+	// Where that says whether it is switched off, which may change at any time.
+	const bool *disabled = nullptr;
 	const NativeEntry *runtime = nullptr;
 	bool wants_physics = false;
 	bool needs_every_tick = false;

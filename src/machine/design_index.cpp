@@ -34,6 +34,11 @@ Array states_of(Object *region) {
 
 } // namespace
 
+DesignIndex::Record::Record() {
+	static uint64_t last_number = 0;
+	number = ++last_number;
+}
+
 DesignIndex::Record::~Record() {
 	for (IndexedState *state : states) {
 		memdelete(state);
@@ -56,6 +61,7 @@ void DesignIndex::Record::put_below(const IndexedState *parent, const Array &ins
 		const Ref<Resource> state = inside[i];
 		if (state.is_valid()) {
 			add(state)->parent = parent;
+			is_flat = false;
 		}
 	}
 }
@@ -125,6 +131,10 @@ Resource *DesignIndex::parent_of(const Resource *state) const {
 
 void DesignIndex::path_to(Resource *state, LocalVector<Resource *> &path) const {
 	path.clear();
+	if (record == nullptr || record->is_flat) {
+		path.push_back(state);
+		return;
+	}
 	for (Resource *at = state; at != nullptr; at = parent_of(at)) {
 		if (path.has(at)) {
 			break;

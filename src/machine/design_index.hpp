@@ -5,6 +5,8 @@
 // while a game's code may run can go on with the states found in it, even if the machine has begun
 // anew with another design meanwhile.
 
+#include "machine/name_map.hpp"
+
 #include <godot_cpp/classes/resource.hpp>
 #include <godot_cpp/templates/hash_map.hpp>
 #include <godot_cpp/templates/local_vector.hpp>
@@ -20,10 +22,15 @@ struct IndexedState {
 class DesignIndex {
 	struct Record {
 		uint32_t holders = 1;
+		// No state lies within another.
+		bool is_flat = true;
+		// Never given twice.
+		uint64_t number = 0;
 		LocalVector<IndexedState *> states;
-		HashMap<StringName, IndexedState *> by_name;
+		NameMap<IndexedState *> by_name;
 		HashMap<const Resource *, IndexedState *> by_state;
 
+		Record();
 		~Record();
 		IndexedState *add(const Ref<Resource> &state);
 		void put_below(const IndexedState *parent, const Array &inside);
@@ -41,6 +48,8 @@ public:
 
 	void build(const Array &design);
 	bool has_names() const { return record != nullptr && !record->by_name.is_empty(); }
+	// Tells this index from every other, for whoever remembers what was found in it; 0 for none.
+	uint64_t number() const { return record != nullptr ? record->number : 0; }
 	bool has(const Resource *state) const { return record != nullptr && record->by_state.has(state); }
 	// Null for what is not in the design.
 	Resource *find(const StringName &state_name) const;

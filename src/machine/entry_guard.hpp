@@ -13,6 +13,7 @@ using namespace godot;
 
 class EntryGuard {
 	static constexpr int64_t FRAME_FACTOR = 100;
+	static constexpr int64_t MOST_STATES = 100'000;
 
 	int64_t chain_count = 0;
 	int64_t frame_count = 0;
@@ -23,8 +24,9 @@ class EntryGuard {
 	int64_t loop_limit = 50;
 
 public:
-	// At least one state has to be entered, and the count of a frame has to fit.
-	void set_limit(int64_t states) { loop_limit = CLAMP(states, int64_t(1), INT64_MAX / FRAME_FACTOR); }
+	// At least one state has to be entered. No design goes through more than the most within a frame, and a circle that is
+	// stopped only there still ends within a fraction of a second.
+	void set_limit(int64_t states) { loop_limit = CLAMP(states, int64_t(1), MOST_STATES); }
 
 	// Counts one entry in the frame `now`, where a physics frame is one of its own. Answers 0 when it is allowed, else how
 	// many states were entered before it.

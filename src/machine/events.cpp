@@ -13,8 +13,6 @@
 
 #include <godot_cpp/variant/utility_functions.hpp>
 
-#include <utility>
-
 namespace {
 
 Array transitions_of(const Variant &state) {
@@ -51,7 +49,7 @@ bool has_live_child(const RunRow *row) {
 
 } // namespace
 
-void MachineRun::send_event(StringName event, Variant data) {
+void MachineRun::send_event(const StringName &event, const Variant &data) {
 	if (event.is_empty()) {
 		return;
 	}
@@ -59,17 +57,17 @@ void MachineRun::send_event(StringName event, Variant data) {
 	if (registry.is_quest_event(event)) {
 		Busy keep(*this);
 		call_node(MachineNames::shared().quest_heard, event);
-		send_past_quests(std::move(event), std::move(data));
+		send_past_quests(event, data);
 		return;
 	}
-	send_past_quests(std::move(event), std::move(data));
+	send_past_quests(event, data);
 }
 
-void MachineRun::send_past_quests(StringName event, Variant data) {
+void MachineRun::send_past_quests(const StringName &event, const Variant &data) {
 	if (EventRegistry::shared().is_global(event)) {
 		EventRegistry::broadcast(event, data);
 	} else {
-		take_event(std::move(event), std::move(data), false);
+		take_event(event, data, false);
 	}
 }
 
@@ -112,7 +110,7 @@ void MachineRun::system_event(const StringName &event, const Variant &data) {
 	take_event(event, data, false);
 }
 
-void MachineRun::take_event(StringName name, Variant carried, bool global) {
+void MachineRun::take_event(const StringName &name, const Variant &carried, bool global) {
 	if (node == nullptr || name.is_empty()) {
 		return;
 	}

@@ -3,9 +3,14 @@
 #include "machine/machine_run.hpp"
 #include "machine/measuring.hpp"
 #include "machine/names.hpp"
+#include "sc_action.hpp"
 #include "sc_machine_base.hpp"
+#include "sc_native_actions.hpp"
+
+MachineRun *MachineRun::called_before = nullptr;
 
 void MachineRun::frame(Lane lane, double delta) {
+	call_order.fetch_next();
 	Measured measured(lane == LANE_PHYSICS);
 	if (current == nullptr || paused) {
 		return;
@@ -18,27 +23,35 @@ void MachineRun::frame(Lane lane, double delta) {
 	clock.seconds += delta;
 	run_lane(lane, delta);
 	send_changed_values();
+	note_call_order();
+}
+
+void MachineRun::note_call_order() {
+	if (called_before != nullptr && called_before != this && node != nullptr) {
+		CallOrder &order = called_before->call_order;
+		order.note(CallOrder::NODE, node);
+		order.note(CallOrder::RUN, this);
+		order.note(CallOrder::ROW, root);
+		order.note(CallOrder::ACTIONS, root != nullptr ? root->runs.ptr() : nullptr);
+		order.note(CallOrder::VALUES, values.table.begin());
+	}
+	called_before = this;
 }
 
 // A pass works on copies: of the rows, and of each row's list of actions. A change of state during
 // the pass adds rows that are not in it and kills rows that it then skips.
 void MachineRun::run_lane(Lane lane, double delta) {
-	ScratchLists<RunRow *>::Borrowed pass(RunScratch::shared().rows);
-	for (RunRow *row : live_rows()) {
-		pass.list.push_back(row);
-	}
+	RunScratch &scratch = RunScratch::shared();
+	const ScratchLists<RunRow *>::Copy<RowList> pass(scratch.rows, live_rows());
 	bool something_finished = false;
 	bool something_started = false;
-	for (RunRow *row : pass.list) {
+	for (RunRow *row : pass) {
 		if (!row->live || row->lanes[lane].is_empty()) {
 			continue;
 		}
-		ScratchLists<int>::Borrowed actions(RunScratch::shared().actions);
-		for (const int action : row->lanes[lane]) {
-			actions.list.push_back(action);
-		}
+		const ScratchLists<int>::Copy<ActionList> actions(scratch.actions, row->lanes[lane]);
 		RunningAs as(*this, row);
-		for (const int action : actions.list) {
+		for (const int action : actions) {
 			const ActionEntry &entry = row->table->actions[action];
 			ActionRun &memory = row->runs[action];
 			if (is_disabled(entry)) {
@@ -54,7 +67,7 @@ void MachineRun::run_lane(Lane lane, double delta) {
 					continue;
 				}
 				double elapsed = delta;
-				const double interval = interval_of(entry);
+				const double interval = entry.compiled != nullptr ? entry.compiled->update_interval : interval_of(entry);
 				if (interval > 0.0) {
 					memory.interval_sum += delta;
 					if (memory.interval_sum < interval) {
@@ -63,7 +76,14 @@ void MachineRun::run_lane(Lane lane, double delta) {
 					elapsed = memory.interval_sum;
 					memory.interval_sum = 0.0;
 				}
-				call_update(row, action, elapsed);
+				// What nearly all are: a compiled kind with its own settings.
+				if (entry.runtime != nullptr && entry.compiled != nullptr && !entry.compiled->reads_variables()) {
+					if (entry.runtime->has_update) {
+						entry.runtime->runtime->update(node, entry.compiled, action, elapsed);
+					}
+				} else {
+					call_update(row, action, elapsed);
+				}
 			}
 			if (current == nullptr) {
 				return;
@@ -96,6 +116,19 @@ void MachineRun::run_lane(Lane lane, double delta) {
 	}
 }
 
+void MachineRun::switch_lane(Lane lane, bool on) {
+	if (lane_known[lane] && lane_on[lane] == on) {
+		return;
+	}
+	if (lane == LANE_FRAME) {
+		node->set_process(on);
+	} else {
+		node->set_physics_process(on);
+	}
+	lane_known[lane] = true;
+	lane_on[lane] = on;
+}
+
 // Called after anything that can change what must tick, never per frame.
 void MachineRun::refresh_lanes() {
 	values.watching = false;
@@ -124,14 +157,8 @@ void MachineRun::refresh_lanes() {
 		}
 	}
 	if (node != nullptr) {
-		const bool frames = wanted[LANE_FRAME] && !paused;
-		const bool physics = wanted[LANE_PHYSICS] && !paused;
-		if (node->is_processing() != frames) {
-			node->set_process(frames);
-		}
-		if (node->is_physics_processing() != physics) {
-			node->set_physics_process(physics);
-		}
+		switch_lane(LANE_FRAME, wanted[LANE_FRAME] && !paused);
+		switch_lane(LANE_PHYSICS, wanted[LANE_PHYSICS] && !paused);
 	}
 	keep_clock_honest(wanted[main_lane()]);
 }

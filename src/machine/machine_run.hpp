@@ -17,6 +17,7 @@
 //  - What comes back later (a timer, a signal, a held event) carries the serial of its row, which
 //    no other row ever gets again.
 
+#include "machine/call_order.hpp"
 #include "machine/design_index.hpp"
 #include "machine/entry_guard.hpp"
 #include "machine/event_state.hpp"
@@ -44,21 +45,30 @@ class MachineRun {
 	int leaving = 0;
 	int change_depth = 0;
 	bool running = false;
+	bool can_process = false;
 	bool paused = false;
 	bool physics_tick = false;
 	bool chain_dirty = false;
-	bool can_process = false;
+	// What the node was last told of each lane, where the engine has not turned it on by itself since.
+	bool lane_known[2] = { false, false };
+	bool lane_on[2] = { false, false };
 	RunRow *root = nullptr;
 	RunRow *running_row = nullptr;
 	RowList chain;
-	int64_t serial_counter = 0;
-	DesignIndex index;
+	CallOrder call_order;
+	// The machine that was called last, null when that has gone.
+	static MachineRun *called_before;
 
 public:
 	GameClock clock;
 	ValueTable values;
 	EventState events;
 
+private:
+	int64_t serial_counter = 0;
+	DesignIndex index;
+
+public:
 	explicit MachineRun(SCMachineBase *machine_node);
 	~MachineRun();
 	// The node has gone: frees this run, at once or when the last Busy lets go.
@@ -75,7 +85,13 @@ public:
 	public:
 		explicit Busy(MachineRun &machine_run) :
 				run(machine_run) { run.busy++; }
-		~Busy() { run.end_busy(); }
+		~Busy() {
+			if (run.busy > 1 || run.has_nothing_to_end()) {
+				run.busy--;
+			} else {
+				run.end_busy();
+			}
+		}
 		Busy(const Busy &) = delete;
 		Busy &operator=(const Busy &) = delete;
 	};
@@ -119,7 +135,13 @@ public:
 	// rows.cpp: asking about the rows.
 	Ref<Resource> current_state() const { return Ref<Resource>(current); }
 	void set_current_state(const Ref<Resource> &state) { make_current(state.ptr()); }
-	const RowList &live_rows();
+	const RowList &live_rows() {
+		if (chain_dirty) {
+			list_rows();
+		}
+		return chain;
+	}
+	void list_rows();
 	// The row whose action is being called, else the deepest row of the last region; null when there is none.
 	RunRow *running_or_last();
 	RunRow *row_being_run() { return running_row; }
@@ -156,12 +178,11 @@ public:
 	void refresh_lanes();
 
 	// events.cpp
-	// By value, as whoever hands an event in may change it while it is being heard.
-	void send_event(StringName event, Variant data);
+	// The caller sees to it that neither changes while the event is being heard.
+	void send_event(const StringName &event, const Variant &data);
 	void send_event_from_signal(const StringName &event, const Variant &data);
 	void system_event(const StringName &event, const Variant &data);
-	void take_event_deferred(const StringName &event, const Variant &data) { take_event(event, data, false); }
-	void take_event(StringName name, Variant carried, bool global);
+	void take_event(const StringName &name, const Variant &carried, bool global);
 	bool store_event_data(const StringName &stored, const Variant &data);
 	void run_queued_events();
 	void register_globals(const Array &design, const Array &global_names);
@@ -182,8 +203,29 @@ public:
 	Variant limit_value(const Variant &bound) const;
 	Dictionary values_dictionary() const;
 	void load_values(const Dictionary &from);
-	void mark_values_changed();
-	void send_changed_values();
+	// The stored value itself when nobody has to hear of a write to it, else null: for what counts in every frame. After the
+	// write comes mark_values_changed().
+	Variant *unguarded_value(const StringName &name) {
+		return values.in_use && !values.guarded && !values.watching ? values.table.getptr(name) : nullptr;
+	}
+	void mark_values_changed() {
+		if (!values.changed) {
+			values.changed = true;
+			if (debugger_active) {
+				report_values_later();
+			}
+		}
+	}
+	void report_values_later();
+	void send_changed_values() {
+		if (values.changed) {
+			values.changed = false;
+			if (debugger_active) {
+				report_values_now();
+			}
+		}
+	}
+	void report_values_now();
 	bool holds_writes() const { return paused && !stepping; }
 	void tell_watchers(const StringName &name, int64_t up_to_serial = -1);
 	void tell_every_watcher();
@@ -205,7 +247,11 @@ public:
 	// For work that others do for this machine each frame: whether it would be called itself. Kept up by the notifications
 	// of the node, as asking the engine for each machine costs more than the work.
 	bool lane_goes_on() const { return can_process && !paused; }
+	// What that reads, for whoever fetches it ahead of time.
+	const void *lane_state() const { return &can_process; }
 	void note_can_process(bool inside_tree);
+	// The engine turns both callbacks of a node on as it becomes ready.
+	void forget_lanes_known() { lane_known[LANE_FRAME] = lane_known[LANE_PHYSICS] = false; }
 
 	// clock.cpp
 	void process_mode_changed();
@@ -235,6 +281,7 @@ private:
 		PENDING_START,
 	};
 
+	bool has_nothing_to_end() const { return running && !rows.has_dead() && node != nullptr; }
 	void end_busy();
 	void mark_gone(RunRow *row);
 
@@ -275,7 +322,8 @@ private:
 	void postpone(const StringName &event, const Variant &data, bool of_finished_state, const RunRow *row);
 
 	// action_calls.cpp
-	bool is_disabled(const ActionEntry &entry) const;
+	bool is_disabled(const ActionEntry &entry) const { return entry.disabled != nullptr ? *entry.disabled : says_it_is_disabled(entry); }
+	bool says_it_is_disabled(const ActionEntry &entry) const;
 	bool waits_for_previous(const ActionEntry &entry) const;
 	double interval_of(const ActionEntry &entry) const;
 	void call_enter(RunRow *row, int index);
@@ -284,11 +332,13 @@ private:
 
 	// lanes.cpp
 	void run_lane(Lane lane, double delta);
+	void switch_lane(Lane lane, bool on);
+	void note_call_order();
 	Lane lane_of(const ActionEntry &entry) const { return entry.wants_physics || physics_tick ? LANE_PHYSICS : LANE_FRAME; }
 	Lane main_lane() const { return physics_tick ? LANE_PHYSICS : LANE_FRAME; }
 
 	// events.cpp
-	void send_past_quests(StringName event, Variant data);
+	void send_past_quests(const StringName &event, const Variant &data);
 	void dispatch_counted(const StringName &event, const Variant &data);
 	void dispatch_postponed();
 	bool dispatch(const StringName &event, const Variant &data);

@@ -81,7 +81,7 @@ public:
 	// For a name that may be there already. The former value ends when all is in order again.
 	void insert(const StringName &key, const V &value) {
 		if (V *found = getptr(key)) {
-			const V former = std::exchange(*found, value);
+			[[maybe_unused]] const V former = std::exchange(*found, value);
 			return;
 		}
 		entries.push_back({ key, value });
@@ -90,7 +90,7 @@ public:
 
 	// Empty before the first value ends, which may run a game's code.
 	void clear() {
-		const LocalVector<Entry> former = std::move(entries);
+		[[maybe_unused]] const LocalVector<Entry> former = std::move(entries);
 		if (index != nullptr) {
 			memdelete(index);
 			index = nullptr;

@@ -17,13 +17,10 @@ void append_live(RunRow *row, RowList &into) {
 
 } // namespace
 
-const RowList &MachineRun::live_rows() {
-	if (chain_dirty) {
-		chain_dirty = false;
-		chain.clear();
-		append_live(root, chain);
-	}
-	return chain;
+void MachineRun::list_rows() {
+	chain_dirty = false;
+	chain.clear();
+	append_live(root, chain);
 }
 
 RunRow *MachineRun::running_or_last() {

@@ -15,6 +15,9 @@ MachineRun::MachineRun(SCMachineBase *machine_node) :
 		node(machine_node) {}
 
 MachineRun::~MachineRun() {
+	if (called_before == this) {
+		called_before = nullptr;
+	}
 	if (root != nullptr) {
 		detach_and_bury(root);
 	}
@@ -53,10 +56,6 @@ void MachineRun::mark_gone(RunRow *row) {
 }
 
 void MachineRun::end_busy() {
-	if (busy > 1) {
-		busy--;
-		return;
-	}
 	// Recycling lets go of resources and may run a game's code, so it counts as work itself.
 	rows.recycle();
 	if (!running) {

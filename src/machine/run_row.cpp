@@ -52,6 +52,7 @@ void RunRow::stand_for(Resource *entered) {
 	}
 	table = nullptr;
 	plan = nullptr;
+	kept_by_index = 0;
 	compiled = Object::cast_to<SCMachineState>(entered);
 	state = Ref<Resource>(entered);
 }
@@ -77,6 +78,7 @@ void RunRow::clear() {
 void RunRow::forget_state() {
 	table = nullptr;
 	plan = nullptr;
+	kept_by_index = 0;
 	compiled = nullptr;
 	entered_by = StringName();
 	// What may run a game's code goes last.

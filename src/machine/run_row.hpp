@@ -46,6 +46,8 @@ struct Rest {
 	ObjectID lane;
 };
 
+using ActionList = InlineList<int, 2>;
+
 struct RunRow {
 	// First what a frame reads.
 	bool live = false;
@@ -55,13 +57,15 @@ struct RunRow {
 	const ActionTable *table = nullptr;
 	LocalVector<ActionRun> runs;
 	// Indices of the actions to call, frame first, physics second.
-	InlineList<int, 2> lanes[2];
+	ActionList lanes[2];
 
 	RunRow *parent = nullptr;
 	InlineList<RunRow *, 1> children;
 	int64_t serial = 0;
 	double entered_at = 0.0;
 	Ref<Resource> state;
+	// The number of the index that keeps the state as well, 0 when that is not known.
+	uint64_t kept_by_index = 0;
 	// The same state when it is the compiled class, whose members are read directly.
 	SCMachineState *compiled = nullptr;
 	const StatePlan *plan = nullptr;
@@ -102,6 +106,7 @@ class RowPool {
 
 public:
 	~RowPool();
+	bool has_dead() const { return !dead.is_empty(); }
 	// A row that stands for this state.
 	RunRow *take(Resource *state);
 	void bury(RunRow *row) { dead.push_back(row); }

@@ -35,6 +35,42 @@ public:
 		Borrowed &operator=(const Borrowed &) = delete;
 	};
 
+	// A copy of a list for the length of a pass. A short one lies on the stack; only a long one borrows.
+	template <class List>
+	class Copy {
+		static constexpr uint32_t SHORT = 8;
+		T own[SHORT];
+		const T *first = own;
+		uint32_t count = 0;
+		ScratchLists *lent_by = nullptr;
+
+	public:
+		Copy(ScratchLists &lists, const List &list) :
+				count(list.size()) {
+			T *into = own;
+			if (count > SHORT) {
+				LocalVector<T> &borrowed = lists.next();
+				borrowed.resize(count);
+				into = borrowed.ptr();
+				first = into;
+				lent_by = &lists;
+			}
+			for (uint32_t i = 0; i < count; i++) {
+				into[i] = list[i];
+			}
+		}
+		~Copy() {
+			if (lent_by != nullptr) {
+				lent_by->depth--;
+			}
+		}
+		Copy(const Copy &) = delete;
+		Copy &operator=(const Copy &) = delete;
+
+		const T *begin() const { return first; }
+		const T *end() const { return first + count; }
+	};
+
 private:
 	LocalVector<T> &next() {
 		if (depth == lists.size()) {

@@ -33,7 +33,7 @@ void ValueTable::load(const Dictionary &from) {
 	// Held until the table is whole again: the end of a value may run a game's code, which may read it.
 	LocalVector<Variant> former;
 	former.reserve(table.size());
-	for (const KeyValue<StringName, Variant> &entry : table) {
+	for (const NamedValues::Entry &entry : table) {
 		former.push_back(entry.value);
 	}
 	given = from;
@@ -42,14 +42,14 @@ void ValueTable::load(const Dictionary &from) {
 	for (int64_t i = 0; i < names.size(); i++) {
 		const Variant &name = names[i];
 		if (name.get_type() == Variant::STRING_NAME || name.get_type() == Variant::STRING) {
-			table[StringName(name)] = from.get(name, Variant());
+			table.insert(StringName(name), from.get(name, Variant()));
 		}
 	}
 }
 
-void ValueTable::load(HashMap<StringName, Variant> &&fresh) {
+void ValueTable::load(NamedValues &&fresh) {
 	// Ends when all is in order: the end of a value may run a game's code.
-	const HashMap<StringName, Variant> former(std::move(table));
+	const NamedValues former(std::move(table));
 	table = std::move(fresh);
 	in_use = true;
 	given.forget();
@@ -60,7 +60,7 @@ Dictionary ValueTable::dictionary() const {
 		return given;
 	}
 	Dictionary all;
-	for (const KeyValue<StringName, Variant> &entry : table) {
+	for (const NamedValues::Entry &entry : table) {
 		all[entry.key] = entry.value;
 	}
 	return all;
@@ -96,6 +96,7 @@ bool ValueTable::put(const StringName &name, const Variant &fresh, Variant &form
 void ValueTable::forget_limits() {
 	limits.clear();
 	limited_by.clear();
+	note_guards();
 }
 
 void ValueTable::limit(const StringName &name, const Variant &low, const Variant &high) {
@@ -103,6 +104,7 @@ void ValueTable::limit(const StringName &name, const Variant &low, const Variant
 	both.low = ValueBound::of(low);
 	both.high = ValueBound::of(high);
 	limits[name] = both;
+	guarded = true;
 	for (const ValueBound *bound : { &both.low, &both.high }) {
 		if (!bound->variable.is_empty()) {
 			LocalVector<StringName> &dependents = limited_by[bound->variable];

@@ -4,6 +4,7 @@
 // dictionary is made from it on reading: while the table is in use it is the only truth.
 // It only stores; MachineRun tells, limits and shares.
 
+#include "machine/name_map.hpp"
 #include "machine/on_first_use.hpp"
 
 #include <godot_cpp/templates/hash_map.hpp>
@@ -31,9 +32,18 @@ struct ValueLimits {
 	ValueBound high;
 };
 
+using NamedValues = NameMap<Variant>;
+
 struct ValueTable {
-	HashMap<StringName, Variant> table;
+	// First what a write of an ordinary variable reads.
+	NamedValues table;
 	bool in_use = false;
+	bool changed = false;
+	bool watching = false;
+	// Some variable has limits, is one, or is shared.
+	bool guarded = false;
+	int limit_depth = 0;
+	int tell_depth = 0;
 	// The dictionary as handed over, the truth until the table is in use.
 	OnFirstUse<Dictionary> given;
 
@@ -47,23 +57,23 @@ struct ValueTable {
 	OnFirstUse<Dictionary> globals;
 	OnFirstUse<Dictionary> sharing;
 
-	bool changed = false;
-	int limit_depth = 0;
-	int tell_depth = 0;
-	bool watching = false;
 	HashSet<StringName> watched;
 	// Written while paused, told on resume.
 	HashSet<StringName> pending_watchers;
 
 	void load(const Dictionary &from);
 	// Takes the table into use with these values.
-	void load(HashMap<StringName, Variant> &&fresh);
+	void load(NamedValues &&fresh);
 	Dictionary dictionary() const;
 	bool has(const StringName &name) const { return in_use ? table.has(name) : given->has(name); }
 	Variant get(const StringName &name, const Variant &fallback) const;
+	// Null when there is none; good until the next write. Only of a table that is in use.
+	const Variant *find(const StringName &name) const { return table.getptr(name); }
 	// Answers whether there was a former value. Its end may run a game's code, so the caller says when.
 	bool put(const StringName &name, const Variant &fresh, Variant &former);
 
+	// Called whenever one of the three has changed.
+	void note_guards() { guarded = !limits.is_empty() || !limited_by.is_empty() || !shares.is_empty(); }
 	void forget_limits();
 	void limit(const StringName &name, const Variant &low, const Variant &high);
 	// As scripts see them.

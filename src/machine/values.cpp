@@ -7,6 +7,7 @@
 #include "sc_machine_base.hpp"
 
 #include <cmath>
+#include <utility>
 
 namespace {
 
@@ -67,6 +68,12 @@ bool MachineRun::has_value(const StringName &name) const {
 }
 
 void MachineRun::set_value(const StringName &name, const Variant &value) {
+	if (Variant *stored = unguarded_value(name)) {
+		// The end of the former value may run a game's code and even free this run, so it comes last of all.
+		const Variant former = std::exchange(*stored, value);
+		mark_values_changed();
+		return;
+	}
 	if (values.shares.is_empty()) {
 		write_value(name, value, false);
 		return;
@@ -223,25 +230,15 @@ void MachineRun::load_values(const Dictionary &from) {
 	values.load(from);
 }
 
-void MachineRun::mark_values_changed() {
-	if (values.changed) {
-		return;
-	}
-	values.changed = true;
-	// A machine with no callback on would never come round to reporting them.
-	if (debugger_active && node != nullptr && !node->is_processing() && !node->is_physics_processing()) {
+// A machine with no callback on would never come round to reporting them.
+void MachineRun::report_values_later() {
+	if (node != nullptr && !node->is_processing() && !node->is_physics_processing()) {
 		node->call_deferred(MachineNames::shared().send_changed_values);
 	}
 }
 
-void MachineRun::send_changed_values() {
-	if (!values.changed) {
-		return;
-	}
-	values.changed = false;
-	if (debugger_active) {
-		call_node(MachineNames::shared().report_values);
-	}
+void MachineRun::report_values_now() {
+	call_node(MachineNames::shared().report_values);
 }
 
 Variant SCMachineBase::fit_to(const Variant &now, const Variant &data) {

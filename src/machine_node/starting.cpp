@@ -88,7 +88,7 @@ void SCMachine::start() {
 	}
 	const MachineValues::Declared &declared = reading.is_valid() ? reading->variables : own_variables;
 	MachineValues::share_globals(this, declared);
-	HashMap<StringName, Variant> starting = MachineValues::starting_values_of(this, declared);
+	NamedValues starting = MachineValues::starting_values_of(this, declared);
 	if (!goes_on()) {
 		return;
 	}

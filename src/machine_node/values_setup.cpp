@@ -34,7 +34,7 @@ Variant deep_copy(const Variant &value) {
 	}
 }
 
-void take_handed_value(SCMachine *machine, HashMap<StringName, Variant> &values, const StringName &name, const Variant &given) {
+void take_handed_value(SCMachine *machine, NamedValues &values, const StringName &name, const Variant &given) {
 	const Array variables = machine->get_variables();
 	Variant *value = values.getptr(name);
 	if (value == nullptr || MachineValues::is_global_in(variables, name)) {
@@ -61,8 +61,8 @@ MachineValues::Declared MachineValues::declared_in(const Array &variables) {
 	return declared;
 }
 
-HashMap<StringName, Variant> MachineValues::starting_values_of(SCMachine *machine, const Declared &declared) {
-	HashMap<StringName, Variant> values;
+NamedValues MachineValues::starting_values_of(SCMachine *machine, const Declared &declared) {
+	NamedValues values;
 	for (const Ref<SCMachineVariable> &variable : declared) {
 		Variant value = variable->starting_value_for(machine);
 		if (variable->is_global) {
@@ -72,7 +72,7 @@ HashMap<StringName, Variant> MachineValues::starting_values_of(SCMachine *machin
 			}
 			value = globals[variable->name];
 		}
-		values[variable->name] = value;
+		values.insert(variable->name, value);
 	}
 	if (machine->handed_values.is_made()) {
 		const Dictionary handed = machine->handed_values.get();
@@ -85,7 +85,7 @@ HashMap<StringName, Variant> MachineValues::starting_values_of(SCMachine *machin
 		const Dictionary put_in = machine->starting_values.get();
 		const Array names = put_in.keys();
 		for (int64_t i = 0; i < names.size(); i++) {
-			values[names[i]] = put_in[names[i]];
+			values.insert(names[i], put_in[names[i]]);
 		}
 	}
 	return values;
@@ -189,6 +189,7 @@ void MachineValues::share_globals(SCMachine *machine, const Declared &declared) 
 		machines.push_back(machine);
 		sharing[variable->name] = machines;
 	}
+	machine->run().values.note_guards();
 }
 
 void MachineValues::stop_sharing(SCMachineBase *machine) {
@@ -210,6 +211,7 @@ void MachineValues::stop_sharing(SCMachineBase *machine) {
 		}
 	}
 	shares.clear();
+	machine->run().values.note_guards();
 }
 
 bool MachineValues::is_global_value(const StringName &named) {

@@ -3,8 +3,9 @@
 // What happens to a machine's values around its start: where they start, how they are limited, which
 // of them all machines share. SCMachine calls these; the values themselves live in its MachineRun.
 
+#include "machine/value_table.hpp"
+
 #include <godot_cpp/classes/ref.hpp>
-#include <godot_cpp/templates/hash_map.hpp>
 #include <godot_cpp/templates/local_vector.hpp>
 #include <godot_cpp/variant/array.hpp>
 #include <godot_cpp/variant/dictionary.hpp>
@@ -25,7 +26,7 @@ using Declared = LocalVector<Ref<SCMachineVariable>>;
 Declared declared_in(const Array &variables);
 
 // What the values are set to as the machine starts: declared, then handed over, then put in unchecked.
-HashMap<StringName, Variant> starting_values_of(SCMachine *machine, const Declared &declared);
+NamedValues starting_values_of(SCMachine *machine, const Declared &declared);
 // Reads Never Below and Never Above of the declared variables, and applies them to the present values.
 void learn_limits(SCMachine *machine, const Declared &declared);
 // Only for a machine that carries nothing over: variables that start full, or at a share of their limit.

@@ -25,8 +25,8 @@ const SettingRow *ClassRow::setting(const StringName &name) const {
 	return nullptr;
 }
 
-bool ClassRow::is_or_extends(const ClassRow *other) const {
-	for (const ClassRow *row = this; row != nullptr; row = row->parent) {
+bool ClassRow::extends(const ClassRow *other) const {
+	for (const ClassRow *row = parent; row != nullptr; row = row->parent) {
 		if (row == other) {
 			return true;
 		}

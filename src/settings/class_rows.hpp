@@ -45,7 +45,8 @@ struct ClassRow {
 	~ClassRow();
 	// Climbs the parents, as a setting declared by a base is a setting of every kind below it.
 	const SettingRow *setting(const StringName &name) const;
-	bool is_or_extends(const ClassRow *other) const;
+	bool is_or_extends(const ClassRow *other) const { return this == other || extends(other); }
+	bool extends(const ClassRow *other) const;
 };
 
 class ClassRows {
