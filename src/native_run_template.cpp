@@ -190,7 +190,7 @@ public:
 		inner->target_path = NodePath("../" + String(parent->get_path_to(target)));
 		inner->handed_values = handed_values(machine, setting_of<&SCRunTemplateAction::shared_variables>(action));
 		// 9.
-		if (!parent->is_node_ready()) {
+		if (!SCMachine::takes_children_now(parent)) {
 			inner->connect(own.ready, Callable(inner, names.start), Object::CONNECT_ONE_SHOT);
 			add_later::to(parent, inner);
 			return;

@@ -55,6 +55,8 @@ public:
 
 	// scene_life.cpp: how a machine joins a scene and leaves it.
 	bool is_switched_off() const;
+	// Whether a child can be added at once. While nodes come back into the tree, or are switched on again, the engine refuses.
+	static bool takes_children_now(const Node *parent);
 	// Moves a node elsewhere in the tree without its machines noticing.
 	static void move_node(Node *node, Node *parent, bool keep_global_transform = true);
 	void let_go();

@@ -29,6 +29,8 @@ public:
 	int64_t loop_increment_limit = 50;
 	TypedArray<SCMachineNote> notes;
 	bool carries_over = false;
+	// What its states need has been loaded; of this run of the game, so it is no setting.
+	bool warmed_up = false;
 
 	TypedArray<StringName> global_event_names() const;
 	Ref<SCMachineEvent> event_named(const StringName &wanted) const;

@@ -33,7 +33,22 @@ void ask_for_devices(SceneTree *tree) {
 	}
 }
 
+// Stands for the engine being in the middle of telling nodes of a change, among them parents that have been ready before.
+int changes_under_way = 0;
+
+class WithinChange {
+public:
+	WithinChange() { changes_under_way++; }
+	~WithinChange() { changes_under_way--; }
+	WithinChange(const WithinChange &) = delete;
+	WithinChange &operator=(const WithinChange &) = delete;
+};
+
 } // namespace
+
+bool SCMachine::takes_children_now(const Node *parent) {
+	return parent->is_node_ready() && changes_under_way == 0;
+}
 
 // By notification and not by the engine's virtual methods, which a script that extends this class may
 // define for itself.
@@ -47,6 +62,7 @@ void SCMachine::_notification(int what) {
 			break;
 		case NOTIFICATION_ENABLED:
 			if (start_held && is_inside_tree() && !is_switched_off()) {
+				const WithinChange within;
 				start();
 			}
 			break;
@@ -93,6 +109,7 @@ void SCMachine::become_ready() {
 	}
 	if (was_let_go) {
 		was_let_go = false;
+		const WithinChange within;
 		come_back();
 	} else if (is_running()) {
 		connect_system_events();
@@ -130,11 +147,10 @@ void SCMachine::start_or_hold() {
 }
 
 void SCMachine::warm_up_once() {
-	HashSet<uint64_t> &warmed = SharedMachineData::shared().warmed_templates;
-	if (machine_template.is_null() || warmed.has(machine_template->get_instance_id())) {
+	if (machine_template.is_null() || machine_template->warmed_up) {
 		return;
 	}
-	warmed.insert(machine_template->get_instance_id());
+	machine_template->warmed_up = true;
 	CompanionScripts::call("warm_up", "warm_up", Array::make(this, machine_template));
 }
 

@@ -25,8 +25,6 @@ struct SharedMachineData {
 	uint64_t scene_id = 0;
 	bool scene_seen = false;
 
-	// By id, the templates that have been warmed up.
-	HashSet<uint64_t> warmed_templates;
 	// Event name to whether nodes or the application send it by themselves.
 	HashMap<StringName, bool> system_events;
 	// The tree in which the watcher of input devices stands, and the frame in which it was last asked for.
