@@ -1,6 +1,6 @@
 extends SceneTree
-## Plays the stories: [code]-s res://tests/framework/run.gd -- [--long] [WORDS...][/code] runs the tests whose file or name
-## holds one of the words, all without words. Ends with "N passed, N failed", and with 1 when one failed.
+## Plays the stories: [code]-s res://tests/framework/run.gd -- [--long] [--seed=N] [WORDS...][/code] runs the tests whose file
+## or name holds one of the words, all without words. Ends with "N passed, N failed", and with 1 when one failed.
 ##
 ## While it runs, the lines that begin and end with the markers below enclose what the engine prints: complaints in
 ## between were either expected by a story or fail it.
@@ -18,9 +18,12 @@ var _failed: int = 0
 
 func _initialize() -> void:
 	var long := false
+	var only_seed := -1
 	for argument in OS.get_cmdline_user_args():
 		if argument == "--long":
 			long = true
+		elif argument.begins_with("--seed="):
+			only_seed = argument.trim_prefix("--seed=").to_int()
 		else:
 			_words.append(argument)
 	if not ClassDB.class_exists(&"SCMachine"):
@@ -28,7 +31,9 @@ func _initialize() -> void:
 		print("0 passed, 1 failed")
 		quit(1)
 		return
-	(load("res://tests/framework/story.gd") as GDScript).set(&"long", long)
+	var story: GDScript = load("res://tests/framework/story.gd")
+	story.set(&"long", long)
+	story.set(&"only_seed", only_seed)
 	await process_frame
 	print(BEGIN)
 	OS.add_logger(_catcher)

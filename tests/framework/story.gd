@@ -12,6 +12,8 @@ const FPS: int = 60
 
 ## Long stories run in full only when asked to.
 static var long: bool = false
+## Stories that draw what they do from seeds play this one alone; below 0 all of theirs.
+static var only_seed: int = -1
 
 var tree: SceneTree
 ## Everything a story adds to the scene goes under this node.
@@ -23,6 +25,11 @@ var failures: PackedStringArray = []
 ## How long a test may play, in frames of game time.
 func most_frames() -> int:
 	return 60 * FPS
+
+
+## The seeds for a test to draw from, each on its own.
+func seeds(first: int, rounds: int, long_rounds: int) -> Array:
+	return [only_seed] if only_seed >= 0 else range(first, first + (long_rounds if long else rounds))
 
 
 ## Called by the runner around each test.

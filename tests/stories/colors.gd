@@ -61,6 +61,8 @@ func test_what_is_no_colour_is_told_of() -> void:
 	expect_equal(nothing.shown_summary(), "Set the red of (pick one) to 1")
 	start(machine([state("Change", [nothing])], {"name": "Lamp", "under": body()}))
 	expect_warning("Set Color Components on Lamp: no variable is picked, so it changed nothing.")
+	start(machine([state("Change", [_change(99, SCSetColorComponentsAction.SET, 1.0)])], {"name": "Lamp", "under": body(), "variables": {"tint": Color.BLACK}}))
+	expect_warning("Set Color Components on Lamp: its Part is 99, which is none of the choices there are, so it was taken as Red.")
 
 
 func test_a_random_colour_keeps_to_its_range() -> void:

@@ -3,7 +3,7 @@ extends Story
 ## order of calls may crash one, and nothing that comes back late may reach a state that has been left.
 ##
 ## A round depends on its seed alone; [code]--long[/code] plays thousands. A round that failed is played again on its own by
-## putting its seed into [constant FIRST_SEED].
+## [code]--seed=N[/code].
 
 const Game := preload("res://tests/fuzz/fuzz_game.gd")
 
@@ -20,9 +20,8 @@ func most_frames() -> int:
 
 
 func test_any_call_from_within_any_callback() -> void:
-	var rounds := LONG_ROUNDS if long else ROUNDS
-	for i in rounds:
-		if not await _play_round(FIRST_SEED + i):
+	for one: int in seeds(FIRST_SEED, ROUNDS, LONG_ROUNDS):
+		if not await _play_round(one):
 			return
 
 

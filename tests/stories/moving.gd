@@ -149,6 +149,48 @@ func test_what_is_wrong_with_a_move_is_told_and_holds_nothing_up() -> void:
 		expect_warning(row[1])
 
 
+func test_settings_that_nothing_can_be_done_with_are_told_of() -> void:
+	var odd := "holds a number that is none, as 0 divided by 0 is, or one too large to work with, so it did nothing. Type another beside"
+	var rows: Array[Array] = [
+		[_move({"to": Vector2(NAN, INF)}), "Move To on Guard: To %s To, or look at the variable that it reads." % odd],
+		[_move({"to": Vector3.ZERO, "speed": NAN, "duration": 0.0}), "Move To on Guard: its Speed is no number, as 0 divided by 0 is none, so it was taken as 0. Type another under Speed"],
+		[_move({"space": 9, "duration": 0.0}), "Move To on Guard: its Space is 9, which is none of the choices there are, so it was taken as Global. Pick one beside Space."],
+		[_move({"curve": 99, "duration": 0.02}), "Move To on Guard: its Curve is 99, which is none of the choices there are, so it was taken as Linear."],
+		[_move({"easing": -1, "duration": 0.02}), "Move To on Guard: its Easing is -1, which is none of the choices there are, so it was taken as Ease In Out."],
+		[_scale_to({"to": -INF}), "Scale To on Guard: To %s To" % odd],
+		[_scale_to({"to": 1e10, "measure": SCScaleToAction.TIMES_ITS_SIZE}), "Scale To on Guard: Crate would become too large to work with, so its size was left alone. Type less beside To"],
+		[_scale_to({"to": 2.0, "curve": -1, "duration": 0.02}), "Scale To on Guard: its Curve is -1"],
+		[_punch({"amount": Vector3(1e38, NAN, -INF)}), "Punch on Guard: Amount %s Amount" % odd],
+		[_punch({"amount": -9e18, "what": SCPunchAction.POSITION}), "Punch on Guard: Amount holds"],
+		[_keep_moving({"direction": Vector3(0, NAN, 0)}), "Translate on Guard: Direction %s Direction" % odd],
+		[_keep_moving({"direction": Vector3.ZERO, "speed": INF}), "Translate on Guard: its Speed is too large to work with, so it was taken as 1000000000000."],
+	]
+	for row in rows:
+		var crate := _deep("Crate")
+		crate.scale = Vector3.ONE * 1000.0
+		crate.add_child(Sprite3D.new())
+		var owner := start(machine([state("Go", [row[0]], {"FINISHED": "On"}), state("On")] if not row[0] is SCTranslateAction else [state("On", [row[0]])], {"name": "Guard", "under": crate}))
+		await advance(0.1)
+		expect_state(owner, "On")
+		expect_warning(row[1])
+		expect(crate.transform.is_finite() and crate.position == Vector3.ZERO, str(crate.transform))
+		crate.free()
+
+
+func test_a_kick_through_nothing_leaves_a_size() -> void:
+	var crate := _deep("Crate")
+	var area := Area3D.new()
+	var shape := CollisionShape3D.new()
+	shape.shape = SphereShape3D.new()
+	area.add_child(shape)
+	crate.add_child(area)
+	crate.scale = Vector3.ONE * 0.00001
+	start(machine([state("Hit", [_punch({"amount": Vector3.ONE * 1000.0, "duration": 0.2})], {"FINISHED": "Calm"}), state("Calm")], {"under": crate}))
+	for i in 20:
+		await frames(1)
+		expect(crate.basis.determinant() != 0.0, str(crate.scale))
+
+
 func test_what_others_place_is_told_of() -> void:
 	var box := VBoxContainer.new()
 	box.name = "Box"
@@ -323,6 +365,12 @@ func _keep_moving(options: Dictionary) -> SCTranslateAction:
 
 func _punch(options: Dictionary) -> SCPunchAction:
 	var made := SCPunchAction.new()
+	_put(made, options)
+	return made
+
+
+func _scale_to(options: Dictionary) -> SCScaleToAction:
+	var made := SCScaleToAction.new()
 	_put(made, options)
 	return made
 

@@ -283,6 +283,13 @@ func test_easing_set_up_wrong_is_told_of() -> void:
 		if row[1].has("fuel"):
 			expect_equal(made.get_value("fuel"), row[1]["fuel"])
 		MakerWarnings._said.clear()
+	# No time at all, and a shape that there is not.
+	for row: Array in [[{"duration": NAN}, "its Duration is no number, as 0 divided by 0 is none, so it was taken as 0."], [{"duration": 0.1, "curve": 99}, "its Curve is 99, which is none of the choices there are, so it was taken as Linear."]]:
+		var eased := start(machine([state("A", [_ease(row[0])])], {"variables": {"fuel": 0.0}}))
+		await frames(10)
+		expect_equal(eased.get_value("fuel"), 1.0)
+		expect_warning("Ease Variable on Machine: %s" % row[1])
+		eased.free()
 	var made := start(machine([state("A", [_along({"to": 10.0, "duration": 0.5})])], {"variables": {"fuel": 0.0}}))
 	await frames(15)
 	expect_near(made.get_value("fuel"), 5.0)
@@ -326,6 +333,8 @@ func test_a_property_set_up_wrong_is_told_of() -> void:
 	expect_warning("Get Property on Machine: Body has nothing called visibel, so nothing was read. Check the name under Property against Godot's help for Node2D.")
 	await _run(_property({"property": "position:q"}), {"answer": 1}, true, body("Other"))
 	expect_warning("Get Property on Machine: Other has nothing called position:q")
+	await _run(_property({"property": "::"}), {"answer": 1}, true, body("Second"))
+	expect_warning("Get Property on Machine: Second has nothing called ::, so nothing was read.")
 	await _run(_property({"property": "name", "node_path": NodePath("../Nobody")}), {"answer": 1})
 	expect_warning("Get Property on Machine: there is no node at Nobody. Pick one under Node Path.")
 	await _run(_property({"property": "name", "store_in": &""}), {}, true, body("Third"))

@@ -104,6 +104,9 @@ func test_what_it_cannot_take_is_told_once_and_left() -> void:
 		["colour", 5, "because a Node2D has no such property"],
 		["material:light_mode", 1, "because its material is empty"],
 		["position:q", 1, "because a Node2D has no such property"],
+		["position::x", 1, "because a Node2D has no such property"],
+		["key", "..::Door", "because ..::Door is no path to a node"],
+		["position", Vector2(NAN, 0), "because Value holds a number that is none, as 0 divided by 0 is, so nothing was set."],
 	]:
 		var made := start(machine([state("A", [_set_it(row[0], row[1], {"run_mode": SCMachineAction.EVERY_FRAME})])], {"under": chest, "name": "Setter"}))
 		await frames(2)

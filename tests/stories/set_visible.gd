@@ -216,6 +216,7 @@ func test_what_cannot_be_shown_is_told() -> void:
 	add(timer)
 	for row: Array in [
 		[NodePath("../Clock"), "Set Visible on Shower: Clock is a Timer, not something that can be shown and hidden."],
+		[NodePath("/root"), "Set Visible on Shower: root is a Window, not something that can be shown and hidden."],
 		[NodePath("../Nowhere"), "Set Visible on Shower: there is no node at Nowhere. Pick one under Node Path."],
 	]:
 		var made := start(machine([state("A", [_set_it(SCSetVisibleAction.HIDE, {"node_path": row[0]})], {"FINISHED": "B"}), state("B")], {"name": "Shower"}))

@@ -119,6 +119,16 @@ func test_time_does_not_run_backward() -> void:
 	Engine.time_scale = 1.0
 
 
+func test_a_speed_that_no_game_can_run_at() -> void:
+	Engine.time_scale = 0.5
+	for row: Array in [[NAN, 0.5, "is no number, as 0 divided by 0 is none, so the game goes on as fast as before."], [INF, 1000.0, "is more than 1000, and the physics cannot follow a game that fast, so it was taken as 1000. Type less under Scale."]]:
+		var owner := start(machine([state("Set", [_scale({"scale": row[0]})], {"FINISHED": "On"}), state("On")], {"name": "Clock", "under": body()}))
+		expect_state(owner, "On")
+		expect_equal(Engine.time_scale, row[1])
+		expect_warning("Set Time Scale on Clock: its Scale %s" % row[2])
+	Engine.time_scale = 1.0
+
+
 func _get_time(which: int, utc: bool = false) -> SCGetTimeAction:
 	var made := SCGetTimeAction.new()
 	made.which = which

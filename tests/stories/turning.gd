@@ -121,6 +121,22 @@ func test_nothing_to_face_is_told_of() -> void:
 	expect_equal(_look({}).shown_summary(), "Turn Self to face (pick one)")
 
 
+func test_numbers_that_are_none_turn_nothing() -> void:
+	var rows: Array[Array] = [
+		[_turn_to({"degrees": NAN, "duration": 0.0}), "Rotate To on Guard: its Degrees is no number, as 0 divided by 0 is none, so it was taken as 0. Type another under Degrees, or look at the variable that it reads."],
+		[_look({"face": SCLookAtAction.A_PLACE, "place": Vector2(NAN, INF), "turn_speed": 90.0, "run_mode": SCMachineAction.EVERY_FRAME}), "Look At on Guard: Place holds a number that is none, as 0 divided by 0 is, or one too large to work with, so it did nothing."],
+		[_look({"face": SCLookAtAction.A_DIRECTION, "direction": Vector3(0, 0, -1), "turned_by": NAN}), "Look At on Guard: its Turned By is no number"],
+	]
+	for row in rows:
+		for post: Node in [Node2D.new(), Node3D.new()]:
+			add(post)
+			start(machine([state("Turn", [row[0]])], {"name": "Guard", "under": post}))
+			await frames(3)
+			expect_warning(row[1])
+			expect(is_finite(_turn_of(post)), str(_turn_of(post)))
+			post.free()
+
+
 func test_a_stick_at_rest_leaves_it_as_it_is() -> void:
 	var hero := body("Hero")
 	hero.rotation_degrees = 33
