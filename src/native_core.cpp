@@ -140,14 +140,16 @@ class SetVariable : public SCNativeAction {
 			// Unsigned, as what is too big wraps around.
 			const uint64_t base = uint64_t(int64_t(*now));
 			const uint64_t amount = uint64_t(int64_t(kind.value));
-			const uint64_t answer = kind.operation == SCSetVariableAction::ADD ? base + amount : kind.operation == SCSetVariableAction::SUBTRACT ? base - amount : base * amount;
+			const uint64_t answer = kind.operation == SCSetVariableAction::ADD ? base + amount : kind.operation == SCSetVariableAction::SUBTRACT ? base - amount
+																																				 : base * amount;
 			*now = int64_t(answer);
 			run.mark_values_changed();
 			return true;
 		}
 		const double base = *now;
 		const double amount = kind.operation == SCSetVariableAction::MULTIPLY ? double(kind.value) : double(kind.value) * factor;
-		const double answer = kind.operation == SCSetVariableAction::ADD ? base + amount : kind.operation == SCSetVariableAction::SUBTRACT ? base - amount : base * amount;
+		const double answer = kind.operation == SCSetVariableAction::ADD ? base + amount : kind.operation == SCSetVariableAction::SUBTRACT ? base - amount
+																																		   : base * amount;
 		*now = answer;
 		run.mark_values_changed();
 		return true;

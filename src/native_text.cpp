@@ -44,7 +44,7 @@ String in_title_case(const String &text) {
 
 String filled_up(const String &text, int64_t length, const String &with, bool at_the_start) {
 	const String fill = with.is_empty() ? String(" ") : with.left(1);
-	const int64_t missing = MIN(length, MOST_LETTERS) - text.length();
+	const int64_t missing = CLAMP(length, int64_t(0), MOST_LETTERS) - text.length();
 	if (missing <= 0) {
 		return text;
 	}

@@ -47,5 +47,7 @@ public:
 			}
 		}
 	}
-	void note(Place place, const void *where) { after[place] = static_cast<const char *>(where); }
+	void note(Place place, const void *where) {
+		after[place] = static_cast<const char *>(where);
+	}
 };

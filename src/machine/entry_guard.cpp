@@ -5,9 +5,14 @@ int64_t EntryGuard::count_entry(uint64_t now) {
 		frame = now;
 		chain_count = 1;
 		frame_count = 1;
+		entered_in_frame = 1;
 	} else {
 		chain_count++;
 		frame_count++;
+		entered_in_frame++;
+	}
+	if (entered_in_frame > MOST_IN_FRAME) {
+		return entered_in_frame - 1;
 	}
 	if (chain_count > loop_limit) {
 		return chain_count - 1;

@@ -14,9 +14,13 @@ using namespace godot;
 class EntryGuard {
 	static constexpr int64_t FRAME_FACTOR = 100;
 	static constexpr int64_t MOST_STATES = 100'000;
+	// Not even what gets somewhere goes on for ever: a loop over a list may be what makes the list longer.
+	static constexpr int64_t MOST_IN_FRAME = 250'000;
 
 	int64_t chain_count = 0;
 	int64_t frame_count = 0;
+	// With those that were forgiven.
+	int64_t entered_in_frame = 0;
 	uint64_t frame = 0;
 	HashMap<uint64_t, int64_t> walkers;
 	uint64_t walkers_frame = 0;

@@ -5,6 +5,8 @@
 
 #include <godot_cpp/core/memory.hpp>
 
+#include <utility>
+
 using namespace godot;
 
 template <class T>
@@ -22,12 +24,8 @@ public:
 	Held(const Held &other) :
 			Held(other.record) {}
 	Held &operator=(const Held &other) {
-		if (record != other.record) {
-			Held former(other);
-			T *kept = former.record;
-			former.record = record;
-			record = kept;
-		}
+		Held fresh(other);
+		std::swap(record, fresh.record);
 		return *this;
 	}
 	~Held() { let_go(); }

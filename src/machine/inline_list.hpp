@@ -7,7 +7,6 @@
 #include <godot_cpp/core/memory.hpp>
 
 #include <cstdint>
-#include <cstring>
 #include <type_traits>
 
 using namespace godot;
@@ -32,8 +31,11 @@ class InlineList {
 		while (larger < wanted) {
 			larger *= 2;
 		}
+		// NOLINTNEXTLINE(bugprone-sizeof-expression): the elements may well be pointers.
 		T *fresh = static_cast<T *>(memalloc(sizeof(T) * larger));
-		std::memcpy(static_cast<void *>(fresh), elements(), sizeof(T) * count);
+		for (uint32_t i = 0; i < count; i++) {
+			fresh[i] = elements()[i];
+		}
 		if (is_apart()) {
 			memfree(apart);
 		}

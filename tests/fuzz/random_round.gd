@@ -76,7 +76,13 @@ func play() -> void:
 	await _story.frames(1)
 	_put_the_game_back()
 	for machine in _machines:
-		await _check_what_is_planted(machine)
+		_check_what_is_said(machine)
+	# Before anything that may switch a machine off.
+	for fault in _planted:
+		if not fault.ring.is_empty():
+			await _check_ring(made.dice.pick(_machines), fault)
+	for machine in _machines:
+		await _check_what_holds(machine)
 	if made.valid:
 		_send_all(Design.BEGIN)
 	# Each event would go round and round up to a limit that high.
@@ -90,9 +96,6 @@ func play() -> void:
 	for machine in _machines:
 		if made.valid and not machine.is_running():
 			faults.append("%s has stopped" % machine.name)
-		for fault in _planted:
-			if not fault.ring.is_empty() and is_instance_valid(machine):
-				await _check_ring(machine, fault)
 
 
 ## What was said belongs to the design; what is left of it goes.
@@ -131,12 +134,15 @@ func _is_expected(line: String) -> bool:
 	return names and (line.begins_with("warning: ") or line.begins_with(ASSERTED) or line.begins_with(CIRCLE.get_slice("%s", 0)))
 
 
-func _check_what_is_planted(machine: SCMachine) -> void:
+func _check_what_is_said(machine: SCMachine) -> void:
 	var lines := _story.output.unclaimed()
 	for fault in _planted:
 		var speaker := fault.of_machine if not fault.of_machine.is_empty() else String(machine.name)
 		if not fault.said.is_empty() and not _is_said(lines, fault.said + PackedStringArray(["warning: ", speaker])):
 			faults.append("%s: no warning of %s says %s" % [fault.name, speaker, fault.said])
+
+
+func _check_what_holds(machine: SCMachine) -> void:
 	for fault in _planted:
 		if fault.holds.is_valid():
 			machine.start()
