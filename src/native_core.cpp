@@ -183,10 +183,11 @@ public:
 	}
 
 	void update(SCMachineBase *machine, SCMachineAction *action, int, double delta) override {
-		if (!action->repeats()) {
+		SCSetVariableAction *kind = as_kind<SCSetVariableAction>(action);
+		// Asked of the kind itself where it can be, which the compiler then knows the answer of.
+		if (!(kind != nullptr ? kind->repeats() : action->repeats())) {
 			return;
 		}
-		const SCSetVariableAction *kind = as_kind<SCSetVariableAction>(action);
 		if (kind != nullptr && count(machine, *kind, kind->per_second ? delta : 1.0)) {
 			return;
 		}

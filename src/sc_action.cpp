@@ -157,10 +157,6 @@ bool SCMachineAction::wants_physics_default() {
 	return false;
 }
 
-bool SCMachineAction::uses_run_mode_default() {
-	return true;
-}
-
 bool SCMachineAction::finishes_as_it_starts_default() {
 	return false;
 }
@@ -175,10 +171,6 @@ bool SCMachineAction::needs_every_tick_default() {
 
 String SCMachineAction::holds_its_state_default() {
 	return String();
-}
-
-bool SCMachineAction::repeats_default() {
-	return run_mode == EVERY_FRAME && uses_run_mode();
 }
 
 PackedStringArray SCMachineAction::variables_to_watch_default() {

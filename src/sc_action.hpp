@@ -62,12 +62,12 @@ public:
 	virtual void exit_default(SCMachineBase *machine, int index);
 	virtual String summary_default();
 	virtual bool wants_physics_default();
-	virtual bool uses_run_mode_default();
+	virtual bool uses_run_mode_default() { return true; }
 	virtual bool finishes_as_it_starts_default();
 	virtual bool works_after_finishing_default();
 	virtual bool needs_every_tick_default();
 	virtual String holds_its_state_default();
-	virtual bool repeats_default();
+	virtual bool repeats_default() { return run_mode == EVERY_FRAME && uses_run_mode(); }
 	virtual PackedStringArray variables_to_watch_default();
 	virtual PackedStringArray variables_read_default();
 	virtual PackedStringArray variables_written_default();

@@ -66,9 +66,9 @@ private:
 // The action as the compiled kind that it is, null when it is none: for a runtime that reads several settings at once, or
 // one that is dear to copy. Good until a game's code may run.
 template <class Owner>
-const Owner *as_kind(const SCMachineAction *action) {
+Owner *as_kind(SCMachineAction *action) {
 	const ClassRow *row = action->class_row();
-	return row != nullptr && row->is_or_extends(KindOf<Owner>::row) ? static_cast<const Owner *>(action) : nullptr;
+	return row != nullptr && row->is_or_extends(KindOf<Owner>::row) ? static_cast<Owner *>(action) : nullptr;
 }
 
 // A setting of the kind being run: from its field when the object is the compiled class, by its

@@ -18,7 +18,7 @@ public:
 	bool works_after_finishing_default() override { return false; }
 };
 
-class SCSetVariableAction : public SCMachineAction {
+class SCSetVariableAction final : public SCMachineAction {
 	SC_KIND(SCSetVariableAction, SCMachineAction)
 
 public:

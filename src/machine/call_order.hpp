@@ -47,6 +47,7 @@ public:
 			}
 		}
 	}
+	bool is_noted(Place place, const void *where) const { return after[place] == where; }
 	void note(Place place, const void *where) {
 		after[place] = static_cast<const char *>(where);
 	}

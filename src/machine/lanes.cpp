@@ -29,6 +29,10 @@ void MachineRun::frame(Lane lane, double delta) {
 void MachineRun::note_call_order() {
 	if (called_before != nullptr && called_before != this && node != nullptr) {
 		CallOrder &order = called_before->call_order;
+		if (order.is_noted(CallOrder::RUN, this) && order.is_noted(CallOrder::ROW, root)) {
+			called_before = this;
+			return;
+		}
 		order.note(CallOrder::NODE, node);
 		order.note(CallOrder::RUN, this);
 		order.note(CallOrder::ROW, root);

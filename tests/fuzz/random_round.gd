@@ -127,6 +127,7 @@ func take_apart() -> void:
 	_machines.clear()
 
 
+## Of a broken design: warnings and the two errors of its own making, each with the name of the machine.
 func _is_expected(line: String) -> bool:
 	if made.valid:
 		return false
