@@ -35,7 +35,7 @@ void SCMachineBase::_physics_process(double delta) {
 	machine_run->frame(LANE_PHYSICS, delta);
 }
 
-void SCMachineBase::_notification(int what) {
+void SCMachineBase::hear_notification(int what) {
 	switch (what) {
 		case NOTIFICATION_READY:
 			machine_run->forget_lanes_known();

@@ -155,7 +155,8 @@ public:
 
 protected:
 	static void _bind_methods();
-	void _notification(int what);
+	// From the notification of the class above: one of its own would be one call more for every machine in every frame.
+	void hear_notification(int what);
 
 private:
 	static void bind_running();

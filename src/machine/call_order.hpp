@@ -24,8 +24,6 @@ public:
 
 private:
 	static constexpr size_t LINE = 64;
-	// How much of each is read in an ordinary frame.
-	static constexpr size_t BYTES[PLACES] = { 1, 4 * LINE, LINE + 1, 1, 1 };
 
 	const char *after[PLACES] = {};
 
@@ -41,13 +39,20 @@ private:
 
 public:
 	void fetch_next() const {
-		for (int place = 0; place < PLACES; place++) {
-			for (size_t at = 0; at < BYTES[place]; at += LINE) {
-				fetch(after[place] + at);
-			}
-		}
+		fetch(after[NODE]);
+		// As much of each as an ordinary frame reads.
+		fetch(after[RUN]);
+		fetch(after[RUN] + LINE);
+		fetch(after[RUN] + 2 * LINE);
+		fetch(after[RUN] + 3 * LINE);
+		fetch(after[ROW]);
+		fetch(after[ROW] + LINE);
+		fetch(after[ACTIONS]);
+		fetch(after[VALUES]);
 	}
-	bool is_noted(Place place, const void *where) const { return after[place] == where; }
+	bool is_noted(Place place, const void *where) const {
+		return after[place] == where;
+	}
 	void note(Place place, const void *where) {
 		after[place] = static_cast<const char *>(where);
 	}

@@ -47,6 +47,11 @@ public:
 	public:
 		Copy(ScratchLists &lists, const List &list) :
 				count(list.size()) {
+			// By far the most lists that a frame goes through hold one.
+			if (count == 1) {
+				own[0] = list[0];
+				return;
+			}
 			T *into = own;
 			if (count > SHORT) {
 				LocalVector<T> &borrowed = lists.next();

@@ -53,6 +53,10 @@ bool SCMachine::takes_children_now(const Node *parent) {
 // By notification and not by the engine's virtual methods, which a script that extends this class may
 // define for itself.
 void SCMachine::_notification(int what) {
+	if (what == NOTIFICATION_PROCESS || what == NOTIFICATION_PHYSICS_PROCESS) {
+		return;
+	}
+	hear_notification(what);
 	switch (what) {
 		case NOTIFICATION_READY:
 			become_ready();

@@ -334,6 +334,10 @@ public:
 	}
 
 	_FORCE_INLINE_ Variant &operator=(Variant &&p_other) noexcept {
+		if (likely(is_plain() && p_other.is_plain())) {
+			copy_bytes(p_other);
+			return *this;
+		}
 		// By way of a local, so that releasing the old value, which may free an object and run a script, finds this one complete.
 		Variant taken(std::move(p_other));
 		swap(taken);
@@ -412,7 +416,14 @@ public:
 private:
 	_FORCE_INLINE_ void copy_bytes(const Variant &p_other) {
 		tag = p_other.tag;
-		std::memcpy(payload, p_other.payload, PAYLOAD_SIZE);
+		// Half by half: a number has just been written to one half as often as not, and a processor that is to read the whole
+		// then waits for the half to arrive.
+		uint64_t low;
+		uint64_t high;
+		std::memcpy(&low, p_other.payload, sizeof(low));
+		std::memcpy(&high, p_other.payload + sizeof(low), sizeof(high));
+		std::memcpy(payload, &low, sizeof(low));
+		std::memcpy(payload + sizeof(low), &high, sizeof(high));
 	}
 
 	_FORCE_INLINE_ void swap(Variant &p_other) {
