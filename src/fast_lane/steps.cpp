@@ -1,7 +1,7 @@
 // A pass over the jobs, and what one job does in one step, kind by kind.
 
 #include "fast_lane/engine_calls.hpp"
-#include "fast_lane/fetching.hpp"
+#include "machine/fetching.hpp"
 #include "machine/machine_run.hpp"
 #include "machine/names.hpp"
 #include "sc_fast_lane.hpp"
@@ -93,15 +93,15 @@ public:
 inline void SCFastLane::fetch_ahead(uint32_t number) const {
 	const uint32_t last = jobs.size() - 1;
 	const FastLaneJob *all = jobs.ptr();
-	fetch(all + MIN(number + 2 * JOBS_AHEAD, last));
+	fetching::ahead(all + MIN(number + 2 * JOBS_AHEAD, last));
 	const FastLaneJob &coming = all[MIN(number + JOBS_AHEAD, last)];
 	if (coming.run == nullptr) {
 		return;
 	}
-	fetch(coming.run->lane_state());
+	fetching::ahead(coming.run->lane_state());
 	if (coming.kind == FastLaneJob::CHASE) {
-		fetch(&coming.run->values.in_use);
-		fetch(coming.value);
+		fetching::ahead(&coming.run->values.in_use);
+		fetching::ahead(coming.value);
 	}
 }
 

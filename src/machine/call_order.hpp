@@ -5,11 +5,9 @@
 // remembers where the one called after it had its data, and asks for that while it does its own work.
 // The addresses are only ever fetched ahead, which is harmless even when nothing lies there any more.
 
-#include <cstddef>
+#include "machine/fetching.hpp"
 
-#if defined(_MSC_VER) && !defined(__clang__)
-#include <intrin.h>
-#endif
+#include <cstdint>
 
 class CallOrder {
 public:
@@ -23,37 +21,23 @@ public:
 	};
 
 private:
-	static constexpr size_t LINE = 64;
-
-	const char *after[PLACES] = {};
-
-	static void fetch(const char *place) {
-#if defined(__GNUC__) || defined(__clang__)
-		__builtin_prefetch(place);
-#elif defined(_M_X64)
-		_mm_prefetch(place, _MM_HINT_T0);
-#else
-		(void)place;
-#endif
-	}
+	// Numbers, because nothing may lie there any more.
+	uintptr_t after[PLACES] = {};
 
 public:
 	void fetch_next() const {
-		fetch(after[NODE]);
+		constexpr uintptr_t LINE = 64;
+		fetching::ahead(after[NODE]);
 		// As much of each as an ordinary frame reads.
-		fetch(after[RUN]);
-		fetch(after[RUN] + LINE);
-		fetch(after[RUN] + 2 * LINE);
-		fetch(after[RUN] + 3 * LINE);
-		fetch(after[ROW]);
-		fetch(after[ROW] + LINE);
-		fetch(after[ACTIONS]);
-		fetch(after[VALUES]);
+		fetching::ahead(after[RUN]);
+		fetching::ahead(after[RUN] + LINE);
+		fetching::ahead(after[RUN] + 2 * LINE);
+		fetching::ahead(after[RUN] + 3 * LINE);
+		fetching::ahead(after[ROW]);
+		fetching::ahead(after[ROW] + LINE);
+		fetching::ahead(after[ACTIONS]);
+		fetching::ahead(after[VALUES]);
 	}
-	bool is_noted(Place place, const void *where) const {
-		return after[place] == where;
-	}
-	void note(Place place, const void *where) {
-		after[place] = static_cast<const char *>(where);
-	}
+	bool is_noted(Place place, const void *where) const { return after[place] == uintptr_t(where); }
+	void note(Place place, const void *where) { after[place] = uintptr_t(where); }
 };

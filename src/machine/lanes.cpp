@@ -27,19 +27,21 @@ void MachineRun::frame(Lane lane, double delta) {
 }
 
 void MachineRun::note_call_order() {
-	if (called_before != nullptr && called_before != this && node != nullptr) {
-		CallOrder &order = called_before->call_order;
-		if (order.is_noted(CallOrder::RUN, this) && order.is_noted(CallOrder::ROW, root)) {
-			called_before = this;
-			return;
-		}
-		order.note(CallOrder::NODE, node);
-		order.note(CallOrder::RUN, this);
-		order.note(CallOrder::ROW, root);
-		order.note(CallOrder::ACTIONS, root != nullptr ? root->runs.ptr() : nullptr);
-		order.note(CallOrder::VALUES, values.table.begin());
-	}
+	MachineRun *before = called_before;
 	called_before = this;
+	if (before == nullptr || before == this || node == nullptr || root == nullptr) {
+		return;
+	}
+	CallOrder &order = before->call_order;
+	// In nearly every frame the same one as in the last, in the same state.
+	if (order.is_noted(CallOrder::RUN, this) && order.is_noted(CallOrder::ROW, root)) {
+		return;
+	}
+	order.note(CallOrder::NODE, node);
+	order.note(CallOrder::RUN, this);
+	order.note(CallOrder::ROW, root);
+	order.note(CallOrder::ACTIONS, root->runs.ptr());
+	order.note(CallOrder::VALUES, values.table.begin());
 }
 
 // A pass works on copies: of the rows, and of each row's list of actions. A change of state during
