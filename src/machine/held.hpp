@@ -24,8 +24,10 @@ public:
 	Held(const Held &other) :
 			Held(other.record) {}
 	Held &operator=(const Held &other) {
-		Held fresh(other);
-		std::swap(record, fresh.record);
+		if (this != &other) {
+			Held fresh(other);
+			std::swap(record, fresh.record);
+		}
 		return *this;
 	}
 	~Held() { let_go(); }
