@@ -32,9 +32,10 @@ struct EnumWords {
 };
 
 // Declares a nested enum once: the inspector's labels and the constants that scripts see come from it.
+// A file or a script may put any number into it, hence a type that holds any.
 #define SC_ENUM(m_name, ...) SC_ENUM_LABELLED(m_name, nullptr, __VA_ARGS__)
 #define SC_ENUM_LABELLED(m_name, m_labels, ...)              \
-	enum m_name { __VA_ARGS__ };                             \
+	enum m_name : int { __VA_ARGS__ };                       \
 	friend constexpr EnumWords enum_words_of(m_name) {       \
 		return EnumWords{ #m_name, #__VA_ARGS__, m_labels }; \
 	}
