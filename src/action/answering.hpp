@@ -3,7 +3,7 @@
 // Where the answer of a kind goes: into the variable that the kind names, as the kind of value that the
 // variable holds, or to the game maker as a warning when that cannot be. Called by runtimes.
 
-#include "sc_action.hpp"
+#include "action/sc_action.hpp"
 
 namespace answering {
 

@@ -2,8 +2,8 @@
 
 #include "action/action_shared.hpp"
 #include "action/places.hpp"
-#include "sc_action.hpp"
-#include "sc_machine.hpp"
+#include "action/sc_action.hpp"
+#include "machine_node/sc_machine.hpp"
 #include "settings/class_rows.hpp"
 #include "settings/plumbing.hpp"
 

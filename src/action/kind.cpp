@@ -1,8 +1,8 @@
 #include "action/kind.hpp"
 
 #include "action/action_shared.hpp"
-#include "sc_action.hpp"
-#include "sc_condition.hpp"
+#include "action/sc_action.hpp"
+#include "action/sc_condition.hpp"
 #include "settings/class_rows.hpp"
 
 #include <godot_cpp/classes/class_db_singleton.hpp>

@@ -1,8 +1,8 @@
 #include "action/kind_list.hpp"
 
-#include "sc_action.hpp"
-#include "sc_condition.hpp"
-#include "sc_native_actions.hpp"
+#include "action/sc_action.hpp"
+#include "action/sc_condition.hpp"
+#include "action/sc_native_actions.hpp"
 #include "settings/class_rows.hpp"
 
 namespace kind_list {

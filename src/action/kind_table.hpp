@@ -17,8 +17,8 @@
 // The property list, the hints, the free-type settings, the 2D defaults, the script path, the docs of
 // the inspector and of the editor's help, and the palette are all read from that.
 
-#include "sc_action.hpp"
-#include "sc_condition.hpp"
+#include "action/sc_action.hpp"
+#include "action/sc_condition.hpp"
 #include "settings/class_table.hpp"
 
 #include <godot_cpp/core/object.hpp>

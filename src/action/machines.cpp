@@ -3,7 +3,7 @@
 #include "action/values.hpp"
 #include "design/sc_machine_state.hpp"
 #include "machine/names.hpp"
-#include "sc_machine.hpp"
+#include "machine_node/sc_machine.hpp"
 
 #include <godot_cpp/core/object.hpp>
 

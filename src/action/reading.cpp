@@ -5,7 +5,7 @@
 #include "action/words.hpp"
 #include "machine/companion_scripts.hpp"
 #include "machine/value_kinds.hpp"
-#include "sc_machine_base.hpp"
+#include "machine_node/sc_machine_base.hpp"
 #include "settings/class_rows.hpp"
 
 namespace reading {

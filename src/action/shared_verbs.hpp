@@ -6,11 +6,11 @@
 
 #include "action/kind_table.hpp"
 #include "action/places.hpp"
+#include "action/sc_native_actions.hpp"
 #include "action/values.hpp"
 #include "action/words.hpp"
 #include "machine/companion_scripts.hpp"
 #include "machine/still_here.hpp"
-#include "sc_native_actions.hpp"
 
 #include <godot_cpp/classes/tween.hpp>
 

@@ -2,7 +2,7 @@
 
 #include "action/values.hpp"
 #include "machine/value_kinds.hpp"
-#include "sc_machine_base.hpp"
+#include "machine_node/sc_machine_base.hpp"
 
 namespace storing {
 

@@ -2,11 +2,11 @@
 
 #include "action/action_shared.hpp"
 #include "action/naming.hpp"
+#include "action/sc_action.hpp"
+#include "action/sc_condition.hpp"
 #include "action/twins.hpp"
 #include "action/variable_names.hpp"
 #include "action/words.hpp"
-#include "sc_action.hpp"
-#include "sc_condition.hpp"
 
 #include <godot_cpp/classes/reg_ex_match.hpp>
 #include <godot_cpp/variant/builtin_types.hpp>

@@ -3,7 +3,7 @@
 // Telling the game maker that an action is set up wrong: once for each action, machine and thing that
 // is wrong. What a kind says ends with what it did instead and with what to change.
 
-#include "sc_action.hpp"
+#include "action/sc_action.hpp"
 
 namespace telling {
 

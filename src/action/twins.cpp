@@ -1,7 +1,7 @@
 #include "action/twins.hpp"
 
+#include "action/sc_action.hpp"
 #include "action/variable_names.hpp"
-#include "sc_action.hpp"
 
 #include <godot_cpp/core/object.hpp>
 

@@ -5,7 +5,7 @@
 #include "action/words.hpp"
 #include "machine/companion_scripts.hpp"
 #include "machine/value_kinds.hpp"
-#include "sc_machine_base.hpp"
+#include "machine_node/sc_machine_base.hpp"
 
 #include <godot_cpp/classes/engine.hpp>
 #include <godot_cpp/classes/script.hpp>

@@ -3,7 +3,7 @@
 #include "action/action_shared.hpp"
 #include "action/values.hpp"
 #include "machine/value_kinds.hpp"
-#include "sc_machine_base.hpp"
+#include "machine_node/sc_machine_base.hpp"
 
 #include <godot_cpp/classes/resource.hpp>
 #include <godot_cpp/core/math.hpp>

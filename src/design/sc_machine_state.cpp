@@ -1,9 +1,9 @@
 #include "design/sc_machine_state.hpp"
 
+#include "action/sc_action.hpp"
 #include "design/sc_machine_parallel_state.hpp"
 #include "design/sc_machine_transition.hpp"
 #include "machine/compiled_design.hpp"
-#include "sc_action.hpp"
 
 SCMachineState::SCMachineState() = default;
 

@@ -1,7 +1,7 @@
 #include "design/sc_machine_variable.hpp"
 
 #include "machine/companion_scripts.hpp"
-#include "sc_machine.hpp"
+#include "machine_node/sc_machine.hpp"
 #include "settings/plumbing.hpp"
 
 #include <godot_cpp/core/object.hpp>

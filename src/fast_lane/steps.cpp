@@ -1,10 +1,10 @@
 // A pass over the jobs, and what one job does in one step, kind by kind.
 
 #include "fast_lane/engine_calls.hpp"
+#include "fast_lane/sc_fast_lane.hpp"
 #include "machine/fetching.hpp"
 #include "machine/machine_run.hpp"
 #include "machine/names.hpp"
-#include "sc_fast_lane.hpp"
 
 #include <godot_cpp/core/memory.hpp>
 #include <godot_cpp/core/object.hpp>

@@ -1,11 +1,11 @@
 // How the core calls an action: its compiled runtime first, then the compiled class's own operation,
 // and for any other object the script's methods by name.
 
+#include "action/sc_action.hpp"
+#include "action/sc_native_actions.hpp"
 #include "machine/machine_run.hpp"
 #include "machine/names.hpp"
-#include "sc_action.hpp"
-#include "sc_machine_base.hpp"
-#include "sc_native_actions.hpp"
+#include "machine_node/sc_machine_base.hpp"
 
 namespace {
 

@@ -1,11 +1,11 @@
 // How a condition is asked: the machine lends it the record it remembers by.
 
+#include "action/sc_action.hpp"
+#include "action/sc_condition.hpp"
+#include "action/sc_native_actions.hpp"
 #include "machine/machine_run.hpp"
 #include "machine/names.hpp"
-#include "sc_action.hpp"
-#include "sc_condition.hpp"
-#include "sc_machine_base.hpp"
-#include "sc_native_actions.hpp"
+#include "machine_node/sc_machine_base.hpp"
 
 namespace {
 
@@ -65,7 +65,7 @@ bool MachineRun::ask(Object *condition, int action_index, const Variant &record)
 	bool answer = false;
 	bool inverted = false;
 	if (compiled != nullptr) {
-		const NativeQuestion question = SCNativeActions::of_condition(condition);
+		const NativeCondition question = SCNativeActions::of_condition(condition);
 		answer = question != nullptr ? question(node, compiled) : compiled->check(node, condition_slot());
 		inverted = compiled->invert;
 	} else {
@@ -79,7 +79,7 @@ bool MachineRun::ask(Object *condition, int action_index, const Variant &record)
 
 bool MachineRun::ask_compiled(Object *condition, int action_index) {
 	SCMachineCondition *compiled = Object::cast_to<SCMachineCondition>(condition);
-	const NativeQuestion question = compiled != nullptr ? SCNativeActions::of_condition(condition) : nullptr;
+	const NativeCondition question = compiled != nullptr ? SCNativeActions::of_condition(condition) : nullptr;
 	if (question == nullptr || node == nullptr) {
 		return false;
 	}

@@ -4,7 +4,7 @@
 #include "machine/debugger_channel.hpp"
 #include "machine/machine_run.hpp"
 #include "machine/names.hpp"
-#include "sc_machine_base.hpp"
+#include "machine_node/sc_machine_base.hpp"
 
 #include <godot_cpp/variant/utility_functions.hpp>
 

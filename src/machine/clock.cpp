@@ -1,7 +1,7 @@
 // Game time of one machine, which goes on while the machine sleeps.
 
 #include "machine/machine_run.hpp"
-#include "sc_machine_base.hpp"
+#include "machine_node/sc_machine_base.hpp"
 
 namespace {
 

@@ -1,11 +1,11 @@
 #include "machine/compiled_design.hpp"
 
+#include "action/sc_action.hpp"
+#include "action/sc_native_actions.hpp"
 #include "design/sc_machine_state.hpp"
 #include "design/sc_machine_transition.hpp"
 #include "machine/names.hpp"
 #include "machine/script_methods.hpp"
-#include "sc_action.hpp"
-#include "sc_native_actions.hpp"
 
 #include <godot_cpp/core/memory.hpp>
 #include <godot_cpp/core/object.hpp>

@@ -3,8 +3,8 @@
 #include "machine/debugger_messages.hpp"
 #include "machine/machine_run.hpp"
 #include "machine/names.hpp"
+#include "machine_node/sc_machine_base.hpp"
 #include "machine_node/shared_machine_data.hpp"
-#include "sc_machine_base.hpp"
 
 #include <godot_cpp/classes/engine.hpp>
 #include <godot_cpp/classes/engine_debugger.hpp>

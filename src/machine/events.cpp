@@ -9,7 +9,7 @@
 #include "machine/measuring.hpp"
 #include "machine/names.hpp"
 #include "machine/value_kinds.hpp"
-#include "sc_machine_base.hpp"
+#include "machine_node/sc_machine_base.hpp"
 
 #include <godot_cpp/variant/utility_functions.hpp>
 

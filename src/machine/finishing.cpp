@@ -5,7 +5,7 @@
 #include "machine/measuring.hpp"
 #include "machine/names.hpp"
 #include "machine/run_call.hpp"
-#include "sc_machine_base.hpp"
+#include "machine_node/sc_machine_base.hpp"
 
 // The nearest earlier action that is there and switched on decides; with none the way is free.
 bool MachineRun::way_is_free(const RunRow *row, int action) const {

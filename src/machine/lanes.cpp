@@ -1,11 +1,11 @@
 // What is called each frame, and keeping it to what must be.
 
+#include "action/sc_action.hpp"
+#include "action/sc_native_actions.hpp"
 #include "machine/machine_run.hpp"
 #include "machine/measuring.hpp"
 #include "machine/names.hpp"
-#include "sc_action.hpp"
-#include "sc_machine_base.hpp"
-#include "sc_native_actions.hpp"
+#include "machine_node/sc_machine_base.hpp"
 
 MachineRun *MachineRun::called_before = nullptr;
 

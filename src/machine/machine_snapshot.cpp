@@ -1,6 +1,6 @@
 #include "machine/machine_snapshot.hpp"
 
-#include "sc_machine_base.hpp"
+#include "machine_node/sc_machine_base.hpp"
 
 MachineSnapshot::MachineSnapshot(const StringName &event) :
 		MachineSnapshot() {

@@ -5,7 +5,7 @@
 #include "machine/names.hpp"
 #include "machine/row_records.hpp"
 #include "machine/run_call.hpp"
-#include "sc_machine_base.hpp"
+#include "machine_node/sc_machine_base.hpp"
 
 #include <godot_cpp/core/object.hpp>
 

@@ -3,7 +3,7 @@
 #include "machine/compiled_design.hpp"
 #include "machine/machine_run.hpp"
 #include "machine/names.hpp"
-#include "sc_machine_base.hpp"
+#include "machine_node/sc_machine_base.hpp"
 
 #include <godot_cpp/classes/engine.hpp>
 #include <godot_cpp/classes/engine_debugger.hpp>

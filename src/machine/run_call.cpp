@@ -1,6 +1,6 @@
 #include "machine/run_call.hpp"
 
-#include "sc_machine_base.hpp"
+#include "machine_node/sc_machine_base.hpp"
 
 #include <godot_cpp/core/memory.hpp>
 #include <godot_cpp/core/object.hpp>

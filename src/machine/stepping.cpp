@@ -1,10 +1,10 @@
 // The debugger's hold on one machine: pausing it, stepping it, and telling what its actions do.
 
+#include "action/sc_action.hpp"
 #include "machine/machine_run.hpp"
 #include "machine/names.hpp"
 #include "machine/row_records.hpp"
-#include "sc_action.hpp"
-#include "sc_machine_base.hpp"
+#include "machine_node/sc_machine_base.hpp"
 
 #include <godot_cpp/classes/engine.hpp>
 #include <godot_cpp/classes/tween.hpp>

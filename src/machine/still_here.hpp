@@ -5,7 +5,7 @@
 // in, are still there. It also keeps the run itself readable meanwhile.
 
 #include "machine/machine_run.hpp"
-#include "sc_machine_base.hpp"
+#include "machine_node/sc_machine_base.hpp"
 
 class StillHere {
 	MachineRun &run;

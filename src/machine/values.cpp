@@ -4,7 +4,7 @@
 #include "machine/machine_snapshot.hpp"
 #include "machine/names.hpp"
 #include "machine/value_kinds.hpp"
-#include "sc_machine_base.hpp"
+#include "machine_node/sc_machine_base.hpp"
 
 #include <cmath>
 #include <utility>

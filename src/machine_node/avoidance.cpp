@@ -3,7 +3,7 @@
 
 #include "machine/machine_run.hpp"
 #include "machine/names.hpp"
-#include "sc_machine.hpp"
+#include "machine_node/sc_machine.hpp"
 
 #include <godot_cpp/core/error_macros.hpp>
 #include <godot_cpp/core/object.hpp>

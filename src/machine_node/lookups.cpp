@@ -3,8 +3,8 @@
 #include "machine/event_state.hpp"
 #include "machine/machine_snapshot.hpp"
 #include "machine/names.hpp"
+#include "machine_node/sc_machine.hpp"
 #include "machine_node/shared_machine_data.hpp"
-#include "sc_machine.hpp"
 
 #include <godot_cpp/classes/scene_tree.hpp>
 #include <godot_cpp/classes/window.hpp>

@@ -2,7 +2,7 @@
 
 #include "machine/companion_scripts.hpp"
 #include "machine/names.hpp"
-#include "sc_machine_base.hpp"
+#include "machine_node/sc_machine_base.hpp"
 
 #include <godot_cpp/classes/scene_tree.hpp>
 

@@ -4,9 +4,9 @@
 #include "machine/debugger_channel.hpp"
 #include "machine/game_clock.hpp"
 #include "machine/machine_run.hpp"
+#include "machine_node/sc_machine.hpp"
 #include "machine_node/shared_machine_data.hpp"
 #include "machine_node/values_setup.hpp"
-#include "sc_machine.hpp"
 
 #include <godot_cpp/classes/engine.hpp>
 #include <godot_cpp/classes/scene_tree.hpp>

@@ -4,9 +4,9 @@
 #include "machine/companion_scripts.hpp"
 #include "machine/machine_run.hpp"
 #include "machine/names.hpp"
+#include "machine_node/sc_machine.hpp"
 #include "machine_node/shared_machine_data.hpp"
 #include "machine_node/values_setup.hpp"
-#include "sc_machine.hpp"
 
 #include <godot_cpp/variant/utility_functions.hpp>
 

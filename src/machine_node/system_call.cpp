@@ -1,6 +1,6 @@
 #include "machine_node/system_call.hpp"
 
-#include "sc_machine.hpp"
+#include "machine_node/sc_machine.hpp"
 
 #include <godot_cpp/core/memory.hpp>
 #include <godot_cpp/core/object.hpp>

@@ -4,9 +4,9 @@
 #include "machine/companion_scripts.hpp"
 #include "machine/machine_run.hpp"
 #include "machine/names.hpp"
+#include "machine_node/sc_machine.hpp"
 #include "machine_node/shared_machine_data.hpp"
 #include "machine_node/system_call.hpp"
-#include "sc_machine.hpp"
 
 #include <godot_cpp/classes/area2d.hpp>
 #include <godot_cpp/classes/area3d.hpp>

@@ -4,8 +4,8 @@
 #include "machine/machine_run.hpp"
 #include "machine/machine_snapshot.hpp"
 #include "machine/value_kinds.hpp"
+#include "machine_node/sc_machine.hpp"
 #include "machine_node/shared_machine_data.hpp"
-#include "sc_machine.hpp"
 
 #include <godot_cpp/classes/scene_tree.hpp>
 

@@ -1,0 +1,301 @@
+// The compiled question about touching: an area asks the engine who is in it, a character body what it
+// slid along on its last move, a rigid body which contacts it reports. 2D and 3D are one template.
+
+#include "action/add_kind.hpp"
+#include "action/questions.hpp"
+#include "kinds/conditions/space.hpp"
+
+#include <godot_cpp/classes/area2d.hpp>
+#include <godot_cpp/classes/area3d.hpp>
+#include <godot_cpp/classes/character_body2d.hpp>
+#include <godot_cpp/classes/character_body3d.hpp>
+#include <godot_cpp/classes/kinematic_collision2d.hpp>
+#include <godot_cpp/classes/kinematic_collision3d.hpp>
+#include <godot_cpp/classes/physics_direct_body_state2d.hpp>
+#include <godot_cpp/classes/physics_direct_body_state3d.hpp>
+#include <godot_cpp/classes/physics_server2d.hpp>
+#include <godot_cpp/classes/physics_server3d.hpp>
+#include <godot_cpp/classes/rigid_body2d.hpp>
+#include <godot_cpp/classes/rigid_body3d.hpp>
+#include <godot_cpp/core/math.hpp>
+
+namespace {
+
+using Test = SCTouchingCondition::Test;
+
+// What the engine allows a floor beyond its own angle.
+constexpr double ANGLE_SLACK = 0.01;
+constexpr double RIGID_FLOOR_ANGLE = Math_PI / 4.0;
+
+struct Flat {
+	using Vector = Vector2;
+	using Area = Area2D;
+	using Character = CharacterBody2D;
+	using Rigid = RigidBody2D;
+	using Collision = KinematicCollision2D;
+	using Server = PhysicsServer2D;
+	using State = PhysicsDirectBodyState2D;
+	static Vector up() { return Vector2(0, -1); }
+	// How far below its feet a body that stands still looks for the floor.
+	static constexpr double LEAST_REACH = 1.0;
+};
+
+struct Deep {
+	using Vector = Vector3;
+	using Area = Area3D;
+	using Character = CharacterBody3D;
+	using Rigid = RigidBody3D;
+	using Collision = KinematicCollision3D;
+	using Server = PhysicsServer3D;
+	using State = PhysicsDirectBodyState3D;
+	static Vector up() { return Vector3(0, 1, 0); }
+	static constexpr double LEAST_REACH = 0.1;
+};
+
+class Touched {
+	StringName group;
+
+public:
+	Node *first = nullptr;
+	bool any = false;
+	// Something touches that is not in the group now, and may come to be.
+	bool others = false;
+
+	explicit Touched(const StringName &only_group) :
+			group(only_group) {}
+
+	void add(Object *object) {
+		Node *node = Object::cast_to<Node>(object);
+		if (!group.is_empty() && (node == nullptr || !node->is_in_group(group))) {
+			others = true;
+			return;
+		}
+		any = true;
+		first = first != nullptr ? first : node;
+	}
+	template <class T>
+	void add_all(const TypedArray<T> &nodes) {
+		for (int64_t i = 0; i < nodes.size(); i++) {
+			add(nodes[i].get_validated_object());
+		}
+	}
+};
+
+template <class Vector>
+Test surface_of(const Vector &normal, const Vector &up, double floor_angle) {
+	const double angle = std::acos(CLAMP(double(normal.dot(up)), -1.0, 1.0));
+	if (angle <= floor_angle + ANGLE_SLACK) {
+		return Test::THE_GROUND;
+	}
+	return angle >= Math_PI - floor_angle - ANGLE_SLACK ? Test::A_CEILING : Test::A_WALL;
+}
+
+template <class Each>
+void for_each_hit(const Ref<KinematicCollision2D> &collision, Each each) {
+	if (collision.is_valid()) {
+		each(collision->get_collider(), collision->get_normal());
+	}
+}
+template <class Each>
+void for_each_hit(const Ref<KinematicCollision3D> &collision, Each each) {
+	for (int i = 0; collision.is_valid() && i < collision->get_collision_count(); i++) {
+		each(collision->get_collider(i), collision->get_normal(i));
+	}
+}
+
+template <class Side>
+void find(typename Side::Area *area, bool include_areas, Touched &touched) {
+	touched.add_all(area->get_overlapping_bodies());
+	if (include_areas) {
+		touched.add_all(area->get_overlapping_areas());
+	}
+}
+
+template <class Character>
+bool stands_so(const Character *body, Test test) {
+	switch (test) {
+		case Test::THE_GROUND:
+			return body->is_on_floor();
+		case Test::A_WALL:
+			return body->is_on_wall();
+		case Test::A_CEILING:
+			return body->is_on_ceiling();
+		case Test::ANYTHING:
+			break;
+	}
+	return true;
+}
+
+template <class Side>
+void find(typename Side::Character *body, Test test, Touched &touched) {
+	using Vector = typename Side::Vector;
+	if (!stands_so(body, test)) {
+		return;
+	}
+	const Vector up = body->get_up_direction();
+	const double floor_angle = body->get_floor_max_angle();
+	const bool floats = body->get_motion_mode() == Side::Character::MOTION_MODE_FLOATING;
+	bool named = false;
+	const auto hit = [&](Object *collider, const Vector &normal) {
+		if (test == Test::ANYTHING || (floats ? Test::A_WALL : surface_of(normal, up, floor_angle)) == test) {
+			named = true;
+			touched.add(collider);
+		}
+	};
+	for (int i = 0; i < body->get_slide_collision_count(); i++) {
+		for_each_hit(body->get_slide_collision(i), hit);
+	}
+	// A body held to the floor by snapping has not hit it in its last move.
+	if (!named && body->is_on_floor() && (test == Test::ANYTHING || test == Test::THE_GROUND)) {
+		Ref<typename Side::Collision> below;
+		below.instantiate();
+		const double reach = MAX(double(body->get_floor_snap_length()), Side::LEAST_REACH);
+		if (body->test_move(body->get_global_transform(), up * real_t(-reach), below)) {
+			for_each_hit(below, hit);
+		}
+	}
+	// It stands so without anyone knowing on what: the engine's word is enough where the group does not matter.
+	if (!named && test != Test::ANYTHING) {
+		touched.add(nullptr);
+	}
+}
+
+template <class Side>
+void find(typename Side::Rigid *body, Test test, Touched &touched) {
+	if (test == Test::ANYTHING) {
+		touched.add_all(body->get_colliding_bodies());
+		return;
+	}
+	const typename Side::State *state = Side::Server::get_singleton()->body_get_direct_state(body->get_rid());
+	if (state == nullptr) {
+		return;
+	}
+	const typename Side::Vector gravity = state->get_total_gravity();
+	const typename Side::Vector up = gravity.is_zero_approx() ? Side::up() : -gravity.normalized();
+	for (int i = 0; i < state->get_contact_count(); i++) {
+		if (surface_of(state->get_contact_local_normal(i), up, RIGID_FLOOR_ANGLE) == test) {
+			touched.add(state->get_contact_collider_object(i));
+		}
+	}
+}
+
+// What it is that touches, as far as it can be asked; all null when it cannot.
+template <class Side>
+struct Toucher {
+	typename Side::Area *area = nullptr;
+	typename Side::Character *character = nullptr;
+	typename Side::Rigid *rigid = nullptr;
+
+	explicit Toucher(Node *node) :
+			area(Object::cast_to<typename Side::Area>(node)), character(Object::cast_to<typename Side::Character>(node)), rigid(Object::cast_to<typename Side::Rigid>(node)) {}
+
+	bool is_any() const { return area != nullptr || character != nullptr || rigid != nullptr; }
+	// The reason why it cannot tell what it touches; empty when it can.
+	String why_not(Test test) const {
+		if (area != nullptr && test != Test::ANYTHING) {
+			return vformat("%s is an area, which stands on nothing, so the answer is no. Choose Anything under Test, or pick a character or rigid body under Node Path.", area->get_name());
+		}
+		if (area != nullptr && !area->is_monitoring()) {
+			return vformat("%s is not monitoring, so nothing is felt touching it and the answer is no. Turn on its Monitoring.", area->get_name());
+		}
+		if (rigid != nullptr && (!rigid->is_contact_monitor_enabled() || rigid->get_max_contacts_reported() < 1)) {
+			return vformat("%s does not report what it touches, so the answer is no. Turn on its Contact Monitor and set Max Contacts Reported to 4 or so.", rigid->get_name());
+		}
+		return String();
+	}
+	void look(Test test, bool include_areas, Touched &touched) const {
+		if (area != nullptr) {
+			find<Side>(area, include_areas, touched);
+		} else if (character != nullptr) {
+			find<Side>(character, test, touched);
+		} else {
+			find<Side>(rigid, test, touched);
+		}
+	}
+};
+
+template <class Side>
+bool ask(SCMachineBase *machine, SCMachineCondition *condition, const Toucher<Side> &toucher) {
+	const Test test = setting_of<&SCTouchingCondition::test>(condition);
+	const String why_not = toucher.why_not(test);
+	if (!why_not.is_empty()) {
+		verbs::warn(machine, condition, why_not);
+		return false;
+	}
+	Touched touched(setting_of<&SCTouchingCondition::only_group>(condition));
+	toucher.look(test, setting_of<&SCTouchingCondition::include_areas>(condition), touched);
+	if (touched.first != nullptr) {
+		verbs::store(machine, setting_of<&SCTouchingCondition::store_touching_in>(condition), touched.first);
+	}
+	return touched.any;
+}
+
+// Empty when nothing would tell of a change, as with a character body, or of every change: what touches
+// already may join the group at any time.
+template <class Side>
+Array signals_of(SCMachineCondition *condition, Node *node, const Toucher<Side> &toucher) {
+	Array signals;
+	const Test test = setting_of<&SCTouchingCondition::test>(condition);
+	if (test != Test::ANYTHING || toucher.character != nullptr || !toucher.why_not(test).is_empty()) {
+		return signals;
+	}
+	const bool include_areas = toucher.area != nullptr && setting_of<&SCTouchingCondition::include_areas>(condition);
+	Touched touched(setting_of<&SCTouchingCondition::only_group>(condition));
+	toucher.look(test, include_areas, touched);
+	if (touched.others) {
+		return signals;
+	}
+	const auto add = [&](const char *signal) { signals.push_back(Array::make(node, StringName(signal))); };
+	add("body_entered");
+	add("body_exited");
+	if (include_areas) {
+		add("area_entered");
+		add("area_exited");
+	}
+	// Another node may come to stand at the same path.
+	add("tree_exiting");
+	return signals;
+}
+
+const AddKinds added = {
+	add_condition<SCTouchingCondition, &SCTouchingCondition::is_touching>(),
+};
+
+} // namespace
+
+bool SCTouchingCondition::is_touching(SCMachineBase *machine, SCMachineCondition *condition) {
+	if (machine == nullptr) {
+		return false;
+	}
+	Node *node = questions::node(machine, condition, setting_of<&SCTouchingCondition::node_path>(condition), "node_path");
+	if (node == nullptr || !node->is_inside_tree()) {
+		return false;
+	}
+	const Toucher<Flat> flat(node);
+	if (flat.is_any()) {
+		return ask(machine, condition, flat);
+	}
+	const Toucher<Deep> deep(node);
+	if (deep.is_any()) {
+		return ask(machine, condition, deep);
+	}
+	verbs::warn_wrong_class(machine, condition, node, "an area, a character body or a rigid body", "node_path");
+	return false;
+}
+
+Array SCTouchingCondition::signals_of_touch(SCMachineBase *machine, SCMachineCondition *condition) {
+	// A setting read from a variable changes without a signal.
+	if (machine == nullptr || !condition->from_variables.is_empty()) {
+		return Array();
+	}
+	Node *node = values::node_of(machine, setting_of<&SCTouchingCondition::node_path>(condition));
+	if (node == nullptr || !node->is_inside_tree()) {
+		return Array();
+	}
+	const Toucher<Flat> flat(node);
+	if (flat.is_any()) {
+		return signals_of(condition, node, flat);
+	}
+	const Toucher<Deep> deep(node);
+	return deep.is_any() ? signals_of(condition, node, deep) : Array();
+}

@@ -1,0 +1,198 @@
+// The compiled runtime of Math. Everything is worked out in double precision, and what counts as near
+// enough to zero or to a whole number is the engine's own measure.
+
+#include "action/add_kind.hpp"
+#include "action/native_names.hpp"
+#include "action/values.hpp"
+#include "kinds/data/math.hpp"
+#include "machine/still_here.hpp"
+#include "machine/value_kinds.hpp"
+#include "machine_node/sc_machine_base.hpp"
+
+#include <cmath>
+
+namespace {
+
+using Operation = SCMathAction::Operation;
+
+constexpr double NEAR_ENOUGH = 0.00001;
+constexpr double RADIANS_PER_DEGREE = 0.017453292519943295;
+constexpr double DEGREES_PER_RADIAN = 57.29577951308232;
+
+struct Names {
+	StringName warn_nowhere_to_store = "_warn_nowhere_to_store";
+	StringName by_zero = "_by_zero";
+};
+
+bool is_near(double value, double to, double relative_to) {
+	return value == to || std::abs(value - to) < std::fmax(NEAR_ENOUGH, NEAR_ENOUGH * std::abs(relative_to));
+}
+
+// With the sign of the divisor.
+double remainder_of(double value, double divisor) {
+	double left = std::fmod(value, divisor);
+	if ((left < 0.0 && divisor > 0.0) || (left > 0.0 && divisor < 0.0)) {
+		left += divisor;
+	}
+	// Turns a negative zero into a plain one.
+	return left + 0.0;
+}
+
+// Over a longer step the same share of the gap is closed as over many short ones.
+double lerped(double from, double to, double amount, double step) {
+	double share = amount;
+	if (step != 0.0 && !is_near(step, 1.0, step)) {
+		share = 1.0 - std::pow(1.0 - std::fmin(std::fmax(amount, 0.0), 1.0), step);
+	}
+	return from + share * (to - from);
+}
+
+double moved_toward(double from, double to, double step) {
+	return std::abs(to - from) <= step ? to : from + (to > from ? step : -step);
+}
+
+double angle_difference(double from, double to) {
+	const double turn = to - from;
+	const double wrapped = turn - 360.0 * std::floor((turn + 180.0) / 360.0);
+	return is_near(wrapped, 180.0, wrapped) ? -180.0 : wrapped;
+}
+
+bool divides(Operation operation) {
+	return operation == SCMathAction::DIVIDE || operation == SCMathAction::MODULO || operation == SCMathAction::WRAP;
+}
+
+// `step` is 1, or the seconds that have passed for what goes on in time.
+double calculated(Operation operation, double first, double second, double amount, double step) {
+	switch (operation) {
+		case SCMathAction::ADD:
+			return first + step * second;
+		case SCMathAction::SUBTRACT:
+			return first - step * second;
+		case SCMathAction::MULTIPLY:
+			return first * second;
+		case SCMathAction::DIVIDE:
+			return first / second;
+		case SCMathAction::MIN:
+			return second < first ? second : first;
+		case SCMathAction::MAX:
+			return second > first ? second : first;
+		case SCMathAction::POW:
+			return std::pow(first, second);
+		case SCMathAction::ABS:
+			return std::abs(first);
+		case SCMathAction::ROUND:
+			return std::round(first);
+		case SCMathAction::FLOOR:
+			return std::floor(first);
+		case SCMathAction::CEIL:
+			return std::ceil(first);
+		case SCMathAction::MODULO:
+		case SCMathAction::WRAP:
+			return remainder_of(first, second);
+		case SCMathAction::SQRT:
+			return first > 0.0 ? std::sqrt(first) : 0.0;
+		case SCMathAction::SIGN:
+			return first > 0.0 ? 1.0 : (first < 0.0 ? -1.0 : 0.0);
+		case SCMathAction::LERP:
+			return lerped(first, second, amount, step);
+		case SCMathAction::MOVE_TOWARD:
+			return moved_toward(first, second, std::abs(amount) * step);
+		case SCMathAction::ANGLE_DIFFERENCE:
+			return angle_difference(first, second);
+		case SCMathAction::SINE:
+			return std::sin(first * RADIANS_PER_DEGREE);
+		case SCMathAction::COSINE:
+			return std::cos(first * RADIANS_PER_DEGREE);
+		case SCMathAction::TANGENT:
+			return std::tan(first * RADIANS_PER_DEGREE);
+		case SCMathAction::ANGLE_OF_DIRECTION:
+			return std::atan2(second, first) * DEGREES_PER_RADIAN;
+	}
+	return first;
+}
+
+// Whether whole numbers have a whole answer here at all.
+bool may_be_whole(Operation operation) {
+	switch (operation) {
+		case SCMathAction::DIVIDE:
+		case SCMathAction::SQRT:
+		case SCMathAction::LERP:
+		case SCMathAction::SINE:
+		case SCMathAction::COSINE:
+		case SCMathAction::TANGENT:
+		case SCMathAction::ANGLE_OF_DIRECTION:
+			return false;
+		default:
+			return true;
+	}
+}
+
+class Math_ : public SCNativeAction {
+	static const Names &names() { return NativeNames::of<Names>(); }
+
+	static double side(SCMachineBase *machine, double typed_in, const StringName &variable, bool &is_int) {
+		is_int = !variable.is_empty() && machine->get_value(variable).get_type() == Variant::INT;
+		return values::number_of(machine, typed_in, variable);
+	}
+
+	static bool runs_in_time(const SCMachineAction *action) {
+		return setting_of<&SCMathAction::per_second>(action) && action->run_mode == SCMachineAction::EVERY_FRAME && SCMathAction::goes_on_in_time(setting_of<&SCMathAction::operation>(action));
+	}
+
+	static void work(SCMachineBase *machine, SCMachineAction *action, double step) {
+		// 1.
+		const StringName store_in = setting_of<&SCMathAction::store_in>(action);
+		if (store_in.is_empty()) {
+			return;
+		}
+		// 2. and 3.
+		const Operation operation = setting_of<&SCMathAction::operation>(action);
+		bool first_is_int = false;
+		bool second_is_int = false;
+		const double first = side(machine, setting_of<&SCMathAction::first>(action), setting_of<&SCMathAction::first_variable>(action), first_is_int);
+		const double second = side(machine, setting_of<&SCMathAction::second>(action), setting_of<&SCMathAction::second_variable>(action), second_is_int);
+		// 4.
+		double answer = 0.0;
+		if (divides(operation) && std::abs(second) < NEAR_ENOUGH) {
+			const StillHere here(machine);
+			answer = values::as_number(action->call(names().by_zero, machine, first));
+			if (!here) {
+				return;
+			}
+		} else {
+			answer = calculated(operation, first, second, setting_of<&SCMathAction::amount>(action), step);
+		}
+		// 5.
+		const double rounded = std::round(answer);
+		if (first_is_int && second_is_int && may_be_whole(operation) && !machine->has_value(store_in) && is_near(answer, rounded, answer)) {
+			machine->set_value(store_in, ValueKinds::whole_part(rounded));
+		} else {
+			machine->set_value(store_in, values::keep_whole(machine, store_in, answer));
+		}
+	}
+
+public:
+	void enter(SCMachineBase *machine, SCMachineAction *action, int index) override {
+		const StillHere here(machine);
+		if (setting_of<&SCMathAction::store_in>(action).is_empty()) {
+			action->call(names().warn_nowhere_to_store, machine, index);
+		} else if (!runs_in_time(action)) {
+			work(machine, action, 1.0);
+		}
+		if (here && action->run_mode != SCMachineAction::EVERY_FRAME) {
+			machine->finish(index);
+		}
+	}
+
+	void update(SCMachineBase *machine, SCMachineAction *action, int, double delta) override {
+		if (action->run_mode == SCMachineAction::EVERY_FRAME) {
+			work(machine, action, runs_in_time(action) ? delta : 1.0);
+		}
+	}
+};
+
+const AddKinds added = {
+	add_kind<SCMathAction, Math_>(),
+};
+
+} // namespace

@@ -1,0 +1,236 @@
+// Compiled runtimes that read what the player holds.
+
+#include "action/add_kind.hpp"
+#include "action/input_words.hpp"
+#include "action/native_names.hpp"
+#include "action/shared_verbs.hpp"
+#include "kinds/conditions/values.hpp"
+#include "kinds/input/inputs.hpp"
+#include "machine_node/sc_machine_base.hpp"
+
+#include <godot_cpp/classes/input.hpp>
+
+namespace {
+
+struct Names {
+	StringName held = "held";
+	StringName sent_hold = "sent_hold";
+	StringName last_tap = "last_tap";
+	StringName clock = "clock";
+	StringName let_go = "let_go";
+
+	StringName inside_check = "_inside_check";
+	StringName warn_input = "_warn_input";
+	StringName warn_no_directions = "_warn_no_directions";
+	StringName warn_nowhere_to_store = "_warn_nowhere_to_store";
+};
+
+const Names &names() {
+	return NativeNames::of<Names>();
+}
+
+double number_in(const Dictionary &slot, const StringName &key, double otherwise) {
+	const Variant held = slot.get(key, otherwise);
+	return values::as_number(held);
+}
+
+bool truth_in(const Dictionary &slot, const StringName &key) {
+	return slot.get(key, false).booleanize();
+}
+
+class EventOnInput : public SCNativeAction {
+	// One press has one taker: a state that it led to does not take it again.
+	static bool takes_press(SCMachineBase *machine, const StringName &key) {
+		if (machine->press_already_used(key)) {
+			return false;
+		}
+		machine->use_press(key);
+		return true;
+	}
+
+	// A stick trembles at the point where it counts as pressed, so it has to be let go in between.
+	static bool tapped_twice(Dictionary slot, const StringName &control, bool just_pressed, double clock, double seconds) {
+		if (!input_words::has_stick_push(control)) {
+			slot[names().let_go] = true;
+		}
+		if (!just_pressed || !truth_in(slot, names().let_go)) {
+			return false;
+		}
+		slot[names().let_go] = false;
+		const double last_tap = number_in(slot, names().last_tap, -1.0);
+		if (last_tap < 0.0 || clock - last_tap > seconds) {
+			slot[names().last_tap] = clock;
+			return false;
+		}
+		slot[names().last_tap] = -1.0;
+		return input_words::strength(control) > 0.0;
+	}
+
+	static bool held_long_enough(Dictionary slot, bool just_pressed, bool is_held, double held, double seconds) {
+		if (just_pressed || !is_held || held < seconds || truth_in(slot, names().sent_hold)) {
+			return false;
+		}
+		slot[names().sent_hold] = true;
+		return true;
+	}
+
+	// Read before anything that may run a game's code, which may let another machine put its own values
+	// into the settings.
+	struct Settings {
+		StringName control;
+		SCEventOnInputAction::When when;
+		double seconds;
+		bool only_while_inside;
+		StringName event;
+		Variant data;
+		StringName store_held_in;
+
+		explicit Settings(const SCMachineAction *action) :
+				control(setting_of<&SCEventOnInputAction::input_action>(action)), when(setting_of<&SCEventOnInputAction::when>(action)), seconds(setting_of<&SCEventOnInputAction::seconds>(action)), only_while_inside(!setting_of<&SCEventOnInputAction::only_while_inside>(action).is_empty()), event(setting_of<&SCEventOnInputAction::event_name>(action)), data(setting_of<&SCEventOnInputAction::data>(action)), store_held_in(setting_of<&SCEventOnInputAction::store_held_seconds_in>(action)) {}
+	};
+
+	static bool fires(SCMachineBase *machine, const Settings &settings, const Dictionary &slot, bool just_pressed, bool is_held, double held) {
+		const StringName &control = settings.control;
+		switch (settings.when) {
+			case SCEventOnInputAction::JUST_PRESSED:
+				return just_pressed && takes_press(machine, control);
+			case SCEventOnInputAction::JUST_RELEASED:
+				return input_words::just_released(control) && takes_press(machine, StringName("released " + String(control)));
+			case SCEventOnInputAction::PRESSED:
+				return is_held;
+			case SCEventOnInputAction::DOUBLE_TAPPED:
+				return tapped_twice(slot, control, just_pressed, number_in(slot, names().clock, 0.0), settings.seconds);
+			case SCEventOnInputAction::HELD_FOR:
+				return held_long_enough(slot, just_pressed, is_held, held, settings.seconds);
+		}
+		return false;
+	}
+
+public:
+	void enter(SCMachineBase *machine, SCMachineAction *action, int index) override {
+		Dictionary slot = machine->slot(index);
+		for (const StringName &key : { names().held, names().sent_hold, names().last_tap, names().let_go }) {
+			slot.erase(key);
+		}
+		slot[names().clock] = 0.0;
+		const bool has_something_to_do = !setting_of<&SCEventOnInputAction::event_name>(action).is_empty() || !setting_of<&SCEventOnInputAction::store_held_seconds_in>(action).is_empty();
+		if (input_words::action_for(setting_of<&SCEventOnInputAction::input_action>(action)).is_empty() || !has_something_to_do) {
+			action->call(names().warn_input, machine, index);
+		}
+	}
+
+	void update(SCMachineBase *machine, SCMachineAction *action, int index, double delta) override {
+		const StillHere here(machine);
+		// 1.
+		if (action->run_mode != SCMachineAction::EVERY_FRAME && !machine->is_finished(index)) {
+			machine->finish(index);
+		}
+		// 2.
+		Dictionary slot = machine->slot(index);
+		slot[names().clock] = number_in(slot, names().clock, 0.0) + delta;
+		// 3.
+		const Settings settings(action);
+		const bool is_held = input_words::is_held(settings.control);
+		const bool just_pressed = input_words::just_pressed(settings.control);
+		double held = number_in(slot, names().held, 0.0);
+		if (just_pressed) {
+			held = 0.0;
+			slot[names().sent_hold] = false;
+		} else if (is_held) {
+			held += delta;
+		}
+		slot[names().held] = held;
+		// 4.
+		if (is_held || just_pressed) {
+			verbs::store(machine, settings.store_held_in, held);
+		}
+		// 5. and 6.
+		if (!here || !fires(machine, settings, slot, just_pressed, is_held, held)) {
+			return;
+		}
+		// 7.
+		if (settings.only_while_inside && !action->call(names().inside_check, machine, index).booleanize()) {
+			return;
+		}
+		if (here) {
+			verbs::send(machine, settings.event, settings.data);
+		}
+	}
+};
+
+class InputAxis : public OnceOrRepeating<InputAxis> {
+	static Vector2 direction_held(const StringName &left, const StringName &right, const StringName &up, const StringName &down) {
+		const StringName actions[] = { input_words::action_for(left), input_words::action_for(right), input_words::action_for(up), input_words::action_for(down) };
+		if (!actions[0].is_empty() && !actions[1].is_empty() && !actions[2].is_empty() && !actions[3].is_empty()) {
+			return Input::get_singleton()->get_vector(actions[0], actions[1], actions[2], actions[3]);
+		}
+		const Vector2 pushed(real_t(input_words::strength(right) - input_words::strength(left)), real_t(input_words::strength(down) - input_words::strength(up)));
+		return pushed.limit_length(1.0);
+	}
+
+	// On the ground of a 3D world, up on a stick is away.
+	static Variant fitted(SCMachineBase *machine, const StringName &variable, const Vector2 &direction) {
+		if (machine->get_value(variable).get_type() == Variant::VECTOR3) {
+			return Vector3(direction.x, 0.0, direction.y);
+		}
+		return direction;
+	}
+
+public:
+	void enter(SCMachineBase *machine, SCMachineAction *action, int index) override {
+		const StillHere here(machine);
+		if (setting_of<&SCGetInputVectorAction::store_in>(action).is_empty() && setting_of<&SCGetInputVectorAction::store_strength_in>(action).is_empty()) {
+			action->call(names().warn_nowhere_to_store, machine, index);
+		}
+		const StringName inputs[] = { setting_of<&SCGetInputVectorAction::left_action>(action), setting_of<&SCGetInputVectorAction::right_action>(action), setting_of<&SCGetInputVectorAction::up_action>(action), setting_of<&SCGetInputVectorAction::down_action>(action) };
+		for (const StringName &input : inputs) {
+			if (here && input_words::action_for(input).is_empty()) {
+				action->call(names().warn_no_directions, machine, index);
+				break;
+			}
+		}
+		if (here) {
+			OnceOrRepeating<InputAxis>::enter(machine, action, index);
+		}
+	}
+
+	static void work(SCMachineBase *machine, SCMachineAction *action, int, double) {
+		const StillHere here(machine);
+		const StringName store_in = setting_of<&SCGetInputVectorAction::store_in>(action);
+		const StringName store_strength_in = setting_of<&SCGetInputVectorAction::store_strength_in>(action);
+		const bool keeps_last = setting_of<&SCGetInputVectorAction::keep_last_direction>(action);
+		const Vector2 direction = direction_held(setting_of<&SCGetInputVectorAction::left_action>(action), setting_of<&SCGetInputVectorAction::right_action>(action), setting_of<&SCGetInputVectorAction::up_action>(action), setting_of<&SCGetInputVectorAction::down_action>(action));
+		if (!store_in.is_empty() && !(keeps_last && direction.is_zero_approx())) {
+			machine->set_value(store_in, fitted(machine, store_in, direction));
+		}
+		if (here) {
+			verbs::store(machine, store_strength_in, double(direction.length()));
+		}
+	}
+};
+
+bool ask_input(SCMachineBase *machine, SCMachineCondition *condition) {
+	const StringName input = setting_of<&SCInputCondition::input_action>(condition);
+	if (input_words::action_for(input).is_empty()) {
+		verbs::warn(machine, condition, input.is_empty() ? String("it has no input to ask about, so the answer is no. Pick one under Input Action.") : vformat("nothing is called \"%s\", so the answer is no. Pick an input under Input Action, or add it to the Input Map.", input));
+		return false;
+	}
+	const double remembered_for = setting_of<&SCInputCondition::remembered_for>(condition);
+	switch (setting_of<&SCInputCondition::when>(condition)) {
+		case SCInputCondition::HELD:
+			break;
+		case SCInputCondition::JUST_PRESSED:
+			return remembered_for > 0.0 ? input_words::pressed_within(input, remembered_for) : input_words::just_pressed(input);
+		case SCInputCondition::JUST_RELEASED:
+			return remembered_for > 0.0 ? input_words::released_within(input, remembered_for) : input_words::just_released(input);
+	}
+	return input_words::is_held(input);
+}
+
+const AddKinds added = {
+	add_kind<SCEventOnInputAction, EventOnInput>(),
+	add_kind<SCGetInputVectorAction, InputAxis>(),
+	add_condition<SCInputCondition, &ask_input>(),
+};
+
+} // namespace

@@ -1,0 +1,86 @@
+// The compiled runtime of Event On Signal.
+
+#include "action/add_kind.hpp"
+#include "action/native_calls.hpp"
+#include "action/native_names.hpp"
+#include "action/shared_verbs.hpp"
+#include "kinds/input/inputs.hpp"
+#include "machine_node/sc_machine_base.hpp"
+
+namespace {
+
+struct Names {
+	StringName handler = "handler";
+	StringName node = "node";
+	StringName signal = "signal";
+	StringName warn_signal = "_warn_signal";
+};
+
+const Names &names() {
+	return NativeNames::of<Names>();
+}
+
+void hear(SCMachineBase *machine, SCMachineAction *action, int, const Array &handed_over) {
+	const StillHere here(machine);
+	const int64_t argument = setting_of<&SCEventOnSignalAction::argument>(action);
+	const StringName event = setting_of<&SCEventOnSignalAction::event_name>(action);
+	const Variant picked = argument >= 1 && argument <= handed_over.size() ? handed_over[argument - 1] : Variant();
+	const StringName store_in = setting_of<&SCEventOnSignalAction::store_argument_in>(action);
+	if (!store_in.is_empty()) {
+		machine->set_value(store_in, picked);
+	}
+	if (here && !event.is_empty()) {
+		machine->send_event_from_signal(event, picked);
+	}
+}
+
+class EventOnSignal : public SCNativeAction {
+	static Node *node_of(const Dictionary &slot) {
+		const Variant node = slot.get(names().node, Variant());
+		return node.get_type() == Variant::OBJECT ? Object::cast_to<Node>(node.get_validated_object()) : nullptr;
+	}
+
+	static void listen(SCMachineBase *machine, SCMachineAction *action, int index) {
+		const StringName signal = setting_of<&SCEventOnSignalAction::signal_name>(action);
+		Node *node = values::node_of(machine, setting_of<&SCEventOnSignalAction::node_path>(action));
+		if (node == nullptr) {
+			action->call(names().warn_signal, machine, index, int(SCEventOnSignalAction::NO_NODE), Variant());
+			return;
+		}
+		if (!node->has_signal(signal)) {
+			action->call(names().warn_signal, machine, index, int(SCEventOnSignalAction::NO_SUCH_SIGNAL), node);
+			return;
+		}
+		const Callable handler = ActionCall::make("Event On Signal", machine, action, index, hear);
+		Dictionary slot = machine->slot(index);
+		slot[names().handler] = handler;
+		slot[names().node] = node;
+		slot[names().signal] = signal;
+		node->connect(signal, handler);
+	}
+
+public:
+	void enter(SCMachineBase *machine, SCMachineAction *action, int index) override {
+		const StillHere here(machine);
+		listen(machine, action, index);
+		if (here) {
+			machine->finish(index);
+		}
+	}
+
+	void exit(SCMachineBase *machine, SCMachineAction *, int index) override {
+		const Dictionary slot = machine->slot(index);
+		const Callable handler = slot.get(names().handler, Callable());
+		Node *node = node_of(slot);
+		const StringName signal = slot.get(names().signal, StringName());
+		if (node != nullptr && node->is_connected(signal, handler)) {
+			node->disconnect(signal, handler);
+		}
+	}
+};
+
+const AddKinds added = {
+	add_kind<SCEventOnSignalAction, EventOnSignal>(),
+};
+
+} // namespace

@@ -1,0 +1,191 @@
+// Compiled runtimes of the kinds about clocks and about how fast the game runs.
+
+#include "kinds/time/time.hpp"
+#include "action/add_kind.hpp"
+#include "action/answering.hpp"
+#include "action/checked.hpp"
+#include "action/native_names.hpp"
+#include "action/shared_verbs.hpp"
+
+#include <godot_cpp/classes/engine.hpp>
+#include <godot_cpp/classes/property_tweener.hpp>
+#include <godot_cpp/classes/time.hpp>
+#include <godot_cpp/core/math.hpp>
+#include <godot_cpp/variant/callable_method_pointer.hpp>
+
+namespace {
+
+struct TimeNames {
+	StringName hour = "hour";
+	StringName minute = "minute";
+	StringName second = "second";
+	StringName day = "day";
+	StringName month = "month";
+	StringName year = "year";
+	StringName weekday = "weekday";
+	StringName holds = "holds";
+	// On the engine: how many actions will put the speed back, and what it was before the first of them.
+	StringName holders = "quillstead_time_scale_holders";
+	StringName before = "quillstead_time_scale_before";
+};
+
+const TimeNames &names() {
+	return NativeNames::of<TimeNames>();
+}
+
+class GetTime : public OnceOrRepeating<GetTime> {
+	using Kind = SCGetTimeAction;
+
+	static Variant time_of(SCMachineBase *machine, const SCMachineAction *action) {
+		const Time *clock = Time::get_singleton();
+		const bool utc = setting_of<&Kind::utc>(action);
+		const auto which = setting_of<&Kind::which>(action);
+		switch (which) {
+			case Kind::SINCE_THE_STATE_BEGAN:
+				return machine->state_time();
+			case Kind::SINCE_THE_GAME_STARTED:
+				return double(clock->get_ticks_usec()) / 1000000.0;
+			case Kind::SECONDS_SINCE_1970:
+				return clock->get_unix_time_from_system();
+			case Kind::CLOCK_AS_TEXT:
+				return clock->get_time_string_from_system(utc);
+			case Kind::DATE_AS_TEXT:
+				return clock->get_date_string_from_system(utc);
+			default:
+				break;
+		}
+		const Dictionary now = clock->get_datetime_dict_from_system(utc);
+		switch (which) {
+			case Kind::HOUR:
+				return now[names().hour];
+			case Kind::MINUTE:
+				return now[names().minute];
+			case Kind::SECOND:
+				return now[names().second];
+			case Kind::DAY:
+				return now[names().day];
+			case Kind::MONTH:
+				return now[names().month];
+			case Kind::YEAR:
+				return now[names().year];
+			case Kind::WEEKDAY:
+				return now[names().weekday];
+			default:
+				return int64_t(now[names().hour]) * 3600 + int64_t(now[names().minute]) * 60 + int64_t(now[names().second]);
+		}
+	}
+
+public:
+	static void work(SCMachineBase *machine, SCMachineAction *action, int, double) {
+		answering::keep(machine, action, setting_of<&Kind::store_in>(action), time_of(machine, action), "the time");
+	}
+};
+
+// Several may hold the speed for a while at once, such as two hit stops that overlap: it is put back when
+// the last of them lets go, and to what it was before the first.
+class SetTimeScale : public SCNativeAction {
+	using Kind = SCSetTimeScaleAction;
+
+	static constexpr int LET_GO = 3;
+	static constexpr double FASTEST = 1000.0;
+
+	static void hold(Dictionary memory) {
+		Engine *engine = Engine::get_singleton();
+		const int64_t holders = engine->get_meta(names().holders, 0);
+		if (holders == 0) {
+			engine->set_meta(names().before, engine->get_time_scale());
+		}
+		engine->set_meta(names().holders, holders + 1);
+		memory[names().holds] = true;
+	}
+
+	static void let_go(Dictionary memory) {
+		if (!memory.erase(names().holds)) {
+			return;
+		}
+		Engine *engine = Engine::get_singleton();
+		const int64_t holders = int64_t(engine->get_meta(names().holders, 0)) - 1;
+		if (holders > 0) {
+			engine->set_meta(names().holders, holders);
+			return;
+		}
+		engine->set_time_scale(engine->get_meta(names().before, 1.0));
+		engine->remove_meta(names().holders);
+		engine->remove_meta(names().before);
+	}
+
+	// A change that is to stay is what those who hold the speed put back to.
+	static void change_for_good(double scale) {
+		Engine *engine = Engine::get_singleton();
+		if (engine->has_meta(names().before)) {
+			engine->set_meta(names().before, scale);
+		}
+	}
+
+	// False when it is no number, and the game is to go on as it did.
+	static bool find_scale(SCMachineBase *machine, const SCMachineAction *action, double &scale) {
+		scale = setting_of<&Kind::scale>(action);
+		if (Math::is_nan(scale)) {
+			verbs::warn(machine, action, "its Scale is no number, as 0 divided by 0 is none, so the game goes on as fast as before. Type 0 or more under Scale, or look at the variable that it reads.");
+			return false;
+		}
+		if (scale < 0.0) {
+			verbs::warn(machine, action, vformat("its Scale is %s, and time cannot run backward, so the game stands still. Type 0 or more under Scale.", words::number(scale)));
+			scale = 0.0;
+		} else if (scale > FASTEST) {
+			verbs::warn(machine, action, vformat("its Scale is more than %s, and the physics cannot follow a game that fast, so it was taken as %s. Type less under Scale.", words::number(FASTEST), words::number(FASTEST)));
+			scale = FASTEST;
+		}
+		return true;
+	}
+
+public:
+	void enter(SCMachineBase *machine, SCMachineAction *action, int index) override {
+		Engine *engine = Engine::get_singleton();
+		double scale = 0.0;
+		if (!find_scale(machine, action, scale)) {
+			machine->finish(index);
+			return;
+		}
+		const double duration = machine->is_inside_tree() ? MAX(checked::number<&Kind::duration>(machine, action), 0.0) : 0.0;
+		const double lasts = MAX(checked::number<&Kind::lasts>(machine, action), 0.0);
+		if (lasts > 0.0 || setting_of<&Kind::put_back_when_left>(action)) {
+			hold(machine->slot(index));
+		} else {
+			change_for_good(scale);
+		}
+		Ref<Tween> tween;
+		if (duration > 0.0) {
+			tween = machine->create_tween();
+			tween->set_ignore_time_scale(true);
+			tween->tween_property(engine, "time_scale", scale, duration);
+		} else {
+			engine->set_time_scale(scale);
+		}
+		if (lasts > 0.0) {
+			machine->keep_tween(index, tween);
+			machine->finish_after(index, duration + lasts, callable_mp_static(&SCNativeActions::call).bind(LET_GO, action, machine, index, 0.0), true);
+		} else if (tween.is_valid()) {
+			machine->finish_with_tween(index, tween);
+		} else {
+			machine->finish(index);
+		}
+	}
+
+	void other(SCMachineBase *machine, SCMachineAction *, int index, int what) override {
+		if (what == LET_GO) {
+			let_go(machine->slot(index));
+		}
+	}
+
+	void exit(SCMachineBase *machine, SCMachineAction *, int index) override {
+		let_go(machine->slot(index));
+	}
+};
+
+const AddKinds added = {
+	add_kind<SCGetTimeAction, GetTime>(),
+	add_kind<SCSetTimeScaleAction, SetTimeScale>(),
+};
+
+} // namespace
