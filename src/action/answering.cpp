@@ -40,3 +40,26 @@ PackedStringArray written_with(const SCMachineAction *action, const StringName &
 }
 
 } // namespace answering
+
+namespace verbs {
+
+void store(SCMachineBase *machine, const StringName &variable, const Variant &value) {
+	if (variable.is_empty() || machine == nullptr) {
+		return;
+	}
+	const Variant kept = value.get_type() == Variant::FLOAT ? values::keep_whole(machine, variable, value) : value;
+	if (!storing::put(machine, variable, kept)) {
+		const String text = vformat("%s on %s holds %s, so %s was not kept in it. Pick a variable of the right kind.", variable, machine->name_in_messages(), values::kind_in_words(machine->get_value(variable)), values::kind_in_words(value));
+		MakerWarnings::once_for(machine, vformat("not kept:%s", variable), text);
+	}
+}
+
+void store_and_send(SCMachineBase *machine, const StringName &variable, const Variant &value, const StringName &event, const Variant &data) {
+	const StillHere here(machine);
+	store(machine, variable, value);
+	if (here) {
+		send(machine, event, data);
+	}
+}
+
+} // namespace verbs

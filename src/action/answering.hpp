@@ -20,3 +20,10 @@ void let_go(SCMachineBase *machine, const StringName &variable);
 PackedStringArray written_with(const SCMachineAction *action, const StringName &worked_on);
 
 } // namespace answering
+
+namespace verbs {
+
+void store(SCMachineBase *machine, const StringName &variable, const Variant &value);
+void store_and_send(SCMachineBase *machine, const StringName &variable, const Variant &value, const StringName &event, const Variant &data = Variant());
+
+} // namespace verbs

@@ -154,15 +154,40 @@ String SCMachineAction::summary_default() {
 }
 
 bool SCMachineAction::wants_physics_default() {
-	return false;
+	const ClassRow *row = class_row();
+	return row != nullptr && row->wants_physics;
+}
+
+bool SCMachineAction::uses_run_mode_default() {
+	const ClassRow *row = class_row();
+	return row == nullptr || row->runs == Runs::AS_IT_SAYS || row->runs == Runs::ONCE_OR_REPEATING;
 }
 
 bool SCMachineAction::finishes_as_it_starts_default() {
-	return false;
+	const ClassRow *row = class_row();
+	switch (row != nullptr ? row->runs : Runs::AS_IT_SAYS) {
+		case Runs::AS_IT_SAYS:
+			return false;
+		case Runs::ONCE_OR_REPEATING:
+			return !repeats();
+		case Runs::AT_ONCE:
+		case Runs::ON_AND_ON:
+			return true;
+		case Runs::FOR_A_WHILE:
+			break;
+	}
+	return !row->takes_time_if.is_empty() && !setting_rules::any_holds(row->takes_time_if, this);
 }
 
 bool SCMachineAction::works_after_finishing_default() {
-	return !uses_run_mode() || repeats();
+	const ClassRow *row = class_row();
+	switch (row != nullptr ? row->runs : Runs::AS_IT_SAYS) {
+		case Runs::AT_ONCE:
+		case Runs::FOR_A_WHILE:
+			return false;
+		default:
+			return !uses_run_mode() || repeats();
+	}
 }
 
 bool SCMachineAction::needs_every_tick_default() {
@@ -190,7 +215,15 @@ PackedStringArray SCMachineAction::events_sent_default() {
 }
 
 TypedArray<StringName> SCMachineAction::optional_names_default() {
-	return TypedArray<StringName>();
+	TypedArray<StringName> names;
+	for (const ClassRow *row = class_row(); row != nullptr; row = row->parent) {
+		for (const SettingRow *setting : row->settings) {
+			if (setting->optional && setting_rules::all_hold(setting->optional_if, this)) {
+				names.push_back(setting->info.name);
+			}
+		}
+	}
+	return names;
 }
 
 void SCMachineAction::suit_2d_default() {
@@ -316,6 +349,8 @@ void SCMachineAction::_bind_methods() {
 	ClassDB::bind_method(D_METHOD("has_update"), &SCMachineAction::has_update);
 	ClassDB::bind_method(D_METHOD("has_exit"), &SCMachineAction::has_exit);
 	static_facilities::bind_to_action();
+	setting_edits::in_editor = Engine::get_singleton()->is_editor_hint();
+	setting_rules::is_read_from_a_variable = &twins::is_read_from_a_variable;
 }
 
 void SCMachineAction::bind_operations() {

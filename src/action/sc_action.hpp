@@ -9,6 +9,7 @@
 
 #include "machine_node/sc_machine.hpp"
 #include "settings/class_table.hpp"
+#include "settings/setting_rules.hpp"
 
 #include <godot_cpp/classes/resource.hpp>
 #include <godot_cpp/core/gdvirtual.gen.inc>
@@ -41,7 +42,7 @@ public:
 	void exit(SCMachineBase *machine, int index);
 	String summary();
 	bool wants_physics();
-	bool uses_run_mode() { return kind_alone ? uses_run_mode_default() : ask_uses_run_mode(); }
+	bool uses_run_mode() { return kind_alone ? kind_uses_run_mode : ask_uses_run_mode(); }
 	bool finishes_as_it_starts();
 	bool works_after_finishing();
 	bool needs_every_tick();
@@ -62,7 +63,7 @@ public:
 	virtual void exit_default(SCMachineBase *machine, int index);
 	virtual String summary_default();
 	virtual bool wants_physics_default();
-	virtual bool uses_run_mode_default() { return true; }
+	virtual bool uses_run_mode_default();
 	virtual bool finishes_as_it_starts_default();
 	virtual bool works_after_finishing_default();
 	virtual bool needs_every_tick_default();
@@ -100,11 +101,21 @@ public:
 	TypedArray<StringName> variables_used();
 	void forget_variables_used() { used_known = false; }
 	// Noted as its state is compiled: no script has a word in what this action is, so none is asked while it runs.
-	void note_kind_alone(bool is_kind_alone) { kind_alone = is_kind_alone; }
+	void note_kind_alone(bool is_kind_alone) {
+		kind_alone = is_kind_alone;
+		kind_uses_run_mode = uses_run_mode_default();
+	}
 	// The inspector's rules, for a script that has a _validate_property of its own.
 	void validate_setting(Dictionary property) const;
 
 protected:
+	// Whether a setting says something, or may: it is on, above zero or holds something, or it is read from a variable.
+	template <auto Field>
+	bool has_some() const {
+		const auto &value = static_cast<const typename FieldOf<Field>::Owner *>(this)->*Field;
+		return setting_rules::says_something(value) || !is_typed_in(FieldOf<Field>::row->info.name);
+	}
+
 	static void _bind_methods();
 	bool _get(const StringName &name, Variant &value) const;
 	bool _set(const StringName &name, const Variant &value);
@@ -141,6 +152,7 @@ private:
 	TypedArray<StringName> used;
 	bool used_known = false;
 	bool kind_alone = false;
+	bool kind_uses_run_mode = true;
 	mutable bool bindings_known_elsewhere = false;
 
 	void reapply_run_mode();

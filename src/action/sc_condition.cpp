@@ -63,7 +63,8 @@ String SCMachineCondition::summary_default() {
 }
 
 bool SCMachineCondition::wants_physics_default() {
-	return false;
+	const ClassRow *row = class_row();
+	return row != nullptr && row->wants_physics;
 }
 
 Array SCMachineCondition::rest_signals_default(SCMachineBase *machine, const Dictionary &slot) {
@@ -73,7 +74,8 @@ Array SCMachineCondition::rest_signals_default(SCMachineBase *machine, const Dic
 }
 
 bool SCMachineCondition::depends_only_on_variables_default() {
-	return false;
+	const ClassRow *row = class_row();
+	return row != nullptr && row->depends_only_on_variables;
 }
 
 PackedStringArray SCMachineCondition::variables_read_default() {

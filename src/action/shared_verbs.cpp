@@ -16,6 +16,12 @@ void warn(SCMachineBase *machine, const Object *kind, const String &what) {
 	MakerWarnings::once_for(machine, vformat("%d %s", kind->get_instance_id(), what), text);
 }
 
+void warn_whole(SCMachineBase *machine, const Object *kind, int which, const String &sentence) {
+	if (machine != nullptr && kind != nullptr) {
+		MakerWarnings::once_for(machine, vformat("%s:%d:%d", kind->get_class(), kind->get_instance_id(), which), sentence);
+	}
+}
+
 String kind_in_palette(const Object *kind) {
 	return String(Kind::of(kind).name()).trim_prefix("SC").trim_suffix("Action").trim_suffix("Condition").capitalize();
 }
@@ -37,28 +43,27 @@ void warn_wrong_class(SCMachineBase *machine, const Object *kind, const Node *no
 	warn(machine, kind, vformat("%s is a %s, not %s. Pick %s under %s.", node->get_name(), node->get_class(), a_t, a_t, setting_in_inspector(setting)));
 }
 
-void store(SCMachineBase *machine, const StringName &variable, const Variant &value) {
-	if (variable.is_empty() || machine == nullptr) {
-		return;
+bool keep(SCMachineBase *machine, const Object *kind, const StringName &variable, const Variant &answer, const StringName &setting, const char *what) {
+	if (variable.is_empty()) {
+		warn(machine, kind, vformat("there is nowhere to put %s, so it was lost. Pick a variable under %s.", what, setting_in_inspector(setting)));
+		return false;
 	}
-	const Variant kept = value.get_type() == Variant::FLOAT ? values::keep_whole(machine, variable, value) : value;
-	if (!storing::put(machine, variable, kept)) {
-		const String text = vformat("%s on %s holds %s, so %s was not kept in it. Pick a variable of the right kind.", variable, machine->name_in_messages(), values::kind_in_words(machine->get_value(variable)), values::kind_in_words(value));
-		MakerWarnings::once_for(machine, vformat("not kept:%s", variable), text);
+	if (storing::put(machine, variable, answer.get_type() == Variant::FLOAT ? values::keep_whole(machine, variable, answer) : answer)) {
+		return true;
+	}
+	warn(machine, kind, vformat("%s holds %s, which cannot become %s, so it was left as it is. Pick another variable under %s, or change its type in the Variables tab.", variable, values::kind_in_words(machine->get_value(variable)), values::kind_in_words(answer), setting_in_inspector(setting)));
+	return false;
+}
+
+void let_go(SCMachineBase *machine, const StringName &variable) {
+	if (!variable.is_empty() && machine->get_value(variable).get_type() == Variant::OBJECT) {
+		machine->set_value(variable, Variant());
 	}
 }
 
 void send(SCMachineBase *machine, const StringName &event, const Variant &data) {
 	if (!event.is_empty() && machine != nullptr) {
 		machine->send_event(event, data);
-	}
-}
-
-void store_and_send(SCMachineBase *machine, const StringName &variable, const Variant &value, const StringName &event, const Variant &data) {
-	const StillHere here(machine);
-	store(machine, variable, value);
-	if (here) {
-		send(machine, event, data);
 	}
 }
 

@@ -3,6 +3,8 @@
 #include "action/sc_action.hpp"
 #include "action/variable_names.hpp"
 
+#include "settings/setting_edits.hpp"
+
 #include <godot_cpp/core/object.hpp>
 
 namespace twins {
@@ -84,6 +86,7 @@ bool set(Object *object, const StringName &property, const Variant &value) {
 	}
 	const KindFields fields = KindFields::of(object);
 	const StringName variable = value;
+	const uint64_t shown_before = setting_edits::shown(object, fields.row);
 	if (!variable.is_empty()) {
 		(*fields.from_variables)[*setting] = variable;
 		if (const SCMachineAction *action = Object::cast_to<SCMachineAction>(object)) {
@@ -100,6 +103,9 @@ bool set(Object *object, const StringName &property, const Variant &value) {
 	if (SCMachineAction *action = Object::cast_to<SCMachineAction>(object)) {
 		action->forget_variables_used();
 	}
+	if (setting_edits::shown(object, fields.row) != shown_before) {
+		object->notify_property_list_changed();
+	}
 	object->emit_signal(ActionShared::get().changed);
 	return true;
 }
@@ -112,6 +118,11 @@ void list(const Object *object, List<PropertyInfo> *properties) {
 	for (const StringName &twin : twins_of_object) {
 		properties->push_back(describe(twin));
 	}
+}
+
+bool is_read_from_a_variable(const Object *object, const StringName &setting) {
+	const KindFields fields = KindFields::of(const_cast<Object *>(object));
+	return fields && !StringName(fields.from_variables->get(setting, StringName())).is_empty();
 }
 
 PropertyInfo describe(const StringName &twin) {

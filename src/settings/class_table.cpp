@@ -1,6 +1,7 @@
 #include "settings/class_table.hpp"
 
 #include <godot_cpp/classes/class_db_singleton.hpp>
+#include <godot_cpp/core/error_macros.hpp>
 
 namespace {
 
@@ -43,6 +44,16 @@ SettingRow &ClassTableBase::add_row(const PropertyInfo &info, const StringName &
 	row.by_name.insert(info.name, added);
 	ClassDB::add_property(class_name, info, setter, getter);
 	return *added;
+}
+
+bool ClassTableBase::is_bound_already(const void *field, const char *name) const {
+	for (const SettingRow *known : row.settings) {
+		if (known->field == field) {
+			ERR_PRINT(vformat("The field of %s that is its setting %s cannot be its setting %s too.", class_name, known->info.name, name));
+			return true;
+		}
+	}
+	return false;
 }
 
 PropertyInfo ClassTableBase::described(PropertyInfo info, const char *name, const Hint &hint) const {

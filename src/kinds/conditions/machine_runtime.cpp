@@ -1,9 +1,9 @@
 // Compiled questions about machines, time, change and chance.
 
 #include "action/add_kind.hpp"
+#include "action/conditions.hpp"
 #include "action/machines.hpp"
 #include "action/native_names.hpp"
-#include "action/questions.hpp"
 #include "design/sc_machine_state.hpp"
 #include "kinds/conditions/machine.hpp"
 #include "machine/value_kinds.hpp"
@@ -62,7 +62,7 @@ bool is_in_state(SCMachineBase *machine, SCMachineCondition *condition) {
 	SCMachineBase *asked = machine;
 	const NodePath path = setting_of<&SCInStateCondition::machine_path>(condition);
 	if (!path.is_empty()) {
-		const Node *node = questions::node(machine, condition, path, "machine_path");
+		const Node *node = conditions::node(machine, condition, path, "machine_path");
 		if (node == nullptr) {
 			return false;
 		}
@@ -117,7 +117,7 @@ bool is_time_up(SCMachineBase *machine, SCMachineCondition *condition) {
 // A node is remembered by its number: it may be freed meanwhile, and must not be kept alive.
 bool has_changed(SCMachineBase *machine, SCMachineCondition *condition) {
 	const StringName variable = setting_of<&SCVariableChangedCondition::variable_name>(condition);
-	if (!questions::has_variable(machine, condition, variable)) {
+	if (!conditions::has_variable(machine, condition, variable)) {
 		return false;
 	}
 	const Variant held = machine->get_value(variable);

@@ -1,9 +1,9 @@
 // Compiled questions about a node.
 
 #include "action/add_kind.hpp"
+#include "action/conditions.hpp"
 #include "action/native_names.hpp"
 #include "action/property_paths.hpp"
-#include "action/questions.hpp"
 #include "kinds/conditions/nodes.hpp"
 
 #include <godot_cpp/classes/canvas_item.hpp>
@@ -75,7 +75,7 @@ bool is_known_type(const StringName &type) {
 }
 
 bool has_child_of_type(SCMachineBase *machine, SCMachineCondition *condition) {
-	const Node *node = questions::node(machine, condition, setting_of<&SCHasChildOfTypeCondition::node_path>(condition), "node_path");
+	const Node *node = conditions::node(machine, condition, setting_of<&SCHasChildOfTypeCondition::node_path>(condition), "node_path");
 	if (node == nullptr) {
 		return false;
 	}
@@ -93,8 +93,8 @@ bool has_child_of_type(SCMachineBase *machine, SCMachineCondition *condition) {
 }
 
 bool is_child_of(SCMachineBase *machine, SCMachineCondition *condition) {
-	Node *node = questions::node(machine, condition, setting_of<&SCIsChildOfCondition::node_path>(condition), "node_path");
-	const Node *parent = questions::node(machine, condition, setting_of<&SCIsChildOfCondition::parent_path>(condition), "parent_path");
+	Node *node = conditions::node(machine, condition, setting_of<&SCIsChildOfCondition::node_path>(condition), "node_path");
+	const Node *parent = conditions::node(machine, condition, setting_of<&SCIsChildOfCondition::parent_path>(condition), "parent_path");
 	if (node == nullptr || parent == nullptr) {
 		return false;
 	}
@@ -129,7 +129,7 @@ bool is_so(SCMachineBase *machine, SCMachineCondition *condition) {
 		const Node *node = values::node_of(machine, path);
 		return node != nullptr && node->is_inside_tree() && !node->is_queued_for_deletion();
 	}
-	const Node *node = questions::node(machine, condition, path, "node_path");
+	const Node *node = conditions::node(machine, condition, path, "node_path");
 	if (node == nullptr) {
 		return false;
 	}
@@ -180,7 +180,7 @@ bool read_property(Node *node, const NodePath &path, Variant &held) {
 }
 
 bool is_such_property(SCMachineBase *machine, SCMachineCondition *condition) {
-	Node *node = questions::node(machine, condition, setting_of<&SCPropertyCondition::node_path>(condition), "node_path");
+	Node *node = conditions::node(machine, condition, setting_of<&SCPropertyCondition::node_path>(condition), "node_path");
 	if (node == nullptr) {
 		return false;
 	}

@@ -1,7 +1,7 @@
 // The compiled question about what an animation, a sound or a video is doing.
 
 #include "action/add_kind.hpp"
-#include "action/questions.hpp"
+#include "action/conditions.hpp"
 #include "kinds/conditions/nodes.hpp"
 
 #include <godot_cpp/classes/animated_sprite2d.hpp>
@@ -163,7 +163,7 @@ bool has_animation(Node *player, const StringName &name) {
 }
 
 bool is_playing_so(SCMachineBase *machine, SCMachineCondition *condition) {
-	Node *node = questions::node(machine, condition, setting_of<&SCPlayingCondition::node_path>(condition), "node_path");
+	Node *node = conditions::node(machine, condition, setting_of<&SCPlayingCondition::node_path>(condition), "node_path");
 	if (node == nullptr) {
 		return false;
 	}

@@ -1,7 +1,8 @@
 // Compiled questions about where things are.
 
 #include "action/add_kind.hpp"
-#include "action/questions.hpp"
+#include "action/answering.hpp"
+#include "action/conditions.hpp"
 #include "fast_lane/spots.hpp"
 #include "kinds/conditions/space.hpp"
 
@@ -52,7 +53,7 @@ bool has_place(SCMachineBase *machine, SCMachineCondition *condition, const Node
 }
 
 bool measure_to_node(SCMachineBase *machine, SCMachineCondition *condition, const NodePath &path, Measure &measure) {
-	const Node *node = questions::node(machine, condition, path, "to_node_path");
+	const Node *node = conditions::node(machine, condition, path, "to_node_path");
 	if (node == nullptr || !has_place(machine, condition, node, "to_node_path")) {
 		return false;
 	}
@@ -74,7 +75,7 @@ bool measure_to_group(SCMachineBase *machine, SCMachineCondition *condition, Mea
 }
 
 bool is_near(SCMachineBase *machine, SCMachineCondition *condition) {
-	const Node *body = questions::node(machine, condition, NodePath(), "target");
+	const Node *body = conditions::node(machine, condition, NodePath(), "target");
 	if (body == nullptr || !machine->is_inside_tree() || !has_place(machine, condition, body, "target")) {
 		return false;
 	}
@@ -129,7 +130,7 @@ bool is_body_on_screen(const Node3D *node, const Camera3D *camera, const Rect2 &
 }
 
 bool is_on_screen(SCMachineBase *machine, SCMachineCondition *condition) {
-	const Node *node = questions::node(machine, condition, setting_of<&SCOnScreenCondition::node_path>(condition), "node_path");
+	const Node *node = conditions::node(machine, condition, setting_of<&SCOnScreenCondition::node_path>(condition), "node_path");
 	if (node == nullptr || !node->is_inside_tree()) {
 		return false;
 	}

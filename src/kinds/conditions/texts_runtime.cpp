@@ -1,7 +1,7 @@
 // Compiled questions about texts and files.
 
 #include "action/add_kind.hpp"
-#include "action/questions.hpp"
+#include "action/conditions.hpp"
 #include "kinds/conditions/texts.hpp"
 
 #include <godot_cpp/classes/dir_access.hpp>
@@ -33,7 +33,7 @@ bool is_there(SCMachineBase *machine, SCMachineCondition *condition) {
 
 bool is_such_text(SCMachineBase *machine, SCMachineCondition *condition) {
 	const StringName variable = setting_of<&SCStringCompareCondition::variable_name>(condition);
-	if (!questions::has_variable(machine, condition, variable)) {
+	if (!conditions::has_variable(machine, condition, variable)) {
 		return false;
 	}
 	String held = words::text_of(machine->get_value(variable));

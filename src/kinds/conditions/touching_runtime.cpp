@@ -2,7 +2,8 @@
 // slid along on its last move, a rigid body which contacts it reports. 2D and 3D are one template.
 
 #include "action/add_kind.hpp"
-#include "action/questions.hpp"
+#include "action/answering.hpp"
+#include "action/conditions.hpp"
 #include "kinds/conditions/space.hpp"
 
 #include <godot_cpp/classes/area2d.hpp>
@@ -267,7 +268,7 @@ bool SCTouchingCondition::is_touching(SCMachineBase *machine, SCMachineCondition
 	if (machine == nullptr) {
 		return false;
 	}
-	Node *node = questions::node(machine, condition, setting_of<&SCTouchingCondition::node_path>(condition), "node_path");
+	Node *node = conditions::node(machine, condition, setting_of<&SCTouchingCondition::node_path>(condition), "node_path");
 	if (node == nullptr || !node->is_inside_tree()) {
 		return false;
 	}

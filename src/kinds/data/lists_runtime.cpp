@@ -6,6 +6,7 @@
 #include "action/add_kind.hpp"
 #include "action/answering.hpp"
 #include "action/contents.hpp"
+#include "action/runtime_shapes.hpp"
 #include "action/shared_verbs.hpp"
 #include "action/sorting.hpp"
 #include "action/values.hpp"

@@ -4,6 +4,7 @@
 #include "action/answering.hpp"
 #include "action/native_names.hpp"
 #include "action/property_paths.hpp"
+#include "action/runtime_shapes.hpp"
 #include "action/shared_verbs.hpp"
 #include "kinds/data/properties.hpp"
 

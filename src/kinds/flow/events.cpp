@@ -1,8 +1,8 @@
 #include "kinds/flow/events.hpp"
 
-#include "action/telling.hpp"
-#include "action/values.hpp"
+#include "action/shared_verbs.hpp"
 #include "action/words.hpp"
+#include "action/values.hpp"
 #include "machine_node/sc_machine_base.hpp"
 #include "settings/plumbing.hpp"
 
@@ -61,7 +61,7 @@ String SCNextFrameEventAction::summary_default() {
 
 void SCNextFrameEventAction::warn_next_frame(SCMachineBase *machine, int) {
 	if (machine != nullptr) {
-		telling::once(this, machine, 0, vformat("Next Frame Event on %s has no event name, so nothing was sent. Type one in its Event Name.", machine->name_in_messages()));
+		verbs::warn_whole(machine, this, 0, vformat("Next Frame Event on %s has no event name, so nothing was sent. Type one in its Event Name.", machine->name_in_messages()));
 	}
 }
 
@@ -77,12 +77,12 @@ String SCRandomEventAction::summary_default() {
 		return "Send one of no events";
 	}
 	if (weights.is_empty()) {
-		return vformat("Send one of %s", telling::listed(events));
+		return vformat("Send one of %s", words::listed(events));
 	}
 	PackedStringArray chances;
 	for (int64_t i = 0; i < events.size(); i++) {
 		const double weight = i < weights.size() ? MAX(values::as_number(weights[i]), 0.0) : 1.0;
-		chances.push_back(vformat("%s (%s)", telling::listed(Array::make(events[i])), words::number(weight)));
+		chances.push_back(vformat("%s (%s)", words::listed(Array::make(events[i])), words::number(weight)));
 	}
 	return vformat("Send one of %s", String(", ").join(chances));
 }
@@ -92,9 +92,9 @@ void SCRandomEventAction::warn_random(SCMachineBase *machine, int, int which) {
 		return;
 	}
 	if (which == 0) {
-		telling::once(this, machine, which, vformat("Random Event on %s has no events to choose between, so it sent nothing. Add them beside Events.", machine->name_in_messages()));
+		verbs::warn_whole(machine, this, which, vformat("Random Event on %s has no events to choose between, so it sent nothing. Add them beside Events.", machine->name_in_messages()));
 	} else {
-		telling::once(this, machine, which, vformat("Random Event on %s chose a row of its list that names no event, so it sent nothing. Type a name in every row beside Events.", machine->name_in_messages()));
+		verbs::warn_whole(machine, this, which, vformat("Random Event on %s chose a row of its list that names no event, so it sent nothing. Type a name in every row beside Events.", machine->name_in_messages()));
 	}
 }
 

@@ -3,6 +3,8 @@
 #include "action/add_kind.hpp"
 #include "action/input_words.hpp"
 #include "action/native_names.hpp"
+#include "action/answering.hpp"
+#include "action/runtime_shapes.hpp"
 #include "action/shared_verbs.hpp"
 #include "kinds/conditions/values.hpp"
 #include "kinds/input/inputs.hpp"

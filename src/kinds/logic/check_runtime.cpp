@@ -3,7 +3,7 @@
 #include "action/add_kind.hpp"
 #include "action/comparing.hpp"
 #include "action/native_names.hpp"
-#include "action/questions.hpp"
+#include "action/conditions.hpp"
 #include "fast_lane/sc_fast_lane.hpp"
 #include "kinds/conditions/space.hpp"
 #include "kinds/conditions/values.hpp"
@@ -179,7 +179,7 @@ public:
 
 bool ask_variable(SCMachineBase *machine, SCMachineCondition *condition) {
 	const StringName variable = setting_of<&SCVariableCondition::variable_name>(condition);
-	if (!questions::has_variable(machine, condition, variable)) {
+	if (!conditions::has_variable(machine, condition, variable)) {
 		return false;
 	}
 	return comparing::passes(machine->get_value(variable), comparing::Test(setting_of<&SCVariableCondition::test>(condition)), setting_of<&SCVariableCondition::value>(condition));

@@ -1,6 +1,6 @@
 #include "kinds/logic/switching.hpp"
 
-#include "action/telling.hpp"
+#include "action/shared_verbs.hpp"
 #include "action/words.hpp"
 #include "machine_node/sc_machine_base.hpp"
 #include "settings/plumbing.hpp"
@@ -57,7 +57,7 @@ String SCSwitchAction::summary_default() {
 	const String is = test == IS_BELOW ? "below " : "";
 	for (int64_t i = 0; i < cases.size(); i++) {
 		const StringName event = i < events.size() ? StringName(events[i]) : StringName();
-		line += vformat(", %s%s sends %s", is, case_text(cases[i]), telling::event_in_words(event));
+		line += vformat(", %s%s sends %s", is, case_text(cases[i]), words::event_in_words(event));
 	}
 	if (!otherwise_event.is_empty()) {
 		line += vformat(", anything else %s", otherwise_event);
@@ -93,7 +93,7 @@ String SCSwitchAction::never_reached() const {
 }
 
 void SCSwitchAction::warn_switch(SCMachineBase *machine, int, int which, const String &what) {
-	telling::once(this, machine, which, what);
+	verbs::warn_whole(machine, this, which, what);
 }
 
 void SCSwitchAction::_validate_property(PropertyInfo &property) const {

@@ -2,6 +2,8 @@
 
 #include "action/add_kind.hpp"
 #include "action/native_names.hpp"
+#include "action/answering.hpp"
+#include "action/runtime_shapes.hpp"
 #include "action/shared_verbs.hpp"
 #include "kinds/logic/switching.hpp"
 

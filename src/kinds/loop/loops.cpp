@@ -1,8 +1,8 @@
 #include "kinds/loop/loops.hpp"
 
-#include "action/telling.hpp"
-#include "action/values.hpp"
+#include "action/shared_verbs.hpp"
 #include "action/words.hpp"
+#include "action/values.hpp"
 #include "machine_node/sc_machine_base.hpp"
 #include "settings/plumbing.hpp"
 
@@ -20,7 +20,7 @@ void SCForEachAction::describe(KindTable<SCForEachAction> &kind) {
 
 String SCForEachAction::summary_default() {
 	const String into = store_item_in.is_empty() ? String() : vformat(" into %s", store_item_in);
-	return vformat("For each of %s%s, send %s, then %s", telling::picked(list_variable), into, next_event, done_event);
+	return vformat("For each of %s%s, send %s, then %s", words::picked(list_variable), into, next_event, done_event);
 }
 
 TypedArray<StringName> SCForEachAction::optional_names_default() {
@@ -32,13 +32,13 @@ void SCForEachAction::warn_for_each(SCMachineBase *machine, int, int which, cons
 		return;
 	}
 	const String name = machine->name_in_messages();
-	const String sent = telling::event_in_words(done_event);
+	const String sent = words::event_in_words(done_event);
 	if (list_variable.is_empty()) {
-		telling::once(this, machine, 2, vformat("For Each on %s has no variable picked, so there was nothing to walk through and it sent %s. Pick the variable holding the list beside List Variable.", name, sent));
+		verbs::warn_whole(machine, this, 2, vformat("For Each on %s has no variable picked, so there was nothing to walk through and it sent %s. Pick the variable holding the list beside List Variable.", name, sent));
 	} else if (which == 1) {
-		telling::once(this, machine, 1, vformat("For Each on %s: %s holds %s, which is not a list, so there was nothing to walk through and it sent %s. Fill it with the Array action, or make it an Array in the Variables tab.", name, list_variable, values::kind_in_words(held), sent));
+		verbs::warn_whole(machine, this, 1, vformat("For Each on %s: %s holds %s, which is not a list, so there was nothing to walk through and it sent %s. Fill it with the Array action, or make it an Array in the Variables tab.", name, list_variable, values::kind_in_words(held), sent));
 	} else {
-		telling::once(this, machine, 0, vformat("For Each on %s: this machine has no variable called %s, so there was nothing to walk through and it sent %s. Pick the variable holding the list beside List Variable.", name, list_variable, sent));
+		verbs::warn_whole(machine, this, 0, vformat("For Each on %s: this machine has no variable called %s, so there was nothing to walk through and it sent %s. Pick the variable holding the list beside List Variable.", name, list_variable, sent));
 	}
 }
 
@@ -74,7 +74,7 @@ String SCSequenceAction::summary_default() {
 	if (events.is_empty()) {
 		return "Send the next event of an empty list";
 	}
-	const String each = telling::listed(events);
+	const String each = words::listed(events);
 	return loop ? vformat("Send the next of %s, round and round", each) : vformat("Send the next of %s, then %s", each, done_event);
 }
 
@@ -84,7 +84,7 @@ TypedArray<StringName> SCSequenceAction::optional_names_default() {
 
 void SCSequenceAction::warn_no_events(SCMachineBase *machine, int) {
 	if (machine != nullptr) {
-		telling::once(this, machine, 0, vformat("Sequence on %s has no events in its list, so it sent nothing. Add them beside Events, in the order they are sent.", machine->name_in_messages()));
+		verbs::warn_whole(machine, this, 0, vformat("Sequence on %s has no events in its list, so it sent nothing. Add them beside Events, in the order they are sent.", machine->name_in_messages()));
 	}
 }
 

@@ -1,7 +1,8 @@
 // Compiled runtimes of the kinds that go round in a ring of states, one step a visit.
 
 #include "action/add_kind.hpp"
-#include "action/telling.hpp"
+#include "action/shared_verbs.hpp"
+#include "action/words.hpp"
 #include "action/values.hpp"
 #include "kinds/loop/loops.hpp"
 #include "machine/still_here.hpp"
@@ -20,7 +21,7 @@ public:
 			machine(of_machine), variable(named) {
 		if (variable.is_empty()) {
 			variable = usual;
-			telling::once(action, machine, 10, vformat("%s on %s has no Progress Variable, so it keeps its place in a variable called \"%s\". Type a name beside Progress Variable.", String(action->get_class()).trim_prefix("SC").trim_suffix("Action").capitalize(), machine->name_in_messages(), variable));
+			verbs::warn_whole(machine, action, 10, vformat("%s on %s has no Progress Variable, so it keeps its place in a variable called \"%s\". Type a name beside Progress Variable.", String(action->get_class()).trim_prefix("SC").trim_suffix("Action").capitalize(), machine->name_in_messages(), variable));
 		}
 	}
 	int64_t place() const { return ValueKinds::whole_part(values::as_number(machine->get_value(variable, 0))); }

@@ -1,6 +1,6 @@
 #include "kinds/machine/machines.hpp"
 
-#include "action/telling.hpp"
+#include "action/shared_verbs.hpp"
 #include "action/words.hpp"
 #include "settings/plumbing.hpp"
 
@@ -74,7 +74,7 @@ void SCForwardEventsAction::describe(KindTable<SCForwardEventsAction> &kind) {
 }
 
 String SCForwardEventsAction::summary_default() {
-	const String what = only_these.is_empty() ? String("every event") : telling::listed(only_these);
+	const String what = only_these.is_empty() ? String("every event") : words::listed(only_these);
 	return vformat("Pass %s on to %s", what, machine_in_line(machine_path));
 }
 
@@ -130,7 +130,7 @@ void SCMachineVariableAction::describe(KindTable<SCMachineVariableAction> &kind)
 String SCMachineVariableAction::summary_default() {
 	const String which = machine_in_line(machine_path);
 	if (operation == WRITE) {
-		return vformat("Put %s in %s on %s", telling::picked(from_variable), variable_there, which);
+		return vformat("Put %s in %s on %s", words::picked(from_variable), variable_there, which);
 	}
 	return vformat("Put %s on %s into %s", variable_there, which, store_in);
 }
@@ -157,7 +157,7 @@ String SCRunTemplateAction::summary_default() {
 		name = machine_template->get_path().get_file().get_basename().capitalize();
 	}
 	const String line = vformat("Run %s", name.is_empty() ? String("a template of its own") : name);
-	return shared_variables.is_empty() ? line : vformat("%s, sharing %s", line, telling::listed(shared_variables));
+	return shared_variables.is_empty() ? line : vformat("%s, sharing %s", line, words::listed(shared_variables));
 }
 
 PackedStringArray SCRunTemplateAction::variables_read_default() {

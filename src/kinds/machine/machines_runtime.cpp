@@ -3,6 +3,8 @@
 #include "action/add_kind.hpp"
 #include "action/machines.hpp"
 #include "action/native_names.hpp"
+#include "action/answering.hpp"
+#include "action/runtime_shapes.hpp"
 #include "action/shared_verbs.hpp"
 #include "action/storing.hpp"
 #include "kinds/flow/basics.hpp"

@@ -5,7 +5,7 @@
 #include "action/add_later.hpp"
 #include "action/native_names.hpp"
 #include "action/shared_verbs.hpp"
-#include "action/telling.hpp"
+#include "action/words.hpp"
 #include "kinds/machine/machines.hpp"
 #include "machine/machine_run.hpp"
 #include "machine/names.hpp"
@@ -156,7 +156,7 @@ public:
 		const Ref<SCMachineTemplate> design = setting_of<&SCRunTemplateAction::machine_template>(action);
 		Node *target = machine->target_node();
 		if (design.is_null()) {
-			telling::once(action, machine, 0, vformat("Run Template on %s has no Template picked, so nothing runs and the state carries on at once. Pick the template to run.", machine->name_in_messages()));
+			verbs::warn_whole(machine, action, 0, vformat("Run Template on %s has no Template picked, so nothing runs and the state carries on at once. Pick the template to run.", machine->name_in_messages()));
 			machine->finish(index);
 			return;
 		}

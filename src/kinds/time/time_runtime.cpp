@@ -5,6 +5,7 @@
 #include "action/answering.hpp"
 #include "action/checked.hpp"
 #include "action/native_names.hpp"
+#include "action/runtime_shapes.hpp"
 #include "action/shared_verbs.hpp"
 
 #include <godot_cpp/classes/engine.hpp>

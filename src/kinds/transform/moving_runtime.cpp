@@ -4,6 +4,7 @@
 #include "action/answering.hpp"
 #include "action/checked.hpp"
 #include "action/native_names.hpp"
+#include "action/runtime_shapes.hpp"
 #include "action/shared_verbs.hpp"
 #include "action/spaces.hpp"
 #include "kinds/transform/moving.hpp"

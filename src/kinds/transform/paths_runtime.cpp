@@ -5,6 +5,7 @@
 #include "action/checked.hpp"
 #include "action/facing.hpp"
 #include "action/native_names.hpp"
+#include "action/runtime_shapes.hpp"
 #include "action/shared_verbs.hpp"
 #include "action/spaces.hpp"
 #include "kinds/transform/paths.hpp"

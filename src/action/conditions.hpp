@@ -5,7 +5,7 @@
 
 #include "action/shared_verbs.hpp"
 
-namespace questions {
+namespace conditions {
 
 // Null when the path leads nowhere, or when the variable it is read from holds no node.
 Node *node(SCMachineBase *machine, const SCMachineCondition *condition, const NodePath &path, const StringName &setting);
@@ -22,4 +22,4 @@ T *node_as(SCMachineBase *machine, const SCMachineCondition *condition, const No
 // False when none is named, or one that the machine does not have.
 bool has_variable(SCMachineBase *machine, const SCMachineCondition *condition, const StringName &variable);
 
-} // namespace questions
+} // namespace conditions

@@ -1,8 +1,8 @@
-#include "action/questions.hpp"
+#include "action/conditions.hpp"
 
 #include "action/action_shared.hpp"
 
-namespace questions {
+namespace conditions {
 
 Node *node(SCMachineBase *machine, const SCMachineCondition *condition, const NodePath &path, const StringName &setting) {
 	if (path != ActionShared::get().no_node) {
@@ -25,4 +25,4 @@ bool has_variable(SCMachineBase *machine, const SCMachineCondition *condition, c
 	return true;
 }
 
-} // namespace questions
+} // namespace conditions
