@@ -41,7 +41,8 @@ const SCMachine *machine_behind(const Object *object) {
 
 void hide_what_is_on_the_other_side(const Object *object, PropertyInfo &property) {
 	for (const SideBound &bound : SIDE_BOUND) {
-		if (property.name == StringName(bound.setting) && Kind::of(object).name() == StringName(bound.kind) && shown_on_2d_known(object) && shown_on_2d(object) != bound.on_2d) {
+		if (property.name == StringName(bound.setting) && Kind::of(object).name() == StringName(bound.kind) && shown_on_2d_known(object) &&
+				shown_on_2d(object) != bound.on_2d) {
 			hide_from_inspector(property);
 		}
 	}
@@ -59,6 +60,8 @@ void find_exported_variants(const Ref<Script> &script, AnyTypeSettings &settings
 	}
 }
 
+} // namespace
+
 // A setting and the twin that reads it from a variable are shown and hidden together.
 void hide_by_rules(const Object *object, PropertyInfo &property) {
 	const ClassRow *row = KindFields::of(const_cast<Object *>(object)).row;
@@ -74,8 +77,6 @@ void hide_by_rules(const Object *object, PropertyInfo &property) {
 		hide_from_inspector(property);
 	}
 }
-
-} // namespace
 
 void validate(const Object *object, PropertyInfo &property) {
 	const ActionShared &shared = ActionShared::get();

@@ -78,6 +78,9 @@ public:
 	virtual void read_variables_default(SCMachineBase *machine);
 	virtual String live_words_default(SCMachineBase *machine, const String &line);
 
+	// The event that it sends later when it waits with sending one.
+	virtual StringName delayed_event() const { return StringName(); }
+
 	// Whether the operation does anything at all, in a script or in the compiled half.
 	bool has_enter();
 	bool has_update();

@@ -108,8 +108,8 @@ void SCNativeActions::add_entry(const StringName &word, const String &script_pat
 	shared_tables().by_path.insert(script_path, shared_tables().by_word.getptr(word));
 }
 
-void SCNativeActions::add_condition(const String &script_path, NativeCondition question) {
-	shared_tables().conditions.insert(script_path, question);
+void SCNativeActions::add_condition(const String &script_path, NativeCondition check) {
+	shared_tables().conditions.insert(script_path, check);
 }
 
 void SCNativeActions::add_helper(const StringName &name, NativeHelper helper) {

@@ -4,7 +4,10 @@
 #include "action/storing.hpp"
 #include "settings/class_rows.hpp"
 
+#include <godot_cpp/classes/method_tweener.hpp>
+#include <godot_cpp/classes/node3d.hpp>
 #include <godot_cpp/classes/property_tweener.hpp>
+#include <godot_cpp/variant/callable_method_pointer.hpp>
 
 namespace verbs {
 
@@ -73,6 +76,26 @@ void finish_unless_repeating(SCMachineBase *machine, SCMachineAction *action, in
 	}
 }
 
+namespace {
+
+// A 3D node outside the tree has no place in the world, and giving it one is an engine error. It goes on once it is back.
+void set_in_world(const Variant &value, uint64_t node_id, const NodePath &property) {
+	Node *node = Object::cast_to<Node>(ObjectDB::get_instance(ObjectID(node_id)));
+	if (node != nullptr && node->is_inside_tree()) {
+		node->set_indexed(property, value);
+	}
+}
+
+template <class Tweener>
+void shape(const Ref<Tweener> &tweener, const Easing &easing) {
+	if (tweener.is_valid()) {
+		tweener->set_trans(easing.transition);
+		tweener->set_ease(easing.ease);
+	}
+}
+
+} // namespace
+
 Ref<Tween> tween_property(SCMachineBase *machine, int index, Node *node, const NodePath &property, const Variant &to, double seconds, const Easing &easing) {
 	if (machine == nullptr || node == nullptr) {
 		return Ref<Tween>();
@@ -88,10 +111,11 @@ Ref<Tween> tween_property(SCMachineBase *machine, int index, Node *node, const N
 	// Of the machine and not of the node: a node that is freed on its way then ends the tween, where its
 	// own tween would go with it and never tell, and hold the state up for ever.
 	const Ref<Tween> tween = machine->create_tween();
-	const Ref<PropertyTweener> tweener = tween->tween_property(node, property, to, seconds);
-	if (tweener.is_valid()) {
-		tweener->set_trans(easing.transition);
-		tweener->set_ease(easing.ease);
+	if (Object::cast_to<Node3D>(node) != nullptr && String(property).begins_with("global_")) {
+		const Callable step = callable_mp_static(&set_in_world).bind(node->get_instance_id(), property);
+		shape(tween->tween_method(step, node->get_indexed(property), to, seconds), easing);
+	} else {
+		shape(tween->tween_property(node, property, to, seconds), easing);
 	}
 	machine->finish_with_tween(index, tween);
 	return tween;

@@ -31,8 +31,8 @@ void warn(SCMachineBase *machine, const Object *kind, const String &what);
 void warn_whole(SCMachineBase *machine, const Object *kind, int which, const String &sentence);
 // The sentence that the kind bound with KindTable::warns(), which a script that extends it may have replaced.
 template <auto Method, class... Arguments>
-void say(SCMachineAction *action, SCMachineBase *machine, int index, const Arguments &...arguments) {
-	action->call(*WarningOf<Method>::name, machine, index, arguments...);
+Variant say(SCMachineAction *action, SCMachineBase *machine, int index, const Arguments &...arguments) {
+	return action->call(*WarningOf<Method>::name, machine, index, arguments...);
 }
 String kind_in_palette(const Object *kind);
 // The setting's name as the inspector shows it: "body_path" reads "Body Path".

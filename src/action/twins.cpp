@@ -1,5 +1,6 @@
 #include "action/twins.hpp"
 
+#include "action/inspector.hpp"
 #include "action/sc_action.hpp"
 #include "action/variable_names.hpp"
 
@@ -44,8 +45,10 @@ void find_out(const Kind &kind, KindTwins &twins) {
 		const String name = property.name;
 		const StringName twin = name + "_variable";
 		// A kind that has a variable setting of its own beside it keeps that.
-		const bool has_its_own = names.has(twin) || (property.type == Variant::NODE_PATH && name.ends_with("_path") && names.has(StringName(name.trim_suffix("_path") + "_variable")));
-		if (is_in_editor(property) && has_a_fitting_type(property) && !has_its_own && !ends_in_variable(property.name) && !shared.the_machines_own.has(property.name) && !twins.twin_of_setting.has(property.name)) {
+		const bool has_its_own = names.has(twin) ||
+				(property.type == Variant::NODE_PATH && name.ends_with("_path") && names.has(StringName(name.trim_suffix("_path") + "_variable")));
+		if (is_in_editor(property) && has_a_fitting_type(property) && !has_its_own && !ends_in_variable(property.name) &&
+				!shared.the_machines_own.has(property.name) && !twins.twin_of_setting.has(property.name)) {
 			twins.settings.push_back(property.name);
 			twins.twins.push_back(twin);
 			twins.setting_of_twin.insert(twin, property.name);
@@ -115,8 +118,11 @@ void list(const Object *object, List<PropertyInfo> *properties) {
 	if (!twins_of_object.is_empty()) {
 		properties->push_back(PropertyInfo(Variant::NIL, "Read From Variables", PROPERTY_HINT_NONE, String(), PROPERTY_USAGE_GROUP));
 	}
+	// The engine hands only what a class declares to _validate_property, so a twin's rules are applied here.
 	for (const StringName &twin : twins_of_object) {
-		properties->push_back(describe(twin));
+		PropertyInfo shown = describe(twin);
+		inspector::hide_by_rules(object, shown);
+		properties->push_back(shown);
 	}
 }
 

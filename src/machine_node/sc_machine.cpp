@@ -1,5 +1,7 @@
 #include "machine_node/sc_machine.hpp"
 
+#include "machine_node/design_hooks.hpp"
+
 #include "machine/debugger_channel.hpp"
 #include "machine/machine_run.hpp"
 #include "machine/names.hpp"
@@ -80,6 +82,10 @@ void SCMachine::report_actions() {
 
 void SCMachine::report_values() {
 	DebuggerChannel::values(run());
+}
+
+PackedStringArray SCMachine::_get_configuration_warnings() const {
+	return design_hooks::warnings_of != nullptr ? design_hooks::warnings_of(const_cast<SCMachine *>(this)) : PackedStringArray();
 }
 
 void SCMachine::_bind_methods() {

@@ -5,6 +5,7 @@
 
 #include "settings/class_rows.hpp"
 
+#include <godot_cpp/classes/node.hpp>
 #include <godot_cpp/classes/resource.hpp>
 
 #include <type_traits>
@@ -43,6 +44,10 @@ void tell(T *object, const ClassRow *row, uint64_t shown_before, bool relists = 
 	if constexpr (std::is_base_of_v<Resource, T>) {
 		if (in_editor) {
 			object->emit_changed();
+		}
+	} else if constexpr (std::is_base_of_v<Node, T>) {
+		if (in_editor) {
+			object->update_configuration_warnings();
 		}
 	}
 }

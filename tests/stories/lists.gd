@@ -287,6 +287,49 @@ func test_a_table_set_up_wrong_is_told_of() -> void:
 		MakerWarnings._said.clear()
 
 
+func test_a_table_with_a_type_is_asked_for_its_own_keys_only() -> void:
+	var levels: Dictionary[int, String] = {7: "seven"}
+	var prices: Dictionary[float, int] = {1.0: 1}
+	var places: Dictionary[Vector2i, int] = {Vector2i(1, 1): 1}
+	# Operation, settings, the table, the table after, the answer.
+	for row: Array in [
+		[SCDictionaryAction.GET_ENTRY, {"key": "7"}, levels, {7: "seven"}, "seven"],
+		[SCDictionaryAction.HAS_KEY, {"key": "gold"}, levels, {7: "seven"}, false],
+		[SCDictionaryAction.REMOVE_ENTRY, {"key": "7"}, levels, {}, null],
+		[SCDictionaryAction.REMOVE_ENTRY, {"key": "gold", "not_found_event": &"none"}, levels, {7: "seven"}, null],
+		[SCDictionaryAction.SET_ENTRY, {"key": "8", "value": "x"}, levels, {7: "seven", 8: "x"}, null],
+		[SCDictionaryAction.ADD_TO_ENTRY, {"key": "1", "value": 2}, prices, {1.0: 3}, null],
+		[SCDictionaryAction.GET_ENTRY, {"key": "gold", "not_found_event": &"none"}, places, {Vector2i(1, 1): 1}, null],
+	]:
+		var options: Dictionary = row[1]
+		options["store_in"] = &"answer"
+		var made := await _table(row[0], options, row[2])
+		expect_equal(str(made.get_value("table")), str(row[3]), str(row))
+		expect_equal(made.get_value("answer"), row[4], str(row))
+
+
+func test_what_was_typed_in_stays_as_it_is() -> void:
+	var add := _array(SCArrayAction.ADD, {"item": [1]})
+	var made := start(machine([state("A", [add])], {"variables": {"list": []}}))
+	(made.get_value("list")[0] as Array).append(2)
+	expect_equal(add.item, [1])
+	var put := _dictionary(SCDictionaryAction.SET_ENTRY, {"key": "a", "value": {"b": 1}})
+	made = start(machine([state("A", [put])], {"variables": {"table": {}}}))
+	made.get_value("table")["a"]["b"] = 2
+	expect_equal(put.value, {"b": 1})
+
+
+func test_settings_that_mean_nothing_are_hidden() -> void:
+	var list := _array(SCArrayAction.COUNT)
+	for row: Array in [["item", false], ["store_in", true], ["found_event", false]]:
+		expect_equal(_is_shown(list, row[0]), row[1], str(row))
+	list.operation = SCArrayAction.HAS
+	for row: Array in [["item", true], ["index", false], ["found_event", true]]:
+		expect_equal(_is_shown(list, row[0]), row[1], str(row))
+	list.set(&"operation_variable", &"choice")
+	expect(_is_shown(list, "index"), "the variable may choose an operation that takes one")
+
+
 func test_what_lists_and_tables_say() -> void:
 	for row: Array in [
 		[_array(SCArrayAction.ADD, {"item": "sword"}), "Add sword to list"],
@@ -309,6 +352,10 @@ func test_which_variables_a_list_writes() -> void:
 	expect_equal(_array(SCArrayAction.COUNT, {"store_in": &"n"}).variables_written(), PackedStringArray(["n"]))
 	expect_equal(_array(SCArrayAction.TAKE_FIRST, {"store_in": &"n"}).variables_written(), PackedStringArray(["n", "list"]))
 	expect_equal(_dictionary(SCDictionaryAction.KEYS, {"store_in": &"n"}).variables_written(), PackedStringArray(["n"]))
+
+
+func _is_shown(object: Object, setting: String) -> bool:
+	return object.get_property_list().any(func(property: Dictionary) -> bool: return property["name"] == setting and property["usage"] & PROPERTY_USAGE_EDITOR)
 
 
 func _array(operation: SCArrayAction.Operation, options: Dictionary = {}) -> SCArrayAction:

@@ -2,6 +2,18 @@ extends Story
 ## Branching on what a variable holds, and sums of true and false.
 
 
+## Ends the game as soon as something is wrong with it.
+class Strict:
+	extends SCSwitchAction
+
+	var told := 0
+
+	@warning_ignore("native_method_override")
+	func _warn_switch(m: SCMachineBase, _index: int, _which: int, _what: String) -> void:
+		told += 1
+		m.free()
+
+
 func switch(variable: StringName, cases: Array, events: Array[StringName], options: Dictionary = {}) -> SCSwitchAction:
 	var made := SCSwitchAction.new()
 	made.variable_name = variable
@@ -73,6 +85,17 @@ func test_what_is_set_up_wrong_is_told_of() -> void:
 	expect_warning("Switch on Knob: this machine has no variable called gone")
 
 
+func test_a_game_may_end_the_machine_as_it_is_told() -> void:
+	var strict := Strict.new()
+	strict.variable_name = &"held"
+	strict.test = SCSwitchAction.IS_BELOW
+	strict.cases = ["few", "many", "more", 5]
+	var made := start(machine([state("Wait", [], {"Go": "Ask"}), state("Ask", [strict])], {"variables": {"held": 3}}))
+	made.send_event(&"Go")
+	expect_equal(strict.told, 1)
+	expect_equal(is_instance_valid(made), false)
+
+
 func test_every_frame_it_sends_first_and_then_on_change() -> void:
 	var sent: Array[String] = []
 	var owner := machine([
@@ -137,7 +160,7 @@ func test_a_door_that_needs_the_key_and_the_lever() -> void:
 func test_an_answer_without_a_variable_is_told_of() -> void:
 	var made := SCBoolOperatorAction.new()
 	start(machine([state("Sum", [made])], {"name": "Gate"}))
-	expect_warning("Bool Operator on Gate: no variable is picked")
+	expect_warning("Bool Operator on Gate: there is nowhere to put the answer")
 
 
 func test_summaries() -> void:

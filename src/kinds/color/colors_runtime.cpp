@@ -18,12 +18,12 @@ class GetColorComponents : public OnceOrRepeating<GetColorComponents> {
 public:
 	static void work(SCMachineBase *machine, SCMachineAction *action, int, double) {
 		const Color color = setting_of<&Kind::color>(action);
-		const bool any = verbs::keep_each<
-				&Kind::store_red_in, &Kind::store_green_in, &Kind::store_blue_in, &Kind::store_alpha_in,
-				&Kind::store_hue_in, &Kind::store_saturation_in, &Kind::store_brightness_in>(
+		const bool any = verbs::keep_each<&Kind::store_red_in, &Kind::store_green_in, &Kind::store_blue_in, &Kind::store_alpha_in, &Kind::store_hue_in,
+				&Kind::store_saturation_in, &Kind::store_brightness_in>(
 				machine, action, { color.r, color.g, color.b, color.a, color.get_h(), color.get_s(), color.get_v() });
 		if (!any) {
-			verbs::warn(machine, action, "there is nowhere to put any part of the colour, so they were lost. Pick a variable under Store Red In or one of the others.");
+			verbs::warn(machine, action,
+					"there is nowhere to put any part of the colour, so they were lost. Pick a variable under Store Red In or one of the others.");
 		}
 	}
 };
@@ -31,9 +31,7 @@ public:
 class RandomColor : public OnceOrRepeating<RandomColor> {
 	using Kind = SCRandomColorAction;
 
-	static double between(double lowest, double highest) {
-		return UtilityFunctions::randf_range(MIN(lowest, highest), MAX(lowest, highest));
-	}
+	static double between(double lowest, double highest) { return UtilityFunctions::randf_range(MIN(lowest, highest), MAX(lowest, highest)); }
 
 	static Color in_range(const SCMachineAction *action) {
 		const double from = setting_of<&Kind::lowest_hue>(action);
@@ -100,7 +98,10 @@ public:
 		const double left = setting_of<&Kind::at_the_left>(action);
 		const double right = setting_of<&Kind::at_the_right>(action);
 		if (left == right) {
-			verbs::warn(machine, action, vformat("both ends of its gradient stand for %s, so it took the colour of the left one. Give At The Left and At The Right two different numbers.", words::number(left)));
+			verbs::warn(machine, action,
+					vformat("both ends of its gradient stand for %s, so it took the colour of the left one. Give At The Left and At The Right two different "
+							"numbers.",
+							words::number(left)));
 		}
 		const double share = left == right ? 0.0 : (setting_of<&Kind::number>(action) - left) / (right - left);
 		verbs::keep<&Kind::store_in>(machine, action, gradient->sample(float(CLAMP(share, 0.0, 1.0))), "the colour");
@@ -155,7 +156,9 @@ public:
 		}
 		const Variant held = machine->get_value(name);
 		if (held.get_type() != Variant::COLOR && !ValueKinds::is_nothing(held)) {
-			verbs::warn(machine, action, vformat("%s holds %s, which is no colour, so it was left alone. Make it a Color in the Variables tab, or pick another under Variable Name.", name, values::kind_in_words(held)));
+			verbs::warn(machine, action,
+					vformat("%s holds %s, which is no colour, so it was left alone. Make it a Color in the Variables tab, or pick another under Variable Name.",
+							name, values::kind_in_words(held)));
 			return;
 		}
 		// A variable that holds nothing yet counts as white.
