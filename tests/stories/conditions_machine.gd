@@ -1,4 +1,4 @@
-extends "res://tests/framework/question_story.gd"
+extends Story
 ## Questions about machines, the time they take, what has changed, and chance.
 
 
@@ -38,7 +38,7 @@ func test_a_guard_looks_whether_the_door_is_open() -> void:
 		state("Open", [], {}, {"sub_states": [state("Wide"), state("A Crack")], "parallel": {&"Light": [state("Lit")], &"Sound": [state("Creaking")]}}),
 	], {"under": door, "name": "Machine"}))
 	var guard := asker(body("Guard"))
-	var open := question(SCInStateCondition.new(), {"state_name": &"Open", "machine_path": ^"../../Door"}) as SCInStateCondition
+	var open := kind(SCInStateCondition, {"state_name": &"Open", "machine_path": ^"../../Door"}) as SCInStateCondition
 	expect(not ask(guard, open))
 	door_machine.send_event(&"open")
 	expect(ask(guard, open))
@@ -58,7 +58,7 @@ func test_a_guard_looks_whether_the_door_is_open() -> void:
 
 func test_a_machine_asks_about_itself() -> void:
 	var made := start(machine([state("Here", [act("here")], {"go": "There"}), state("There", [act("there")])]))
-	var here := question(SCInStateCondition.new(), {"state_name": &"Here"})
+	var here := kind(SCInStateCondition, {"state_name": &"Here"})
 	expect(ask(made, here))
 	made.send_event(&"go")
 	expect(not ask(made, here))
@@ -117,7 +117,7 @@ func test_a_state_without_sub_states_has_no_work_inside() -> void:
 
 
 func test_time_passes_in_a_state() -> void:
-	var late := question(SCTimeoutCondition.new(), {"seconds": 0.5})
+	var late := kind(SCTimeoutCondition, {"seconds": 0.5})
 	var made := start(machine([
 		state("Waiting", [watch(late)], {"yes": "Late", "again": "Waiting"}),
 		state("Late"),
@@ -133,16 +133,16 @@ func test_time_passes_in_a_state() -> void:
 
 func test_half_a_second_is_thirty_frames() -> void:
 	var made := asker(stage)
-	var late := question(SCTimeoutCondition.new(), {"seconds": 0.5})
+	var late := kind(SCTimeoutCondition, {"seconds": 0.5})
 	await frames(29)
 	expect(not ask(made, late))
 	await frames(2)
 	expect(ask(made, late))
-	expect(ask(made, question(SCTimeoutCondition.new(), {"seconds": 0.0})))
+	expect(ask(made, kind(SCTimeoutCondition, {"seconds": 0.0})))
 
 
 func test_the_extra_time_is_picked_once_a_visit() -> void:
-	var late := question(SCTimeoutCondition.new(), {"seconds": 0.1, "random_extra": 0.4})
+	var late := kind(SCTimeoutCondition, {"seconds": 0.1, "random_extra": 0.4})
 	var lengths: Array[int] = []
 	var made := start(machine([state("Waiting", [watch(late)], {"yes": "Late"}), state("Late", [], {"back": "Waiting"})]))
 	for visit in 12:
@@ -168,7 +168,7 @@ func test_the_time_comes_from_a_variable() -> void:
 func test_a_change_is_seen_once() -> void:
 	var made := asker(stage, {"variables": {&"score": 0, &"bag": [], &"target": null, &"name": "Ann"}})
 	for row: Array in [[&"score", 1], [&"score", 1000000], [&"score", 1000001], [&"name", "Bob"], [&"bag", ["key"]]]:
-		var changed := question(SCVariableChangedCondition.new(), {"variable_name": row[0]})
+		var changed := kind(SCVariableChangedCondition, {"variable_name": row[0]})
 		var memory := {}
 		expect(not ask(made, changed, memory), "%s, first asked" % [row])
 		expect(not ask(made, changed, memory), "%s, untouched" % [row])
@@ -181,7 +181,7 @@ func test_a_change_is_seen_once() -> void:
 
 func test_a_list_that_grows_has_changed() -> void:
 	var made := asker(stage, {"variables": {&"bag": []}})
-	var changed := question(SCVariableChangedCondition.new(), {"variable_name": &"bag"})
+	var changed := kind(SCVariableChangedCondition, {"variable_name": &"bag"})
 	var memory := {}
 	expect(not ask(made, changed, memory))
 	(made.get_value(&"bag") as Array).append("key")
@@ -192,7 +192,7 @@ func test_a_list_that_grows_has_changed() -> void:
 func test_a_target_that_is_replaced_or_freed_has_changed() -> void:
 	var first := body("First")
 	var made := asker(stage, {"variables": {&"target": null}})
-	var changed := question(SCVariableChangedCondition.new(), {"variable_name": &"target"})
+	var changed := kind(SCVariableChangedCondition, {"variable_name": &"target"})
 	var memory := {}
 	expect(not ask(made, changed, memory))
 	made.set_value(&"target", first)
@@ -206,7 +206,7 @@ func test_a_target_that_is_replaced_or_freed_has_changed() -> void:
 
 
 func test_only_changes_during_the_visit_count() -> void:
-	var changed := question(SCVariableChangedCondition.new(), {"variable_name": &"score"})
+	var changed := kind(SCVariableChangedCondition, {"variable_name": &"score"})
 	var made := start(machine([
 		state("Elsewhere", [], {"watch": "Watching"}),
 		state("Watching", [watch(changed)], {"yes": "Seen", "leave": "Elsewhere"}),
@@ -236,15 +236,13 @@ func test_watching_no_variable_is_told() -> void:
 
 
 func test_the_lines_read_like_sentences() -> void:
-	expect_lines([
-		[SCChanceCondition.new(), "50% of the time"],
-		[question(SCChanceCondition.new(), {"chance": 12.5, "once_per_visit": true}), "12.5% of the time, one roll a visit"],
-		[question(SCInStateCondition.new(), {"state_name": &"Open"}), "this machine is in Open"],
-		[question(SCInStateCondition.new(), {"machine_path": ^"../../Door"}), "Door is in (pick one)"],
-		[SCSubStateFinishedCondition.new(), "the sub-states are done"],
-		[question(SCSubStateFinishedCondition.new(), {"require_own_actions": true}), "the sub-states and the state's own actions are done"],
-		[question(SCTimeoutCondition.new(), {"seconds": 2.0}), "2 s have passed"],
-		[question(SCTimeoutCondition.new(), {"seconds": 2.0, "random_extra": 1.5}), "2 to 3.5 s have passed"],
-		[question(SCVariableChangedCondition.new(), {"variable_name": &"score", "invert": true}), "Not: score has changed"],
-		[SCVariableChangedCondition.new(), "(pick one) has changed"],
-	])
+	expect_line(kind(SCChanceCondition), "50% of the time")
+	expect_line(kind(SCChanceCondition, {"chance": 12.5, "once_per_visit": true}), "12.5% of the time, one roll a visit")
+	expect_line(kind(SCInStateCondition, {"state_name": &"Open"}), "this machine is in Open")
+	expect_line(kind(SCInStateCondition, {"machine_path": ^"../../Door"}), "Door is in (pick one)")
+	expect_line(kind(SCSubStateFinishedCondition), "the sub-states are done")
+	expect_line(kind(SCSubStateFinishedCondition, {"require_own_actions": true}), "the sub-states and the state's own actions are done")
+	expect_line(kind(SCTimeoutCondition, {"seconds": 2.0}), "2 s have passed")
+	expect_line(kind(SCTimeoutCondition, {"seconds": 2.0, "random_extra": 1.5}), "2 to 3.5 s have passed")
+	expect_line(kind(SCVariableChangedCondition, {"variable_name": &"score", "invert": true}), "Not: score has changed")
+	expect_line(kind(SCVariableChangedCondition), "(pick one) has changed")

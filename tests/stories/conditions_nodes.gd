@@ -1,4 +1,4 @@
-extends "res://tests/framework/question_story.gd"
+extends Story
 ## Questions about a node: where in the tree it is, how it stands, what it plays.
 
 
@@ -14,10 +14,10 @@ func test_a_node_has_a_kind_of_node_under_it() -> void:
 		["Node2D", true, true], ["Node2D", false, true], ["AudioStreamPlayer", true, true], ["AudioStreamPlayer", false, false],
 		["Label", true, true], ["StateTag", true, true], ["StateTag", false, false], ["SCMachine", false, true], ["Sprite2D", true, false], ["Player", true, false],
 	]:
-		expect_equal(ask(made, question(SCHasChildOfTypeCondition.new(), {"type": row[0], "recursive": row[1]})), row[2], str(row))
-	expect(ask(made, question(SCHasChildOfTypeCondition.new(), {"type": "AudioStreamPlayer", "node_path": ^"../Seat", "recursive": false})))
+		expect_equal(ask(made, kind(SCHasChildOfTypeCondition, {"type": row[0], "recursive": row[1]})), row[2], str(row))
+	expect(ask(made, kind(SCHasChildOfTypeCondition, {"type": "AudioStreamPlayer", "node_path": ^"../Seat", "recursive": false})))
 	seat.get_node(^"Horn").queue_free()
-	expect(not ask(made, question(SCHasChildOfTypeCondition.new(), {"type": "AudioStreamPlayer"})))
+	expect(not ask(made, kind(SCHasChildOfTypeCondition, {"type": "AudioStreamPlayer"})))
 
 
 func test_a_kind_that_there_is_not_is_told_once() -> void:
@@ -36,30 +36,30 @@ func test_a_crate_rides_on_the_lift() -> void:
 	var floor_node := _under(lift, Node2D.new(), "Floor")
 	var crate := _under(floor_node, Node2D.new(), "Crate")
 	var made := asker(crate)
-	var riding := question(SCIsChildOfCondition.new(), {"parent_path": ^"../../../../Lift"}) as SCIsChildOfCondition
+	var riding := kind(SCIsChildOfCondition, {"parent_path": ^"../../../../Lift"}) as SCIsChildOfCondition
 	expect(ask(made, riding))
 	riding.recursive = false
 	expect(not ask(made, riding))
 	riding.parent_path = ^"../../../Floor"
 	expect(ask(made, riding))
-	expect(ask(made, question(SCIsChildOfCondition.new(), {"node_path": ^".", "recursive": false})), "the machine is right under Self")
+	expect(ask(made, kind(SCIsChildOfCondition, {"node_path": ^".", "recursive": false})), "the machine is right under Self")
 	crate.reparent(stage)
-	expect(not ask(made, question(SCIsChildOfCondition.new(), {"parent_path": ^"../../Lift"})))
+	expect(not ask(made, kind(SCIsChildOfCondition, {"parent_path": ^"../../Lift"})))
 
 
 func test_nothing_is_under_itself() -> void:
 	var made := asker(body("Crate"))
 	expect(not ask(made, SCIsChildOfCondition.new()))
 	expect_warning("it asks whether Crate is under itself, so the answer is no. Pick another node under Node Path or Parent Path.")
-	expect(not ask(made, question(SCIsChildOfCondition.new(), {"parent_path": ^"../../Lift"})))
+	expect(not ask(made, kind(SCIsChildOfCondition, {"parent_path": ^"../../Lift"})))
 	expect_warning("Is Child Of on Machine: there is no node at Lift. Pick one under Parent Path.")
 
 
 func test_a_node_is_there_until_it_goes() -> void:
 	var enemy := body("Enemy")
 	var made := asker(stage, {"variables": {&"target": null}})
-	var there := question(SCNodeCondition.new(), {"node_path": ^"../Enemy"})
-	var held := question(SCNodeCondition.new(), {"node_path_variable": &"target"})
+	var there := kind(SCNodeCondition, {"node_path": ^"../Enemy"})
+	var held := kind(SCNodeCondition, {"node_path_variable": &"target"})
 	expect(ask(made, there))
 	expect(not ask(made, held), "an empty variable")
 	made.set_value(&"target", enemy)
@@ -75,7 +75,7 @@ func test_a_node_is_there_until_it_goes() -> void:
 
 func test_a_node_is_in_a_group() -> void:
 	var made := asker(body("Enemy"))
-	var in_group := question(SCNodeCondition.new(), {"test": SCNodeCondition.IS_IN_A_GROUP, "group": &"enemies"}) as SCNodeCondition
+	var in_group := kind(SCNodeCondition, {"test": SCNodeCondition.IS_IN_A_GROUP, "group": &"enemies"}) as SCNodeCondition
 	expect(not ask(made, in_group))
 	stage.get_node(^"Enemy").add_to_group(&"enemies")
 	expect(ask(made, in_group))
@@ -85,7 +85,7 @@ func test_a_node_is_in_a_group() -> void:
 
 
 func test_a_node_is_visible() -> void:
-	var visible := question(SCNodeCondition.new(), {"test": SCNodeCondition.IS_VISIBLE, "node_path": ^"../Above/Shown"})
+	var visible := kind(SCNodeCondition, {"test": SCNodeCondition.IS_VISIBLE, "node_path": ^"../Above/Shown"})
 	for made_above: Node in [Node2D.new(), Node3D.new(), Control.new()]:
 		var above := _under(stage, made_above, "Above")
 		var shown := _under(above, made_above.duplicate(), "Shown")
@@ -99,19 +99,19 @@ func test_a_node_is_visible() -> void:
 		made.free()
 		above.free()
 	_under(stage, CanvasLayer.new(), "Layer")
-	var layer_asked := question(SCNodeCondition.new(), {"test": SCNodeCondition.IS_VISIBLE, "node_path": ^"../Layer"})
+	var layer_asked := kind(SCNodeCondition, {"test": SCNodeCondition.IS_VISIBLE, "node_path": ^"../Layer"})
 	var last := asker(stage)
 	expect(ask(last, layer_asked))
 	(stage.get_node(^"Layer") as CanvasLayer).hide()
 	expect(not ask(last, layer_asked))
-	expect(not ask(last, question(SCNodeCondition.new(), {"test": SCNodeCondition.IS_VISIBLE})))
+	expect(not ask(last, kind(SCNodeCondition, {"test": SCNodeCondition.IS_VISIBLE})))
 	expect_warning("Node on Machine: Stage is a Node, not a node that can be seen. Pick a node that can be seen under Node Path.")
 
 
 func test_a_node_is_enabled() -> void:
 	var lamp := body("Lamp")
 	var made := asker(stage)
-	var enabled := question(SCNodeCondition.new(), {"test": SCNodeCondition.IS_ENABLED, "node_path": ^"../Lamp"})
+	var enabled := kind(SCNodeCondition, {"test": SCNodeCondition.IS_ENABLED, "node_path": ^"../Lamp"})
 	expect(ask(made, enabled))
 	lamp.process_mode = Node.PROCESS_MODE_DISABLED
 	expect(not ask(made, enabled))
@@ -124,11 +124,11 @@ func test_a_node_is_enabled() -> void:
 
 func test_a_missing_node_is_told_once() -> void:
 	var made := asker(stage, {"variables": {&"target": null}})
-	var gone := question(SCNodeCondition.new(), {"test": SCNodeCondition.IS_ENABLED, "node_path": ^"../Lamp"})
+	var gone := kind(SCNodeCondition, {"test": SCNodeCondition.IS_ENABLED, "node_path": ^"../Lamp"})
 	for i in 3:
 		expect(not ask(made, gone))
 	expect_warning("Node on Machine: there is no node at Lamp. Pick one under Node Path.")
-	expect(not ask(made, question(SCNodeCondition.new(), {"test": SCNodeCondition.IS_ENABLED, "node_path_variable": &"target"})))
+	expect(not ask(made, kind(SCNodeCondition, {"test": SCNodeCondition.IS_ENABLED, "node_path_variable": &"target"})))
 	expect_warning("the variable target holds no node, so the answer is no. Put a node into it, or pick one under Node Path.")
 
 
@@ -151,7 +151,7 @@ func test_properties_compare_by_every_test() -> void:
 		["visible", SCPropertyCondition.IS_TRUE, null, true], ["visible", SCPropertyCondition.IS_FALSE, null, false], ["material", SCPropertyCondition.IS_TRUE, null, false],
 		["name", SCPropertyCondition.GREATER, 3, false],
 	]:
-		expect_equal(ask(made, question(SCPropertyCondition.new(), {"property": row[0], "test": row[1], "value": row[2]})), row[3], str(row))
+		expect_equal(ask(made, kind(SCPropertyCondition, {"property": row[0], "test": row[1], "value": row[2]})), row[3], str(row))
 
 
 func test_a_property_that_there_is_not_is_told_once() -> void:
@@ -173,7 +173,7 @@ func test_a_property_that_there_is_not_is_told_once() -> void:
 
 func test_a_property_meets_a_variable() -> void:
 	var box := body("Box")
-	var above := question(SCPropertyCondition.new(), {"property": "position:y", "test": SCPropertyCondition.GREATER, "value_variable": &"line"})
+	var above := kind(SCPropertyCondition, {"property": "position:y", "test": SCPropertyCondition.GREATER, "value_variable": &"line"})
 	var made := start(machine([state("Above", [watch(above)], {"yes": "Below"}), state("Below")], {"under": box, "variables": {&"line": 100.0}}))
 	await frames(2)
 	expect_state(made, "Above")
@@ -194,10 +194,10 @@ func test_an_animation_plays_and_ends() -> void:
 	player.add_animation_library(&"", library)
 	var made := asker(hero)
 	var playing := SCPlayingCondition.new()
-	var walking := question(SCPlayingCondition.new(), {"animation_name": &"walk"})
-	var ended := question(SCPlayingCondition.new(), {"test": SCPlayingCondition.HAS_ENDED})
-	var jumped := question(SCPlayingCondition.new(), {"test": SCPlayingCondition.HAS_ENDED, "animation_name": &"jump"})
-	var half := question(SCPlayingCondition.new(), {"test": SCPlayingCondition.HAS_GOT_AS_FAR_AS, "fraction": 0.5})
+	var walking := kind(SCPlayingCondition, {"animation_name": &"walk"})
+	var ended := kind(SCPlayingCondition, {"test": SCPlayingCondition.HAS_ENDED})
+	var jumped := kind(SCPlayingCondition, {"test": SCPlayingCondition.HAS_ENDED, "animation_name": &"jump"})
+	var half := kind(SCPlayingCondition, {"test": SCPlayingCondition.HAS_GOT_AS_FAR_AS, "fraction": 0.5})
 	_expect_answers(made, [[playing, false], [walking, false], [ended, false], [half, false]], "not begun")
 	player.play(&"walk")
 	await frames(5)
@@ -215,7 +215,7 @@ func test_an_animation_plays_and_ends() -> void:
 	player.play_backwards(&"jump")
 	await frames(40)
 	_expect_answers(made, [[playing, false], [jumped, true]], "backwards to its beginning")
-	expect(not ask(made, question(SCPlayingCondition.new(), {"animation_name": &"swim"})))
+	expect(not ask(made, kind(SCPlayingCondition, {"animation_name": &"swim"})))
 	expect_warning("Playing on Machine: Moves has no animation called swim, so the answer is no. Check the name under Animation Name.")
 
 
@@ -229,8 +229,8 @@ func test_a_sprite_plays_and_ends() -> void:
 		sprite.set("sprite_frames", drawn)
 		_under(stage, sprite, "Sprite")
 		var made := asker(sprite)
-		var ended := question(SCPlayingCondition.new(), {"test": SCPlayingCondition.HAS_ENDED})
-		var half := question(SCPlayingCondition.new(), {"test": SCPlayingCondition.HAS_GOT_AS_FAR_AS, "animation_name": &"default"})
+		var ended := kind(SCPlayingCondition, {"test": SCPlayingCondition.HAS_ENDED})
+		var half := kind(SCPlayingCondition, {"test": SCPlayingCondition.HAS_GOT_AS_FAR_AS, "animation_name": &"default"})
 		sprite.call("play", &"default")
 		await frames(3)
 		_expect_answers(made, [[SCPlayingCondition.new(), true], [ended, false], [half, false]], sprite.get_class())
@@ -238,7 +238,7 @@ func test_a_sprite_plays_and_ends() -> void:
 		_expect_answers(made, [[SCPlayingCondition.new(), true], [half, true]], sprite.get_class())
 		await frames(8)
 		_expect_answers(made, [[SCPlayingCondition.new(), false], [ended, true], [half, true]], sprite.get_class())
-		expect(not ask(made, question(SCPlayingCondition.new(), {"animation_name": &"swim"})))
+		expect(not ask(made, kind(SCPlayingCondition, {"animation_name": &"swim"})))
 		expect_warning("Sprite has no animation called swim")
 		sprite.free()
 
@@ -249,11 +249,11 @@ func test_a_sound_plays() -> void:
 		var stream_id := _give_stream(sound)
 		_under(radio, sound, "Sound")
 		var made := asker(radio)
-		var ended := question(SCPlayingCondition.new(), {"test": SCPlayingCondition.HAS_ENDED})
+		var ended := kind(SCPlayingCondition, {"test": SCPlayingCondition.HAS_ENDED})
 		_expect_answers(made, [[SCPlayingCondition.new(), false], [ended, true]], sound.get_class())
 		sound.call("play")
 		await frames(1)
-		_expect_answers(made, [[SCPlayingCondition.new(), true], [ended, false], [question(SCPlayingCondition.new(), {"test": SCPlayingCondition.HAS_GOT_AS_FAR_AS, "fraction": 1.0}), false]], sound.get_class())
+		_expect_answers(made, [[SCPlayingCondition.new(), true], [ended, false], [kind(SCPlayingCondition, {"test": SCPlayingCondition.HAS_GOT_AS_FAR_AS, "fraction": 1.0}), false]], sound.get_class())
 		sound.call("stop")
 		_expect_answers(made, [[SCPlayingCondition.new(), false], [ended, true]], sound.get_class())
 		radio.free()
@@ -283,8 +283,8 @@ func test_an_animation_tree_stands_in_a_state() -> void:
 	moves.anim_player = ^"../Moves"
 	moves.active = true
 	var made := asker(hero)
-	var walking := question(SCPlayingCondition.new(), {"node_path": ^"../Tree", "animation_name": &"walk"})
-	var half := question(SCPlayingCondition.new(), {"node_path": ^"../Tree", "animation_name": &"walk", "test": SCPlayingCondition.HAS_GOT_AS_FAR_AS})
+	var walking := kind(SCPlayingCondition, {"node_path": ^"../Tree", "animation_name": &"walk"})
+	var half := kind(SCPlayingCondition, {"node_path": ^"../Tree", "animation_name": &"walk", "test": SCPlayingCondition.HAS_GOT_AS_FAR_AS})
 	var playback: AnimationNodeStateMachinePlayback = moves.get("parameters/playback")
 	playback.start(&"walk")
 	await frames(5)
@@ -292,11 +292,11 @@ func test_an_animation_tree_stands_in_a_state() -> void:
 	await frames(15)
 	_expect_answers(made, [[walking, true], [half, true]], "half way")
 	await frames(20)
-	_expect_answers(made, [[question(SCPlayingCondition.new(), {"node_path": ^"../Tree", "test": SCPlayingCondition.HAS_ENDED}), true]], "at the end")
+	_expect_answers(made, [[kind(SCPlayingCondition, {"node_path": ^"../Tree", "test": SCPlayingCondition.HAS_ENDED}), true]], "at the end")
 	playback.start(&"jump")
 	await frames(3)
-	_expect_answers(made, [[walking, false], [question(SCPlayingCondition.new(), {"node_path": ^"../Tree"}), true]], "jumping")
-	expect(not ask(made, question(SCPlayingCondition.new(), {"node_path": ^"../Tree", "state_machine": "Attacks"})))
+	_expect_answers(made, [[walking, false], [kind(SCPlayingCondition, {"node_path": ^"../Tree"}), true]], "jumping")
+	expect(not ask(made, kind(SCPlayingCondition, {"node_path": ^"../Tree", "state_machine": "Attacks"})))
 	expect_warning("Tree has no state machine Attacks, so the answer is no. Type the name of one in the tree under State Machine.")
 
 
@@ -308,26 +308,24 @@ func test_what_cannot_play_is_told() -> void:
 
 func test_the_lines_read_like_sentences() -> void:
 	var sword := ^"../../Sword"
-	expect_lines([
-		[question(SCHasChildOfTypeCondition.new(), {"type": "Sprite2D"}), "Self has a Sprite2D under it"],
-		[question(SCHasChildOfTypeCondition.new(), {"type": "Area2D", "recursive": false, "node_path": sword}), "Sword has an Area2D right under it"],
-		[SCHasChildOfTypeCondition.new(), "Self has a (pick one) under it"],
-		[question(SCIsChildOfCondition.new(), {"node_path": sword, "parent_path": ^"../../Hand"}), "Sword is under Hand"],
-		[question(SCIsChildOfCondition.new(), {"parent_path": ^"../../Hand", "recursive": false}), "Self is right under Hand"],
-		[question(SCNodeCondition.new(), {"node_path": sword}), "Sword is there"],
-		[question(SCNodeCondition.new(), {"node_path": sword, "test": SCNodeCondition.IS_IN_A_GROUP, "group": &"weapons"}), "Sword is in weapons"],
-		[question(SCNodeCondition.new(), {"node_path": sword, "test": SCNodeCondition.IS_IN_A_GROUP}), "Sword is in (pick one)"],
-		[question(SCNodeCondition.new(), {"test": SCNodeCondition.IS_VISIBLE}), "Self is visible"],
-		[question(SCNodeCondition.new(), {"test": SCNodeCondition.IS_ENABLED, "node_path_variable": &"target"}), "[target] is enabled"],
-		[question(SCPlayingCondition.new(), {"node_path": ^"../../Moves"}), "Moves is playing"],
-		[question(SCPlayingCondition.new(), {"node_path": ^"../../Moves", "animation_name": &"walk"}), "Moves is playing walk"],
-		[question(SCPlayingCondition.new(), {"node_path": ^"../../Moves", "test": SCPlayingCondition.HAS_ENDED}), "Moves has ended"],
-		[question(SCPlayingCondition.new(), {"node_path": ^"../../Moves", "test": SCPlayingCondition.HAS_GOT_AS_FAR_AS, "animation_name": &"walk"}), "Moves has got as far as 0.5 of walk"],
-		[question(SCPlayingCondition.new(), {"test": SCPlayingCondition.HAS_GOT_AS_FAR_AS}), "Self has got as far as 0.5 of what it plays"],
-		[question(SCPropertyCondition.new(), {"property": "position:y", "test": SCPropertyCondition.LESS, "value": 3}), "position:y of Self is below 3"],
-		[question(SCPropertyCondition.new(), {"property": "visible", "test": SCPropertyCondition.IS_TRUE, "node_path": sword}), "visible of Sword is true"],
-		[SCPropertyCondition.new(), "(pick one) of Self is 0"],
-	])
+	expect_line(kind(SCHasChildOfTypeCondition, {"type": "Sprite2D"}), "Self has a Sprite2D under it")
+	expect_line(kind(SCHasChildOfTypeCondition, {"type": "Area2D", "recursive": false, "node_path": sword}), "Sword has an Area2D right under it")
+	expect_line(kind(SCHasChildOfTypeCondition), "Self has a (pick one) under it")
+	expect_line(kind(SCIsChildOfCondition, {"node_path": sword, "parent_path": ^"../../Hand"}), "Sword is under Hand")
+	expect_line(kind(SCIsChildOfCondition, {"parent_path": ^"../../Hand", "recursive": false}), "Self is right under Hand")
+	expect_line(kind(SCNodeCondition, {"node_path": sword}), "Sword is there")
+	expect_line(kind(SCNodeCondition, {"node_path": sword, "test": SCNodeCondition.IS_IN_A_GROUP, "group": &"weapons"}), "Sword is in weapons")
+	expect_line(kind(SCNodeCondition, {"node_path": sword, "test": SCNodeCondition.IS_IN_A_GROUP}), "Sword is in (pick one)")
+	expect_line(kind(SCNodeCondition, {"test": SCNodeCondition.IS_VISIBLE}), "Self is visible")
+	expect_line(kind(SCNodeCondition, {"test": SCNodeCondition.IS_ENABLED, "node_path_variable": &"target"}), "[target] is enabled")
+	expect_line(kind(SCPlayingCondition, {"node_path": ^"../../Moves"}), "Moves is playing")
+	expect_line(kind(SCPlayingCondition, {"node_path": ^"../../Moves", "animation_name": &"walk"}), "Moves is playing walk")
+	expect_line(kind(SCPlayingCondition, {"node_path": ^"../../Moves", "test": SCPlayingCondition.HAS_ENDED}), "Moves has ended")
+	expect_line(kind(SCPlayingCondition, {"node_path": ^"../../Moves", "test": SCPlayingCondition.HAS_GOT_AS_FAR_AS, "animation_name": &"walk"}), "Moves has got as far as 0.5 of walk")
+	expect_line(kind(SCPlayingCondition, {"test": SCPlayingCondition.HAS_GOT_AS_FAR_AS}), "Self has got as far as 0.5 of what it plays")
+	expect_line(kind(SCPropertyCondition, {"property": "position:y", "test": SCPropertyCondition.LESS, "value": 3}), "position:y of Self is below 3")
+	expect_line(kind(SCPropertyCondition, {"property": "visible", "test": SCPropertyCondition.IS_TRUE, "node_path": sword}), "visible of Sword is true")
+	expect_line(kind(SCPropertyCondition), "(pick one) of Self is 0")
 
 
 func _under(parent: Node, child: Node, name: String) -> Node:

@@ -1,4 +1,4 @@
-extends "res://tests/framework/question_story.gd"
+extends Story
 ## Questions about where things are: near, on the screen, touching, under the pointer.
 
 
@@ -10,7 +10,7 @@ func test_a_node_is_near_in_2d() -> void:
 	var post := body("Post")
 	var thief := body("Thief")
 	var made := asker(post)
-	var near := question(SCDistanceCondition.new(), {"to_node_path": ^"../../Thief", "distance": 100.0}) as SCDistanceCondition
+	var near := kind(SCDistanceCondition, {"to_node_path": ^"../../Thief", "distance": 100.0}) as SCDistanceCondition
 	for row: Array in [[Vector2(0, 0), true], [Vector2(60, 80), true], [Vector2(60, 81), false], [Vector2(-100, 0), true]]:
 		thief.position = row[0]
 		expect_equal(ask(made, near), row[1], str(row))
@@ -25,7 +25,7 @@ func test_a_node_is_near_in_3d() -> void:
 	var door := _put_3d(Node3D.new(), "Door")
 	var cat := _put_3d(Node3D.new(), "Cat") as Node3D
 	var made := asker(door)
-	var near := question(SCDistanceCondition.new(), {"to_node_path": ^"../../Cat"}) as SCDistanceCondition
+	var near := kind(SCDistanceCondition, {"to_node_path": ^"../../Cat"}) as SCDistanceCondition
 	cat.position = Vector3(3, 0, 4)
 	expect(ask(made, near))
 	cat.position = Vector3(3, 1, 4)
@@ -41,7 +41,7 @@ func test_the_nearest_of_a_group_counts() -> void:
 	var post := body("Post")
 	post.add_to_group(&"people")
 	var made := asker(post, {"variables": {&"how far": -1.0, &"metres": -1}})
-	var near := question(SCDistanceCondition.new(), {"group": &"people", "distance": 50.0, "store_in": &"how far"}) as SCDistanceCondition
+	var near := kind(SCDistanceCondition, {"group": &"people", "distance": 50.0, "store_in": &"how far"}) as SCDistanceCondition
 	expect(not ask(made, near), "Self does not count")
 	expect_equal(made.get_value(&"how far"), -1.0)
 	for place: float in [300.0, 40.5, 100.0]:
@@ -61,7 +61,7 @@ func test_a_guard_notices_whoever_comes_near() -> void:
 	var thief := body("Thief")
 	thief.position.x = 500.0
 	for with: Dictionary in [{}, {"update_interval": 0.01}]:
-		var near := question(SCDistanceCondition.new(), {"to_node_path": ^"../../Thief", "distance": 100.0})
+		var near := kind(SCDistanceCondition, {"to_node_path": ^"../../Thief", "distance": 100.0})
 		var guard := start(machine([state("Calm", [watch(near, with)], {"yes": "Alarmed"}), state("Alarmed", [watch(near, with)], {"no": "Calm"})], {"under": post}))
 		await frames(5)
 		expect_state(guard, "Calm")
@@ -89,7 +89,7 @@ func test_a_distance_from_or_to_nothing_is_told() -> void:
 	expect(not ask(placed, near))
 	expect_warning("there is no node at Gone. Pick one under To Node Path.")
 	var held := asker(body("Other Post"), {"variables": {&"target": null}})
-	var nearest := question(SCDistanceCondition.new(), {"group": &"people", "to_node_path_variable": &"target"})
+	var nearest := kind(SCDistanceCondition, {"group": &"people", "to_node_path_variable": &"target"})
 	expect(not ask(held, nearest))
 	expect_warning("the variable target holds no node, so the answer is no. Put a node into it, or pick one under To Node Path.")
 	held.set_value(&"target", held.get_parent().get_parent().get_node(^"Post"))
@@ -139,8 +139,8 @@ func test_what_has_a_size_is_on_the_screen_with_any_part() -> void:
 	texture.size = Vector2(100, 100)
 	picture.texture = texture
 	stage.add_child(picture)
-	var panel_on_screen := question(SCOnScreenCondition.new(), {"node_path": ^"../Panel"})
-	var picture_on_screen := question(SCOnScreenCondition.new(), {"node_path": ^"../Picture"})
+	var panel_on_screen := kind(SCOnScreenCondition, {"node_path": ^"../Panel"})
+	var picture_on_screen := kind(SCOnScreenCondition, {"node_path": ^"../Picture"})
 	panel.position.x = -99.0
 	picture.position.x = -49.0
 	expect(ask(made, panel_on_screen))
@@ -248,7 +248,7 @@ func test_areas_count_when_they_are_to() -> void:
 	var glow := _area(Area2D.new(), _round_2d())
 	glow.name = "Glow"
 	var made := asker(plate, {"variables": {&"what": null}})
-	var touching := question(SCTouchingCondition.new(), {"store_touching_in": &"what"}) as SCTouchingCondition
+	var touching := kind(SCTouchingCondition, {"store_touching_in": &"what"}) as SCTouchingCondition
 	await physics_frames(3)
 	expect(not ask(made, touching))
 	touching.include_areas = true
@@ -282,7 +282,7 @@ func test_a_check_rests_until_somebody_comes() -> void:
 func test_a_check_asks_on_where_no_signal_would_tell() -> void:
 	var plate := _area(Area2D.new(), _round_2d())
 	var crate := _solid(StaticBody2D.new(), _round_2d())
-	var made := start(machine([state("Up", [watch(question(SCTouchingCondition.new(), {"only_group": &"crates"}))], {"yes": "Down"}), state("Down")], {"under": plate}))
+	var made := start(machine([state("Up", [watch(kind(SCTouchingCondition, {"only_group": &"crates"}))], {"yes": "Down"}), state("Down")], {"under": plate}))
 	await physics_frames(4)
 	expect_state(made, "Up")
 	expect(not made.is_resting(0), "what is on it may join the group")
@@ -297,9 +297,9 @@ func test_what_can_wake_a_question() -> void:
 	var names := func(asked: SCMachineCondition) -> Array:
 		return asked.rest_signals(made, {}).map(func(waker: Array) -> StringName: return waker[1])
 	expect_equal(names.call(SCTouchingCondition.new()), [&"body_entered", &"body_exited", &"tree_exiting"])
-	expect_equal(names.call(question(SCTouchingCondition.new(), {"include_areas": true})), [&"body_entered", &"body_exited", &"area_entered", &"area_exited", &"tree_exiting"])
-	expect_equal(names.call(question(SCTouchingCondition.new(), {"include_areas_variable": &"who"})), [], "a variable may change it")
-	expect_equal(names.call(question(SCTouchingCondition.new(), {"node_path": ^"../../Gone"})), [])
+	expect_equal(names.call(kind(SCTouchingCondition, {"include_areas": true})), [&"body_entered", &"body_exited", &"area_entered", &"area_exited", &"tree_exiting"])
+	expect_equal(names.call(kind(SCTouchingCondition, {"include_areas_variable": &"who"})), [], "a variable may change it")
+	expect_equal(names.call(kind(SCTouchingCondition, {"node_path": ^"../../Gone"})), [])
 	plate.set("monitoring", false)
 	expect_equal(names.call(SCTouchingCondition.new()), [])
 	expect(SCTouchingCondition.new().can_rest)
@@ -341,7 +341,7 @@ func test_a_ball_lies_on_the_ground() -> void:
 			(ground as Node2D).position.y = 40.0
 			ball = _solid(RigidBody2D.new(), _round_2d())
 		var made := asker(ball, {"variables": {&"what": null}})
-		var on_ground := question(SCTouchingCondition.new(), {"test": SCTouchingCondition.THE_GROUND, "store_touching_in": &"what"})
+		var on_ground := kind(SCTouchingCondition, {"test": SCTouchingCondition.THE_GROUND, "store_touching_in": &"what"})
 		expect(not ask(made, on_ground))
 		expect_warning("does not report what it touches, so the answer is no. Turn on its Contact Monitor and set Max Contacts Reported to 4 or so.")
 		ball.set("contact_monitor", true)
@@ -351,8 +351,8 @@ func test_a_ball_lies_on_the_ground() -> void:
 		expect(ask(made, on_ground), "%s is not on the ground" % ball.get_class())
 		expect_equal(made.get_value(&"what"), ground)
 		expect(ask(made, SCTouchingCondition.new()))
-		expect(not ask(made, question(SCTouchingCondition.new(), {"test": SCTouchingCondition.A_WALL})))
-		expect(not ask(made, question(SCTouchingCondition.new(), {"only_group": &"players"})))
+		expect(not ask(made, kind(SCTouchingCondition, {"test": SCTouchingCondition.A_WALL})))
+		expect(not ask(made, kind(SCTouchingCondition, {"only_group": &"players"})))
 		ball.free()
 		ground.free()
 
@@ -365,11 +365,11 @@ func test_what_cannot_touch_is_told() -> void:
 	var deaf := _area(Area3D.new(), _round_3d())
 	deaf.name = "Deaf"
 	deaf.set("monitoring", false)
-	expect(not ask(made, question(SCTouchingCondition.new(), {"node_path": ^"../../Deaf"})))
+	expect(not ask(made, kind(SCTouchingCondition, {"node_path": ^"../../Deaf"})))
 	expect_warning("Deaf is not monitoring, so nothing is felt touching it and the answer is no. Turn on its Monitoring.")
-	expect(not ask(made, question(SCTouchingCondition.new(), {"node_path": ^"../../Deaf", "test": SCTouchingCondition.A_WALL})))
+	expect(not ask(made, kind(SCTouchingCondition, {"node_path": ^"../../Deaf", "test": SCTouchingCondition.A_WALL})))
 	expect_warning("Deaf is an area, which stands on nothing, so the answer is no.")
-	expect(not ask(made, question(SCTouchingCondition.new(), {"node_path": ^"../../Gone"})))
+	expect(not ask(made, kind(SCTouchingCondition, {"node_path": ^"../../Gone"})))
 	expect_warning("there is no node at Gone. Pick one under Node Path.")
 
 
@@ -387,27 +387,25 @@ func test_a_script_that_extends_the_question_asks_it_too() -> void:
 
 
 func test_the_lines_read_like_sentences() -> void:
-	expect_lines([
-		[question(SCDistanceCondition.new(), {"to_node_path": ^"../../player"}), "player is within 5 of Self"],
-		[question(SCDistanceCondition.new(), {"group": &"players", "distance": 2.5}), "anything in players is within 2.5 of Self"],
-		[SCDistanceCondition.new(), "anything in (pick one) is within 5 of Self"],
-		[question(SCDistanceCondition.new(), {"to_node_path": ^"../../player", "distance_variable": &"reach"}), "player is within [reach] of Self"],
-		[question(SCDistanceCondition.new(), {"group": &"players", "to_node_path_variable": &"target"}), "[target] is within 5 of Self"],
-		[SCOnScreenCondition.new(), "Self is on the screen"],
-		[question(SCOnScreenCondition.new(), {"margin": 20.0}), "Self is within 20 px of the screen"],
-		[question(SCOnScreenCondition.new(), {"margin": -20.0}), "Self is 20 px inside the screen"],
-		[SCPointerOverUiCondition.new(), "the pointer is over the interface"],
-		[SCTouchingCondition.new(), "Self is touching something"],
-		[question(SCTouchingCondition.new(), {"only_group": &"players", "node_path": ^"../../Plate"}), "Plate is touching something that is in players"],
-		[question(SCTouchingCondition.new(), {"test": SCTouchingCondition.THE_GROUND, "invert": true}), "Not: Self is on ground"],
-		[question(SCTouchingCondition.new(), {"test": SCTouchingCondition.A_WALL}), "Self is against a wall"],
-		[question(SCTouchingCondition.new(), {"test": SCTouchingCondition.A_CEILING}), "Self is against a ceiling"],
-	])
+	expect_line(kind(SCDistanceCondition, {"to_node_path": ^"../../player"}), "player is within 5 of Self")
+	expect_line(kind(SCDistanceCondition, {"group": &"players", "distance": 2.5}), "anything in players is within 2.5 of Self")
+	expect_line(kind(SCDistanceCondition), "anything in (pick one) is within 5 of Self")
+	expect_line(kind(SCDistanceCondition, {"to_node_path": ^"../../player", "distance_variable": &"reach"}), "player is within [reach] of Self")
+	expect_line(kind(SCDistanceCondition, {"group": &"players", "to_node_path_variable": &"target"}), "[target] is within 5 of Self")
+	expect_line(kind(SCOnScreenCondition), "Self is on the screen")
+	expect_line(kind(SCOnScreenCondition, {"margin": 20.0}), "Self is within 20 px of the screen")
+	expect_line(kind(SCOnScreenCondition, {"margin": -20.0}), "Self is 20 px inside the screen")
+	expect_line(kind(SCPointerOverUiCondition), "the pointer is over the interface")
+	expect_line(kind(SCTouchingCondition), "Self is touching something")
+	expect_line(kind(SCTouchingCondition, {"only_group": &"players", "node_path": ^"../../Plate"}), "Plate is touching something that is in players")
+	expect_line(kind(SCTouchingCondition, {"test": SCTouchingCondition.THE_GROUND, "invert": true}), "Not: Self is on ground")
+	expect_line(kind(SCTouchingCondition, {"test": SCTouchingCondition.A_WALL}), "Self is against a wall")
+	expect_line(kind(SCTouchingCondition, {"test": SCTouchingCondition.A_CEILING}), "Self is against a ceiling")
 
 
 func _stand_in_a_trigger(trigger: Node, visitor: Node, away: Variant, inside: Variant) -> void:
 	var made := asker(trigger, {"variables": {&"who": null}})
-	var touching := question(SCTouchingCondition.new(), {"store_touching_in": &"who"}) as SCTouchingCondition
+	var touching := kind(SCTouchingCondition, {"store_touching_in": &"who"}) as SCTouchingCondition
 	visitor.set("position", away)
 	await physics_frames(3)
 	expect(not ask(made, touching))
@@ -428,9 +426,9 @@ func _stand_in_a_trigger(trigger: Node, visitor: Node, away: Variant, inside: Va
 
 func _stand_about(hero: Node, down: Variant, aside: Variant, up: Variant) -> void:
 	var made := asker(hero, {"variables": {&"what": null}})
-	var ground := question(SCTouchingCondition.new(), {"test": SCTouchingCondition.THE_GROUND, "store_touching_in": &"what"}) as SCTouchingCondition
-	var wall := question(SCTouchingCondition.new(), {"test": SCTouchingCondition.A_WALL, "store_touching_in": &"what"})
-	var ceiling := question(SCTouchingCondition.new(), {"test": SCTouchingCondition.A_CEILING})
+	var ground := kind(SCTouchingCondition, {"test": SCTouchingCondition.THE_GROUND, "store_touching_in": &"what"}) as SCTouchingCondition
+	var wall := kind(SCTouchingCondition, {"test": SCTouchingCondition.A_WALL, "store_touching_in": &"what"})
+	var ceiling := kind(SCTouchingCondition, {"test": SCTouchingCondition.A_CEILING})
 	await _move(hero, up, 2)
 	for asked: SCMachineCondition in [ground, wall, ceiling, SCTouchingCondition.new()]:
 		expect(not ask(made, asked), "in the air, %s" % asked.shown_summary())
