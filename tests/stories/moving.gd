@@ -122,7 +122,6 @@ func test_who_keeps_moving_may_be_freed_and_come_back() -> void:
 		expect_near(back.position, Vector2(3, 0), 1.01)
 		back.free()
 		owner.free()
-	noted.clear()
 
 
 func test_what_is_wrong_is_told_and_holds_nothing_up() -> void:

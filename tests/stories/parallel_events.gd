@@ -24,7 +24,6 @@ func test_regions_hear_before_their_parent() -> void:
 	expect_states(made, ["Top", "L", "LA", "LD", "R", "R2", "D"])
 	made.send_event("leave")
 	expect_states(made, ["Away"])
-	noted.clear()
 
 
 func test_a_region_that_leads_out_ends_the_others_before_they_hear() -> void:
@@ -73,4 +72,3 @@ func test_two_regions_that_answer_one_another_in_one_event() -> void:
 	expect_states(made, ["Game", "Right", "Odd"])
 	made.send_event("hit")
 	expect_states(made, ["Game", "Left", "Even"])
-	noted.clear()

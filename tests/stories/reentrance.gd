@@ -89,7 +89,6 @@ func test_an_event_sent_from_an_exit_is_heard_by_no_state() -> void:
 	made.send_event("go")
 	expect_state(made, "B")
 	expect_equal(heard, [&"go", &"jump"])
-	noted.clear()
 
 
 func test_a_machine_freed_by_what_it_called() -> void:
@@ -115,7 +114,6 @@ func test_a_machine_freed_by_what_it_called() -> void:
 		await advance(0.1)
 		expect(not is_instance_valid(door), "%s: it is still there" % way)
 		bell.free()
-	noted.clear()
 
 
 func test_a_machine_that_frees_itself_later_from_every_callback() -> void:
@@ -126,7 +124,6 @@ func test_a_machine_that_frees_itself_later_from_every_callback() -> void:
 			door.go_to("B")
 		await frames(2)
 		expect(not is_instance_valid(door), "%s: it is still there" % place)
-	noted.clear()
 
 
 ## A machine that does [param deed] to itself, once, at [param place].

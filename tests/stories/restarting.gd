@@ -15,7 +15,6 @@ func test_a_restart_keeps_only_what_an_action_checked_last() -> void:
 	made.go_to("Rest")
 	made.go_to("Work")
 	expect_equal(seen, [{}, {"check_last": true}, {}])
-	noted.clear()
 
 
 func test_a_restart_begins_its_time_anew() -> void:

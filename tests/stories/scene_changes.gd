@@ -18,7 +18,6 @@ func test_machines_go_with_their_scene_and_globals_stay() -> void:
 	expect_equal(second.get_value("gold"), 25)
 	expect_equal(second.get_value("own"), 1)
 	expect_equal(SCMachine.machines_in_the_scene(), [second])
-	noted.clear()
 
 
 func test_globals_can_be_put_back_as_the_scene_found_them() -> void:

@@ -42,7 +42,6 @@ func test_a_slow_motion_that_stays_or_lasts_while_the_state_runs() -> void:
 		owner.send_event("over")
 		expect_equal(Engine.time_scale, 0.5 if stays else 2.0)
 	Engine.time_scale = 1.0
-	noted.clear()
 
 
 func test_a_hit_stop_lasts_real_seconds() -> void:

@@ -54,7 +54,6 @@ func test_a_watcher_that_writes_what_it_watches_stops_after_fifty_rounds() -> vo
 	made.set_value("n", 1)
 	expect_equal(noted.size(), 50)
 	expect_equal(made.get_value("n"), 51)
-	noted.clear()
 
 
 func test_a_watcher_may_write_another_that_is_watched() -> void:
@@ -101,7 +100,6 @@ func test_writes_of_a_paused_machine_are_told_when_it_goes_on() -> void:
 	made.step_once()
 	expect_log(["hp update"])
 	made.set_paused(false)
-	noted.clear()
 
 
 func test_what_an_event_stored_is_news_only_to_states_older_than_it() -> void:
