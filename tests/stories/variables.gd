@@ -95,3 +95,4 @@ func test_a_line_is_printed_with_what_the_variables_hold() -> void:
 	expect_printed("Ann has 3, ")
 	expect_warning("careful")
 	expect_error("broken")
+	expect_line(print_line("ding", {"text_variable": &"sound"}), "Print \"[sound]\"")
