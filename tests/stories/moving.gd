@@ -6,7 +6,7 @@ const ENDS: Dictionary = {"FINISHED": "There"}
 
 func test_a_lift_goes_up_and_the_state_ends() -> void:
 	var lift := body_3d("Lift")
-	var owner := play(_move({"to": Vector3(0, 4, 0), "duration": 1.0, "curve": SCMoveToAction.LINEAR}), ENDS, {"under": lift})
+	var owner := play(kind(SCMoveToAction, {"to": Vector3(0, 4, 0), "duration": 1.0, "curve": SCMoveToAction.LINEAR}), ENDS, {"under": lift})
 	await expect_later(owner, 0.5, "Work")
 	expect_near(lift.position.y, 2.0, 0.1)
 	await expect_later(owner, 0.55, "There")
@@ -30,11 +30,11 @@ func test_spaces_of_a_move() -> void:
 			for seconds: float in [0.0, 0.05]:
 				crate.set(&"position", Vector3(5, 0, 0) if is_deep else Vector2(5, 0))
 				var to: Variant = Vector3(10, 0, 0) if is_deep else Vector2(10, 0)
-				play(_move({"space": row[0], "to": to, "duration": seconds}), {}, {"under": crate})
+				play(kind(SCMoveToAction, {"space": row[0], "to": to, "duration": seconds}), {}, {"under": crate})
 				await advance(0.15)
 				expect_near(SCMachineAction.as_vector2(crate.get(&"global_position")), row[1], 0.01, "%s in %s s" % [row[0], seconds])
 			crate.set(&"position", Vector3(5, 0, 0) if is_deep else Vector2(5, 0))
-			var timed := play(_move({"space": row[0], "to": Vector2(10, 0), "speed": 100.0, "duration": 9.0}), ENDS, {"under": crate})
+			var timed := play(kind(SCMoveToAction, {"space": row[0], "to": Vector2(10, 0), "speed": 100.0, "duration": 9.0}), ENDS, {"under": crate})
 			await expect_later(timed, row[2] / 100.0 - 0.04, "Work")
 			await expect_later(timed, 0.09, "There")
 			above.free()
@@ -45,7 +45,7 @@ func test_a_coin_flies_to_a_running_player() -> void:
 		for side: Variant in [Vector2(100, 0), Vector3(100, 0, 0)]:
 			var player := body_at(side, "Player")
 			var coin := body_at(side * 0.0, "Coin")
-			var fly := _move({"to_path": ^"../../Player", "follow_it": true, "curve": SCMoveToAction.LINEAR}.merged(options))
+			var fly := kind(SCMoveToAction, {"to_path": ^"../../Player", "follow_it": true, "curve": SCMoveToAction.LINEAR}.merged(options))
 			var owner := play(fly, ENDS, {"under": coin})
 			for i in 70:
 				if current(owner) == &"There":
@@ -63,12 +63,12 @@ func test_a_coin_flies_to_a_running_player() -> void:
 func test_a_node_to_go_to_counts_as_it_was_unless_it_is_followed() -> void:
 	var marker := body_3d("Marker", Vector3(2, 0, 0))
 	var cart := body_3d("Cart")
-	play(_move({"to_path": ^"../../Marker", "duration": 0.2}), {}, {"under": cart})
+	play(kind(SCMoveToAction, {"to_path": ^"../../Marker", "duration": 0.2}), {}, {"under": cart})
 	await frames(2)
 	marker.position = Vector3(9, 9, 9)
 	await advance(0.3)
 	expect_equal(cart.position, Vector3(2, 0, 0))
-	var move := _move({"duration": 0.0, "to_variable": &"place"})
+	var move := kind(SCMoveToAction, {"duration": 0.0, "to_variable": &"place"})
 	expect_line(move, "Move Self to [place] in 0 s")
 	play(move, {}, {"under": cart, "variables": {"place": marker}})
 	expect_equal(cart.position, Vector3(9, 9, 9))
@@ -76,7 +76,7 @@ func test_a_node_to_go_to_counts_as_it_was_unless_it_is_followed() -> void:
 
 func test_leaving_the_state_stops_the_move_and_pausing_holds_it() -> void:
 	var cart := body_3d("Cart")
-	var owner := play(_move({"to": Vector3(10, 0, 0), "duration": 1.0}), {"halt": "Halt"}, {"under": cart})
+	var owner := play(kind(SCMoveToAction, {"to": Vector3(10, 0, 0), "duration": 1.0}), {"halt": "Halt"}, {"under": cart})
 	await advance(0.2)
 	owner.set_paused(true)
 	var stood := cart.position
@@ -97,7 +97,7 @@ func test_what_moves_or_is_followed_may_be_freed() -> void:
 		for follows: bool in [true, false]:
 			body("Crate")
 			body("Player", Vector2(100, 0))
-			var owner := play(_move({"node_path": ^"../Crate", "to_path": ^"../Player", "follow_it": follows, "duration": 0.5}), ENDS)
+			var owner := play(kind(SCMoveToAction, {"node_path": ^"../Crate", "to_path": ^"../Player", "follow_it": follows, "duration": 0.5}), ENDS)
 			await frames(3)
 			stage.get_node(goes_first).free()
 			await frames(3)
@@ -108,7 +108,7 @@ func test_what_moves_or_is_followed_may_be_freed() -> void:
 
 func test_who_keeps_moving_may_be_freed_and_come_back() -> void:
 	for gone: Node in [body("Crate"), null]:
-		var owner := play([_keep_moving({"node_path": ^"../Crate", "direction": Vector2(1, 0), "speed": 60.0}), act("stays")], ENDS)
+		var owner := play([kind(SCTranslateAction, {"node_path": ^"../Crate", "direction": Vector2(1, 0), "speed": 60.0}), act("stays")], ENDS)
 		await frames(2)
 		if gone != null:
 			expect_near(gone.get(&"position"), Vector2(2, 0), 1.01)
@@ -128,25 +128,25 @@ func test_what_is_wrong_is_told_and_holds_nothing_up() -> void:
 	var odd := "holds a number that is none, as 0 divided by 0 is, or one too large to work with, so it did nothing. Type another beside"
 	var far := Vector3(9e11, 0, 0)
 	for row: Array in [
-		[_move({"node_path": ^"../Nobody"}), "Move To on Guard: there is no node at Nobody. Pick one under Node Path."],
-		[_move({"node_path": ^"."}), "Move To on Guard: Guard is a SCMachine, not a Node2D, a Node3D or a Control. Pick a Node2D, a Node3D or a Control under Node Path."],
-		[_move({"to_path": ^"../Nobody"}), "Move To on Guard: there is no node at Nobody. Pick one under To Path."],
-		[_move({"to": Color.RED}), "Move To on Guard: To holds a Color, which is no place and no direction, so it did nothing. Pick a Vector2, a Vector3 or a node beside To."],
-		[_move({"to": Vector2(NAN, INF)}), "Move To on Guard: To %s To, or look at the variable that it reads." % odd],
-		[_move({"to": far, "space": SCMoveToAction.FROM_WHERE_IT_IS, "node_path": ^"../../Far"}), "Move To on Guard: the place it would move to is none, or too far away to work with, so Far stays where it is. Look at where Far lies and at what To holds."],
-		[_move({"to": Vector3.ZERO, "speed": NAN, "duration": 0.0}), "Move To on Guard: its Speed is no number, as 0 divided by 0 is none, so it was taken as 0. Type another under Speed"],
-		[_move({"space": 9, "duration": 0.0}), "Move To on Guard: its Space is 9, which is none of the choices there are, so it was taken as Global. Pick one beside Space."],
-		[_move({"curve": 99, "duration": 0.02}), "Move To on Guard: its Curve is 99, which is none of the choices there are, so it was taken as Linear."],
-		[_move({"easing": -1, "duration": 0.02}), "Move To on Guard: its Easing is -1, which is none of the choices there are, so it was taken as Ease In Out."],
-		[_scale_to({"node_path": ^"../Nobody"}), "Scale To on Guard: there is no node at Nobody."],
-		[_scale_to({"to": -INF}), "Scale To on Guard: To %s To" % odd],
-		[_scale_to({"to": 1e10, "measure": SCScaleToAction.TIMES_ITS_SIZE}), "Scale To on Guard: Crate would become too large to work with, so its size was left alone. Type less beside To"],
-		[_scale_to({"to": 2.0, "curve": -1, "duration": 0.02}), "Scale To on Guard: its Curve is -1"],
-		[_punch({"node_path": ^"../Nobody"}), "Punch on Guard: there is no node at Nobody."],
-		[_punch({"amount": Vector3(1e38, NAN, -INF)}), "Punch on Guard: Amount %s Amount" % odd],
-		[_punch({"amount": -9e18, "what": SCPunchAction.POSITION}), "Punch on Guard: Amount holds"],
-		[_keep_moving({"direction": Vector3(0, NAN, 0)}), "Translate on Guard: Direction %s Direction" % odd],
-		[_keep_moving({"direction": Vector3.ZERO, "speed": INF}), "Translate on Guard: its Speed is too large to work with, so it was taken as 1000000000000."],
+		[kind(SCMoveToAction, {"node_path": ^"../Nobody"}), "Move To on Guard: there is no node at Nobody. Pick one under Node Path."],
+		[kind(SCMoveToAction, {"node_path": ^"."}), "Move To on Guard: Guard is a SCMachine, not a Node2D, a Node3D or a Control. Pick a Node2D, a Node3D or a Control under Node Path."],
+		[kind(SCMoveToAction, {"to_path": ^"../Nobody"}), "Move To on Guard: there is no node at Nobody. Pick one under To Path."],
+		[kind(SCMoveToAction, {"to": Color.RED}), "Move To on Guard: To holds a Color, which is no place and no direction, so it did nothing. Pick a Vector2, a Vector3 or a node beside To."],
+		[kind(SCMoveToAction, {"to": Vector2(NAN, INF)}), "Move To on Guard: To %s To, or look at the variable that it reads." % odd],
+		[kind(SCMoveToAction, {"to": far, "space": SCMoveToAction.FROM_WHERE_IT_IS, "node_path": ^"../../Far"}), "Move To on Guard: the place it would move to is none, or too far away to work with, so Far stays where it is. Look at where Far lies and at what To holds."],
+		[kind(SCMoveToAction, {"to": Vector3.ZERO, "speed": NAN, "duration": 0.0}), "Move To on Guard: its Speed is no number, as 0 divided by 0 is none, so it was taken as 0. Type another under Speed"],
+		[kind(SCMoveToAction, {"space": 9, "duration": 0.0}), "Move To on Guard: its Space is 9, which is none of the choices there are, so it was taken as Global. Pick one beside Space."],
+		[kind(SCMoveToAction, {"curve": 99, "duration": 0.02}), "Move To on Guard: its Curve is 99, which is none of the choices there are, so it was taken as Linear."],
+		[kind(SCMoveToAction, {"easing": -1, "duration": 0.02}), "Move To on Guard: its Easing is -1, which is none of the choices there are, so it was taken as Ease In Out."],
+		[kind(SCScaleToAction, {"node_path": ^"../Nobody"}), "Scale To on Guard: there is no node at Nobody."],
+		[kind(SCScaleToAction, {"to": -INF}), "Scale To on Guard: To %s To" % odd],
+		[kind(SCScaleToAction, {"to": 1e10, "measure": SCScaleToAction.TIMES_ITS_SIZE}), "Scale To on Guard: Crate would become too large to work with, so its size was left alone. Type less beside To"],
+		[kind(SCScaleToAction, {"to": 2.0, "curve": -1, "duration": 0.02}), "Scale To on Guard: its Curve is -1"],
+		[kind(SCPunchAction, {"node_path": ^"../Nobody"}), "Punch on Guard: there is no node at Nobody."],
+		[kind(SCPunchAction, {"amount": Vector3(1e38, NAN, -INF)}), "Punch on Guard: Amount %s Amount" % odd],
+		[kind(SCPunchAction, {"amount": -9e18, "what": SCPunchAction.POSITION}), "Punch on Guard: Amount holds"],
+		[kind(SCTranslateAction, {"direction": Vector3(0, NAN, 0)}), "Translate on Guard: Direction %s Direction" % odd],
+		[kind(SCTranslateAction, {"direction": Vector3.ZERO, "speed": INF}), "Translate on Guard: its Speed is too large to work with, so it was taken as 1000000000000."],
 		[kind(SCToGlobalAction, {"node_path": ^"../Nobody", "store_in": &"seen"}), "To Global on Guard: there is no node at Nobody."],
 		[kind(SCToLocalAction, {"global_point": "here", "store_in": &"seen"}), "To Local on Guard: Global Point holds a String"],
 		[kind(SCToLocalAction, {"node_path": ^"../../Flat", "store_in": &"seen"}), "To Local on Guard: Flat has a size of 0"],
@@ -171,7 +171,7 @@ func test_a_kick_through_nothing_leaves_a_size() -> void:
 	var crate := body_3d("Crate")
 	crate.add_child(boxed(Area3D.new(), Vector3.ONE))
 	crate.scale = Vector3.ONE * 0.00001
-	play(_punch({"amount": Vector3.ONE * 1000.0, "duration": 0.2}), ENDS, {"under": crate})
+	play(kind(SCPunchAction, {"amount": Vector3.ONE * 1000.0, "duration": 0.2}), ENDS, {"under": crate})
 	for i in 20:
 		await frames(1)
 		expect(crate.basis.determinant() != 0.0, str(crate.scale))
@@ -179,20 +179,20 @@ func test_a_kick_through_nothing_leaves_a_size() -> void:
 
 func test_what_others_place_is_told_of() -> void:
 	var box := add(VBoxContainer.new(), "Box")
-	play(_move({"to": Vector2(5, 5), "duration": 0.0}), {}, {"name": "Menu", "under": add(Button.new(), "Play", {"under": box})})
+	play(kind(SCMoveToAction, {"to": Vector2(5, 5), "duration": 0.0}), {}, {"name": "Menu", "under": add(Button.new(), "Play", {"under": box})})
 	expect_warning("Move To on Menu: Play lies in Box, a VBoxContainer, which places what it holds, so it will not stay there.")
 	for stone: Node in [RigidBody2D.new(), RigidBody3D.new()]:
-		play(_keep_moving({}), {}, {"name": "Fall", "under": add(stone, "Stone")})
+		play(kind(SCTranslateAction, {}), {}, {"name": "Fall", "under": add(stone, "Stone")})
 		expect_warning("Translate on Fall: Stone is a %s, which the physics moves too" % stone.get_class())
 		stone.set(&"freeze", true)
-		play(_keep_moving({}), {}, {"under": stone})
+		play(kind(SCTranslateAction, {}), {}, {"under": stone})
 		stone.free()
 
 
 func test_a_bullet_keeps_moving_its_own_way() -> void:
 	for bullet: Node in [Node2D.new(), Node3D.new()]:
 		add(bullet, "", {"rotation_degrees": 90.0 if bullet is Node2D else Vector3(0, 0, 90)})
-		var fly := _keep_moving({"direction": Vector2(10, 0), "space": SCTranslateAction.LOCAL, "speed": 60.0})
+		var fly := kind(SCTranslateAction, {"direction": Vector2(10, 0), "space": SCTranslateAction.LOCAL, "speed": 60.0})
 		var owner := play([fly, wait(0.5)], ENDS, {"under": bullet})
 		await advance(0.25)
 		expect_near(SCMachineAction.as_vector2(bullet.get(&"position")), Vector2(0, 15), 2.0)
@@ -208,7 +208,7 @@ func test_how_fast_a_direction_is() -> void:
 		var above := body_3d("Above")
 		above.rotation_degrees.y = 90
 		var cloud := body_3d("Cloud", Vector3.ZERO, above)
-		play(_keep_moving({"direction": row[0], "speed": 6.0}), {}, {"under": cloud})
+		play(kind(SCTranslateAction, {"direction": row[0], "speed": 6.0}), {}, {"under": cloud})
 		await advance(1.0)
 		expect_near(cloud.global_position, row[1], 0.2, str(row[0]))
 		above.free()
@@ -217,8 +217,8 @@ func test_how_fast_a_direction_is() -> void:
 func test_a_balloon_grows_and_a_coin_shrinks_away() -> void:
 	var balloon := body_3d("Balloon")
 	var owner := start(machine([
-		state("Grow", [_scale_to({"to": 2.0, "duration": 0.2})], {"FINISHED": "Shrink"}),
-		state("Shrink", [_scale_to({"to": Vector3(), "duration": 0.2})], {"FINISHED": "Gone"}),
+		state("Grow", [kind(SCScaleToAction, {"to": 2.0, "duration": 0.2})], {"FINISHED": "Shrink"}),
+		state("Shrink", [kind(SCScaleToAction, {"to": Vector3(), "duration": 0.2})], {"FINISHED": "Gone"}),
 		state("Gone"),
 	], {"under": balloon}))
 	await advance(0.21)
@@ -227,9 +227,9 @@ func test_a_balloon_grows_and_a_coin_shrinks_away() -> void:
 	expect(balloon.scale.length() < 0.001)
 	for made: Node in [Node2D.new(), Control.new(), Node3D.new()]:
 		add(made, "", {"scale": Vector3(2, 1, 2) if made is Node3D else Vector2(2, 1)})
-		play(_scale_to({"to": Vector3(2, 3, 1), "measure": SCScaleToAction.TIMES_ITS_SIZE, "duration": 0.0}), {}, {"under": made})
+		play(kind(SCScaleToAction, {"to": Vector3(2, 3, 1), "measure": SCScaleToAction.TIMES_ITS_SIZE, "duration": 0.0}), {}, {"under": made})
 		expect(made.get(&"scale").is_equal_approx(Vector3(4, 3, 2) if made is Node3D else Vector2(4, 3)), str(made.get(&"scale")))
-	expect_line(_scale_to({"to": Vector2(2, 3), "measure": SCScaleToAction.TIMES_ITS_SIZE, "duration": 0.0}), "Scale Self to (2, 3) times its size in 0 s")
+	expect_line(kind(SCScaleToAction, {"to": Vector2(2, 3), "measure": SCScaleToAction.TIMES_ITS_SIZE, "duration": 0.0}), "Scale Self to (2, 3) times its size in 0 s")
 
 
 func test_a_punched_crate_springs_back() -> void:
@@ -237,7 +237,7 @@ func test_a_punched_crate_springs_back() -> void:
 		for crate: Node in [Node2D.new(), Node3D.new(), Control.new()]:
 			add(crate, "", {"position": Vector3(3, 7, 1) if crate is Node3D else Vector2(3, 7)})
 			var before := _pose(crate)
-			var owner := play(_punch({"what": what, "duration": 0.4, "wobbles": 1, "amount": Vector3(30, 0, 0)}), ENDS, {"under": crate})
+			var owner := play(kind(SCPunchAction, {"what": what, "duration": 0.4, "wobbles": 1, "amount": Vector3(30, 0, 0)}), ENDS, {"under": crate})
 			await advance(0.1)
 			# A quarter of the way it has swung out to the square of what is left, here in the numbers of the setting.
 			var kicked: Variant = crate.get([&"position", &"rotation_degrees", &"scale"][what]) - before[what]
@@ -249,7 +249,7 @@ func test_a_punched_crate_springs_back() -> void:
 func test_leaving_puts_a_punched_thing_back() -> void:
 	for waits: bool in [true, false]:
 		var crate := body("Crate")
-		var owner := play([_punch({"duration": 2.0, "wait_for_end": waits}), wait(0.1)], ENDS.merged({"calm": "There"}), {"under": crate})
+		var owner := play([kind(SCPunchAction, {"duration": 2.0, "wait_for_end": waits}), wait(0.1)], ENDS.merged({"calm": "There"}), {"under": crate})
 		await advance(0.05)
 		expect(crate.scale != Vector2.ONE)
 		await expect_later(owner, 0.1, "Work" if waits else "There")
@@ -261,7 +261,7 @@ func test_leaving_puts_a_punched_thing_back() -> void:
 
 func test_a_punch_goes_together_with_a_move() -> void:
 	var crate := body("Crate")
-	play([_punch({"what": SCPunchAction.POSITION, "amount": Vector2(0, 20), "duration": 0.3}), _keep_moving({"speed": 60.0})], {}, {"under": crate})
+	play([kind(SCPunchAction, {"what": SCPunchAction.POSITION, "amount": Vector2(0, 20), "duration": 0.3}), kind(SCTranslateAction, {"speed": 60.0})], {}, {"under": crate})
 	await advance(0.5)
 	expect_near(crate.position, Vector2(30, 0), 2.0)
 	expect_near(crate.position.y, 0.0, 0.001)
@@ -286,22 +286,6 @@ func test_a_place_in_the_world_and_back() -> void:
 		sword.position = Vector2(5, 5)
 		await frames(2)
 		expect_equal(owner.get_value("tip"), Vector2(15, 5))
-
-
-func _move(options: Dictionary) -> SCMoveToAction:
-	return kind(SCMoveToAction, options)
-
-
-func _keep_moving(options: Dictionary) -> SCTranslateAction:
-	return kind(SCTranslateAction, options)
-
-
-func _punch(options: Dictionary) -> SCPunchAction:
-	return kind(SCPunchAction, options)
-
-
-func _scale_to(options: Dictionary) -> SCScaleToAction:
-	return kind(SCScaleToAction, options)
 
 
 func _pose(of: Node) -> Array:

@@ -161,27 +161,6 @@ func test_what_can_be_eased() -> void:
 		made.queue_free()
 
 
-func test_easing_stops_with_the_game() -> void:
-	var made := play(_ease({"to": 60.0}.merged(LINEAR)), {}, {"variables": {"fuel": 0.0}})
-	await frames(10)
-	expect_near(made.get_value("fuel"), 10.0)
-	tree.paused = true
-	await frames(5)
-	expect_near(made.get_value("fuel"), 10.0)
-	tree.paused = false
-	Engine.time_scale = 0.5
-	await frames(10)
-	Engine.time_scale = 1.0
-	expect_near(made.get_value("fuel"), 15.0, 1.1)
-	made.set_paused(true)
-	var held: float = made.get_value("fuel")
-	await frames(5)
-	expect_near(made.get_value("fuel"), held)
-	made.set_paused(false)
-	await frames(5)
-	expect_near(made.get_value("fuel"), held + 5.0, 1.1)
-
-
 func test_leaving_the_state_leaves_the_variable_where_it_is() -> void:
 	var made := start(machine([state("A", [_ease({"to": 60.0}.merged(LINEAR))], {"go": "B"}), state("B", [], {"back": "A"})], {"variables": {"fuel": 0.0}}))
 	await frames(6)

@@ -6,7 +6,7 @@ const SIDES: Array = [Vector2.ZERO, Vector3.ZERO]
 
 
 func test_a_platform_goes_along_and_stops() -> void:
-	var follow := _along({"along_path": ^"../../Path", "speed": 10.0, "end_event": &"arrived"})
+	var follow := kind(SCFollowPathAction, {"along_path": ^"../../Path", "speed": 10.0, "end_event": &"arrived"})
 	expect_line(follow, "Move Self along Path at 10 a second, sending arrived at the end")
 	for side: Variant in SIDES:
 		var path := _path(side)
@@ -31,7 +31,7 @@ func test_a_whole_path_in_so_many_seconds() -> void:
 		[{"duration": 0.8, "at_the_end": SCFollowPathAction.START_OVER}, Vector2(6.25, 0), Vector2(5, 0)],
 	]:
 		var train := body()
-		var owner := play(_along(row[0].merged({"along_path": ^"../../Path"})), ENDS, {"under": train})
+		var owner := play(kind(SCFollowPathAction, row[0].merged({"along_path": ^"../../Path"})), ENDS, {"under": train})
 		await expect_later(owner, 0.25, "Work")
 		expect_near(train.position, row[1], 0.9)
 		await expect_later(owner, 0.75, "Work" if row[0].has("at_the_end") else "Done")
@@ -39,7 +39,7 @@ func test_a_whole_path_in_so_many_seconds() -> void:
 		train.free()
 	# A shape that swings past the end takes its time.
 	var swings := {"along_path": ^"../../Path", "duration": 0.5, "curve": SCFollowPathAction.BACK, "easing": SCFollowPathAction.EASE_OUT}
-	var late := play(_along(swings), ENDS, {"under": body()})
+	var late := play(kind(SCFollowPathAction, swings), ENDS, {"under": body()})
 	await expect_later(late, 0.4, "Work")
 	await expect_later(late, 0.2, "Done")
 
@@ -49,7 +49,7 @@ func test_it_starts_over_or_goes_back() -> void:
 	for row: Array in [[SCFollowPathAction.START_OVER, Vector2(5, 0), 0.0], [SCFollowPathAction.GO_BACK, Vector2(10, 5), -90.0]]:
 		var path := _path(Vector2())
 		var guard := body()
-		var goes := _along({"along_path": ^"../../Path", "speed": 20.0, "at_the_end": row[0], "end_event": &"end", "turn_to_face": true})
+		var goes := kind(SCFollowPathAction, {"along_path": ^"../../Path", "speed": 20.0, "at_the_end": row[0], "end_event": &"end", "turn_to_face": true})
 		var owner := play(goes, ENDS, {"under": guard})
 		await advance(1.25)
 		expect_near(guard.position, row[1], 1.0)
@@ -65,7 +65,7 @@ func test_backward_and_facing() -> void:
 	for side: Variant in SIDES:
 		var path := _path(side)
 		var cart := body_at(side)
-		play(_along({"along_path": ^"../../Path", "speed": 10.0, "backward": true, "turn_to_face": true}), {}, {"under": cart})
+		play(kind(SCFollowPathAction, {"along_path": ^"../../Path", "speed": 10.0, "backward": true, "turn_to_face": true}), {}, {"under": cart})
 		await advance(0.5)
 		expect_near(cart.get(&"position").y, 5.0, 0.4)
 		if cart is Node2D:
@@ -81,7 +81,7 @@ func test_it_starts_where_it_is() -> void:
 	# Where it stands, backward, where it starts and where it is soon after.
 	for row: Array in [[Vector2(6, -3), false, Vector2(6, 0), Vector2(8, 0)], [Vector2(6, -3), true, Vector2(6, 0), Vector2(4, 0)], [Vector2(10, 10), false, Vector2(10, 10), Vector2(10, 10)]]:
 		var cart := body("Cart", row[0])
-		var goes := _along({"along_path": ^"../../Path", "speed": 10.0, "start": SCFollowPathAction.WHERE_IT_IS, "backward": row[1]})
+		var goes := kind(SCFollowPathAction, {"along_path": ^"../../Path", "speed": 10.0, "start": SCFollowPathAction.WHERE_IT_IS, "backward": row[1]})
 		var owner := play(goes, ENDS, {"under": cart})
 		expect_near(cart.position, row[2])
 		await expect_later(owner, 0.2, "Work" if row[2] != row[3] else "Done")
@@ -97,7 +97,7 @@ func test_what_lies_in_a_path_goes_along_it() -> void:
 		rider.set(&"progress", 3.0)
 		var progress := kind(SCPathProgressAction, {"store_in": &"answer"})
 		var before: float = result_of(progress, {}, {"under": rider})
-		play(_along({"speed": 4.0, "start": SCFollowPathAction.WHERE_IT_IS}), {}, {"under": rider})
+		play(kind(SCFollowPathAction, {"speed": 4.0, "start": SCFollowPathAction.WHERE_IT_IS}), {}, {"under": rider})
 		await advance(0.5)
 		expect_near(rider.get(&"global_position"), _at(side, 102.0 + before, 0), 0.4)
 		expect_near(before, 0.0 if rider.get(&"progress") == null else 3.0)
@@ -107,7 +107,7 @@ func test_what_lies_in_a_path_goes_along_it() -> void:
 func test_a_path_that_moves_takes_along_what_is_on_it() -> void:
 	var path := _path(Vector3())
 	var cart := body_3d()
-	play(_along({"along_path": ^"../../Path", "speed": 1.0}), {}, {"under": cart})
+	play(kind(SCFollowPathAction, {"along_path": ^"../../Path", "speed": 1.0}), {}, {"under": cart})
 	path.set(&"position", Vector3(0, 0, 50))
 	await frames(2)
 	expect_near(cart.position.z, 50.0, 0.01)
@@ -126,14 +126,14 @@ func test_no_path_is_told_of_and_holds_nothing_up() -> void:
 		[{"along_path": ^"../../Empty"}, "Empty has no path drawn yet, so there is nothing to go along."],
 	]:
 		var rider := body("Rider")
-		result_of(_along(row[0]), {}, {"under": rider})
+		result_of(kind(SCFollowPathAction, row[0]), {}, {"under": rider})
 		expect_warning("Follow Path on Machine: %s" % row[1])
 		result_of(kind(SCPathProgressAction, row[0].merged({"store_in": &"answer"})), {}, {"under": rider})
 		expect_warning("Path Progress on Machine: %s" % row[1])
 		rider.free()
 	_path(Vector2())
 	var still := body("Still")
-	expect_warns(_along({"along_path": ^"../../Path", "speed": 0.0}), "Follow Path on Machine: its Speed is 0, so Still stays where it is.", {"under": still})
+	expect_warns(kind(SCFollowPathAction, {"along_path": ^"../../Path", "speed": 0.0}), "Follow Path on Machine: its Speed is 0, so Still stays where it is.", {"under": still})
 	expect_warns(kind(SCPathProgressAction, {"along_path": ^"../../Path"}), "there is nowhere to put how far it is, so it was lost. Pick a variable under Store In.", {"under": still})
 
 
@@ -141,7 +141,7 @@ func test_the_path_or_its_rider_may_be_freed_under_way() -> void:
 	for goes_first: String in ["Path", "Body"]:
 		_path(Vector2())
 		body()
-		var owner := play(_along({"node_path": ^"../Body", "along_path": ^"../Path", "speed": 1.0}), ENDS)
+		var owner := play(kind(SCFollowPathAction, {"node_path": ^"../Body", "along_path": ^"../Path", "speed": 1.0}), ENDS)
 		await frames(2)
 		stage.get_node(goes_first).free()
 		await frames(2)
@@ -150,7 +150,7 @@ func test_the_path_or_its_rider_may_be_freed_under_way() -> void:
 			node.free()
 	_path(Vector2())
 	var cart := body()
-	var ends := play(_along({"along_path": ^"../../Path", "speed": 500.0, "end_event": &"end"}), {}, {"under": cart})
+	var ends := play(kind(SCFollowPathAction, {"along_path": ^"../../Path", "speed": 500.0, "end_event": &"end"}), {}, {"under": cart})
 	ends.event_sent.connect(func(_event: StringName, _data: Variant) -> void: cart.queue_free())
 	await advance(0.2)
 	expect(not is_instance_valid(cart))
@@ -181,10 +181,6 @@ func test_measuring_goes_on() -> void:
 	racer.position = Vector2(4, 1)
 	await frames(2)
 	expect_near(owner.get_value("far"), 4.0, 0.01)
-
-
-func _along(options: Dictionary) -> SCFollowPathAction:
-	return kind(SCFollowPathAction, options)
 
 
 ## Ten to the right and ten down, or up in 3D.

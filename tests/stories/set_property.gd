@@ -100,14 +100,6 @@ func test_what_is_missing_is_told() -> void:
 	expect_equal(chest.count, 4, "what was typed in")
 
 
-func test_two_machines_that_share_the_action() -> void:
-	var design := template([state("A", [kind(SCSetPropertyAction, {"property": "count", "value_variable": &"many"})])], {"variables": {"many": 1}})
-	for many: int in [1, 2]:
-		var chest := _chest()
-		start(running(design, {"under": chest, "starting_values": {"many": many}}))
-		expect_equal(chest.count, many)
-
-
 func test_lines_on_the_graph() -> void:
 	expect_line(_set_it("modulate", Color.RED, {"node_path": NodePath("../Door")}), "Set modulate of Door to #ff0000")
 	expect_line(_set_it("speed_scale", 2.5), "Set speed scale of Self to 2.5")

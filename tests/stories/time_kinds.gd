@@ -35,7 +35,7 @@ func test_the_clock_and_the_calendar() -> void:
 func test_a_slow_motion_that_stays_or_lasts_while_the_state_runs() -> void:
 	Engine.time_scale = 2.0
 	for stays: bool in [false, true]:
-		var slow := _scale({"scale": 0.5, "put_back_when_left": not stays})
+		var slow := kind(SCSetTimeScaleAction, {"scale": 0.5, "put_back_when_left": not stays})
 		expect_line(slow, "Run the game at 0.5 times its speed%s" % ("" if stays else " while the state runs"))
 		var owner := play([slow, act("slow")], {"over": "Over"})
 		expect_equal(Engine.time_scale, 0.5)
@@ -46,31 +46,31 @@ func test_a_slow_motion_that_stays_or_lasts_while_the_state_runs() -> void:
 
 func test_a_hit_stop_lasts_real_seconds() -> void:
 	for scale: float in [0.1, 0.0]:
-		var owner := play(_scale({"scale": scale, "lasts": 0.2}))
+		var owner := play(kind(SCSetTimeScaleAction, {"scale": scale, "lasts": 0.2}))
 		expect_equal(Engine.time_scale, scale)
 		await expect_later(owner, 0.15, "Work")
 		expect_equal(Engine.time_scale, scale)
 		await expect_later(owner, 0.1, "Done")
 		expect_equal(Engine.time_scale, 1.0)
 	var crate := body("Crate")
-	play(_scale({"scale": 0.1, "lasts": 5.0}), {}, {"under": crate})
+	play(kind(SCSetTimeScaleAction, {"scale": 0.1, "lasts": 5.0}), {}, {"under": crate})
 	expect_equal(Engine.time_scale, 0.1)
 	crate.free()
 	expect_equal(Engine.time_scale, 1.0, "it ends with its machine")
 
 
 func test_hit_stops_that_overlap() -> void:
-	var first := play(_scale({"scale": 0.1, "lasts": 0.2}))
+	var first := play(kind(SCSetTimeScaleAction, {"scale": 0.1, "lasts": 0.2}))
 	await advance(0.1)
-	var second := play(_scale({"scale": 0.2, "lasts": 0.2}))
+	var second := play(kind(SCSetTimeScaleAction, {"scale": 0.2, "lasts": 0.2}))
 	await expect_later(first, 0.15, "Done")
 	expect_state(second, "Work")
 	expect_equal(Engine.time_scale, 0.2)
 	await expect_later(second, 0.1, "Done")
 	expect_equal(Engine.time_scale, 1.0)
 	# A speed that is set meanwhile is what it goes back to.
-	var hit := play(_scale({"scale": 0.1, "lasts": 0.2}))
-	play(_scale({"scale": 3.0}))
+	var hit := play(kind(SCSetTimeScaleAction, {"scale": 0.1, "lasts": 0.2}))
+	play(kind(SCSetTimeScaleAction, {"scale": 3.0}))
 	expect_equal(Engine.time_scale, 3.0)
 	await expect_later(hit, 0.3, "Done")
 	expect_equal(Engine.time_scale, 3.0)
@@ -80,7 +80,7 @@ func test_hit_stops_that_overlap() -> void:
 func test_it_gets_slower_little_by_little() -> void:
 	# For good, or until it has lasted a while.
 	for lasts: float in [0.0, 0.2]:
-		var owner := play(_scale({"scale": 0.0, "duration": 0.4, "lasts": lasts}))
+		var owner := play(kind(SCSetTimeScaleAction, {"scale": 0.0, "duration": 0.4, "lasts": lasts}))
 		await expect_later(owner, 0.2, "Work")
 		expect_near(Engine.time_scale, 0.5, 0.2)
 		await expect_later(owner, 0.3, "Done" if lasts == 0.0 else "Work")
@@ -97,7 +97,7 @@ func test_a_speed_that_no_game_can_run_at() -> void:
 		[-1.0, 0.0, "is -1, and time cannot run backward, so the game stands still. Type 0 or more under Scale."],
 	]:
 		Engine.time_scale = 0.5
-		result_of(_scale({"scale": row[0]}))
+		result_of(kind(SCSetTimeScaleAction, {"scale": row[0]}))
 		expect_equal(Engine.time_scale, row[1])
 		expect_warning("Set Time Scale on Machine: its Scale %s" % row[2])
 	Engine.time_scale = 1.0
@@ -105,7 +105,3 @@ func test_a_speed_that_no_game_can_run_at() -> void:
 
 func _get_time(which: int, options: Dictionary = {}) -> SCGetTimeAction:
 	return kind(SCGetTimeAction, {"which": which, "store_in": &"answer"}.merged(options, true))
-
-
-func _scale(options: Dictionary) -> SCSetTimeScaleAction:
-	return kind(SCSetTimeScaleAction, options)

@@ -15,7 +15,7 @@ func test_a_turret_faces_what_it_is_told_to() -> void:
 	]:
 		for made: Node in [Node2D.new(), Control.new()]:
 			add(made, "", {"position": Vector2(30, 20)})
-			play(_look(row[0]), {}, {"under": made})
+			play(kind(SCLookAtAction, row[0]), {}, {"under": made})
 			expect_near(angle_difference(made.get(&"rotation"), deg_to_rad(row[1])), 0.0, 0.001, str(row[0]))
 
 
@@ -25,9 +25,9 @@ func test_a_turned_and_mirrored_parent_changes_nothing() -> void:
 		above.rotation_degrees = 30
 		above.scale = scale
 		var turret := body("Turret", Vector2.ZERO, above)
-		play(_look({"face": SCLookAtAction.A_PLACE, "place": Vector2(30, 80)}), {}, {"under": turret})
+		play(kind(SCLookAtAction, {"face": SCLookAtAction.A_PLACE, "place": Vector2(30, 80)}), {}, {"under": turret})
 		expect_near(turret.global_transform.x.angle_to(Vector2(30, 80)), 0.0, 0.001, str(scale))
-		play(_look({"face": SCLookAtAction.A_DIRECTION, "direction": Vector2(1, 0), "space": SCLookAtAction.LOCAL}), {}, {"under": turret})
+		play(kind(SCLookAtAction, {"face": SCLookAtAction.A_DIRECTION, "direction": Vector2(1, 0), "space": SCLookAtAction.LOCAL}), {}, {"under": turret})
 		expect_near(turret.rotation, 0.0, 0.001, "its parent's own right, %s" % scale)
 
 
@@ -54,7 +54,7 @@ func test_a_head_faces_in_3d() -> void:
 				settings["place"] += at
 			# The second time it faces there already.
 			for times in 2:
-				var owner := play(_look(settings), ENDS, {"under": head})
+				var owner := play(kind(SCLookAtAction, settings), ENDS, {"under": head})
 				await expect_later(owner, 0.2, "Faces")
 				expect_near(-head.global_basis.z.normalized(), (row[1] as Vector3).normalized(), 0.001, "front of %s" % [row[0]])
 				expect_near(head.global_basis.y.normalized(), (row[2] as Vector3).normalized(), 0.001, "top of %s" % [row[0]])
@@ -65,7 +65,7 @@ func test_a_slow_turret_can_be_outrun() -> void:
 	for turret: Node in [Node2D.new(), Node3D.new(), Control.new()]:
 		add(turret)
 		var place: Variant = Vector3(100, 0, 0) if turret is Node3D else Vector2(0, 100)
-		var look := _look({"face": SCLookAtAction.A_PLACE, "place": place, "turn_speed": 90.0, "run_mode": SCMachineAction.EVERY_FRAME})
+		var look := kind(SCLookAtAction, {"face": SCLookAtAction.A_PLACE, "place": place, "turn_speed": 90.0, "run_mode": SCMachineAction.EVERY_FRAME})
 		var owner := play(look, ENDS, {"under": turret})
 		expect_equal(_turn_of(turret), 0.0, "no time has passed")
 		await advance(0.5)
@@ -78,7 +78,7 @@ func test_a_slow_turret_can_be_outrun() -> void:
 func test_it_keeps_facing_what_moves_the_short_way() -> void:
 	var player := body("Player", Vector2(0, 10))
 	var guard := body("Guard", Vector2(1, 2))
-	play(_look({"at_path": ^"../../Player", "run_mode": SCMachineAction.EVERY_FRAME}), {}, {"under": guard})
+	play(kind(SCLookAtAction, {"at_path": ^"../../Player", "run_mode": SCMachineAction.EVERY_FRAME}), {}, {"under": guard})
 	expect_near(guard.rotation, (player.position - guard.position).angle(), 0.001, "at once")
 	for place: Vector2 in [Vector2(-10, -10), Vector2(5, 0)]:
 		player.position = place
@@ -86,17 +86,17 @@ func test_it_keeps_facing_what_moves_the_short_way() -> void:
 		expect_near(angle_difference(guard.rotation, (place - guard.position).angle()), 0.0, 0.001)
 	var other := body("Other")
 	other.rotation_degrees = 170
-	play(_look({"face": SCLookAtAction.A_DIRECTION, "direction": Vector2.from_angle(deg_to_rad(-170)), "duration": 0.2}), {}, {"under": other})
+	play(kind(SCLookAtAction, {"face": SCLookAtAction.A_DIRECTION, "direction": Vector2.from_angle(deg_to_rad(-170)), "duration": 0.2}), {}, {"under": other})
 	await advance(0.1)
 	expect(other.rotation_degrees > 170.0 and other.rotation_degrees < 190.0, str(other.rotation_degrees))
 
 
 func test_the_mouse_is_faced() -> void:
 	var aim := body("Aim", Vector2(40, 40))
-	play(_look({"face": SCLookAtAction.THE_MOUSE}), {}, {"under": aim})
+	play(kind(SCLookAtAction, {"face": SCLookAtAction.THE_MOUSE}), {}, {"under": aim})
 	expect_near(angle_difference(aim.rotation, (aim.get_global_mouse_position() - aim.position).angle()), 0.0, 0.001)
 	var hero := body_3d("Hero", Vector3(1, 0, 1))
-	var look := _look({"face": SCLookAtAction.THE_MOUSE})
+	var look := kind(SCLookAtAction, {"face": SCLookAtAction.THE_MOUSE})
 	expect_state(play(look, ENDS, {"under": hero}), "Faces")
 	expect_equal(hero.rotation, Vector3.ZERO, "there is no camera to point through")
 	var camera: Camera3D = add(Camera3D.new(), "", {"position": Vector3(0, 10, 0), "rotation_degrees": Vector3(-90, 0, 0), "current": true})
@@ -119,19 +119,19 @@ func test_nothing_to_face_is_told_of() -> void:
 		for mode: int in [SCMachineAction.ONCE, SCMachineAction.EVERY_FRAME]:
 			var post := body("Post")
 			post.rotation_degrees = 33
-			var owner := play(_look(row[0].merged({"run_mode": mode})), ENDS, {"name": "Guard", "under": post})
+			var owner := play(kind(SCLookAtAction, row[0].merged({"run_mode": mode})), ENDS, {"name": "Guard", "under": post})
 			await frames(2)
 			expect_state(owner, "Faces" if mode == SCMachineAction.ONCE else "Work")
 			expect_near(post.rotation_degrees, 33.0)
 			if row[1] != "":
 				expect_warning(row[1])
 			post.free()
-	expect_line(_look({}), "Turn Self to face (pick one)")
+	expect_line(kind(SCLookAtAction, {}), "Turn Self to face (pick one)")
 
 
 func test_what_turns_may_be_freed() -> void:
 	for turns: SCMachineAction in [
-		_look({"face": SCLookAtAction.A_PLACE, "run_mode": SCMachineAction.EVERY_FRAME, "node_path": ^"../Coin"}),
+		kind(SCLookAtAction, {"face": SCLookAtAction.A_PLACE, "run_mode": SCMachineAction.EVERY_FRAME, "node_path": ^"../Coin"}),
 		kind(SCRotateAction, {"node_path": ^"../Coin"}),
 		_turn_to({"node_path": ^"../Coin", "duration": 0.5}),
 	]:
@@ -148,8 +148,8 @@ func test_what_turns_may_be_freed() -> void:
 func test_numbers_that_are_none_turn_nothing() -> void:
 	for row: Array in [
 		[_turn_to({"degrees": NAN, "duration": 0.0}), "Rotate To on Guard: its Degrees is no number, as 0 divided by 0 is none, so it was taken as 0. Type another under Degrees, or look at the variable that it reads."],
-		[_look({"face": SCLookAtAction.A_PLACE, "place": Vector2(NAN, INF), "turn_speed": 90.0, "run_mode": SCMachineAction.EVERY_FRAME}), "Look At on Guard: Place holds a number that is none, as 0 divided by 0 is, or one too large to work with, so it did nothing."],
-		[_look({"face": SCLookAtAction.A_DIRECTION, "direction": Vector3(0, 0, -1), "turned_by": NAN}), "Look At on Guard: its Turned By is no number"],
+		[kind(SCLookAtAction, {"face": SCLookAtAction.A_PLACE, "place": Vector2(NAN, INF), "turn_speed": 90.0, "run_mode": SCMachineAction.EVERY_FRAME}), "Look At on Guard: Place holds a number that is none, as 0 divided by 0 is, or one too large to work with, so it did nothing."],
+		[kind(SCLookAtAction, {"face": SCLookAtAction.A_DIRECTION, "direction": Vector3(0, 0, -1), "turned_by": NAN}), "Look At on Guard: its Turned By is no number"],
 	]:
 		for post: Node in [Node2D.new(), Node3D.new()]:
 			add(post)
@@ -244,10 +244,6 @@ func test_in_2d_the_axis_is_not_asked_for() -> void:
 				expect_shown(row[0].new(), [row[1]])
 		expect_line(_turn_to({}), "Turn Self to 90°%s in 0.5 s" % ("" if on_2d else " round y"))
 	SCMachineAction.set_shown_on_2d(-1)
-
-
-func _look(options: Dictionary) -> SCLookAtAction:
-	return kind(SCLookAtAction, options)
 
 
 func _turn_to(options: Dictionary) -> SCRotateToAction:

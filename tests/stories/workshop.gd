@@ -8,10 +8,9 @@ const FOLDER := "res://demo/workshop"
 var workshop: Workshop
 
 
-func open_workshop() -> void:
-	workshop = (load(SCENE) as PackedScene).instantiate()
-	add(workshop)
-	await frames(1)
+func open(in_tree: SceneTree, catcher: OutputCatcher) -> void:
+	super.open(in_tree, catcher)
+	workshop = add((load(SCENE) as PackedScene).instantiate())
 
 
 func at(bench: String) -> SCMachine:
@@ -48,7 +47,6 @@ func states_in(seconds: float, of: SCMachine) -> PackedStringArray:
 
 
 func test_the_shop_adds_up_and_takes_the_money() -> void:
-	await open_workshop()
 	await visit("ShopCounter", [
 		["Pay", 0.0, "Open", {"takings": 0}],
 		["Apple", 0.0, "Open"], ["Tea", 0.0, "Open"], ["Apple", 0.0, "Open"],
@@ -61,7 +59,6 @@ func test_the_shop_adds_up_and_takes_the_money() -> void:
 
 
 func test_the_light_goes_round_and_the_car_heeds_it() -> void:
-	await open_workshop()
 	var light := at("TrafficLight")
 	var car := at("TrafficLight/Road/Car")
 	var housing := workshop.get_node("TrafficLight/Housing")
@@ -90,7 +87,6 @@ func test_the_light_goes_round_and_the_car_heeds_it() -> void:
 
 
 func test_the_countdown_comes_to_nothing_and_the_rocket_flies() -> void:
-	await open_workshop()
 	var rocket: Node2D = workshop.get_node("Countdown/Sky/Rocket")
 	var on_the_pad := rocket.position
 	await visit("Countdown", [["Start", 2.5, "Counting", {"Board/Number": "3"}], ["", 2.3, "Counting"]])
@@ -103,7 +99,6 @@ func test_the_countdown_comes_to_nothing_and_the_rocket_flies() -> void:
 
 
 func test_the_slot_machine_pays_for_alike_reels() -> void:
-	await open_workshop()
 	var purse: int = at("SlotMachine").get_value("coins")
 	var pays := {1: 0, 2: 2, 3: 10}
 	var results: Dictionary[int, bool] = {}
@@ -118,7 +113,6 @@ func test_the_slot_machine_pays_for_alike_reels() -> void:
 
 
 func test_a_flower_grows_at_every_spawn_point() -> void:
-	await open_workshop()
 	var beds := workshop.get_node("Garden/Beds").get_children()
 	var grown := func() -> int: return beds.filter(func(flower: Node2D) -> bool: return is_equal_approx(flower.scale.x, 1.0)).size()
 	for row: Array in [[0.0, "Sowing", 0], [1.5, "Sowing", 2], [2.0, "In Bloom", 5], [1.8, "Cutting", -1], [0.8, "Sowing", 0]]:
@@ -131,7 +125,6 @@ func test_a_flower_grows_at_every_spawn_point() -> void:
 
 
 func test_the_platform_goes_there_and_back_and_the_owl_watches() -> void:
-	await open_workshop()
 	var ferry := at("Ferry")
 	var owl := at("Ferry/Owl")
 	var platform: Node2D = workshop.get_node("Ferry/Platform")
@@ -149,7 +142,6 @@ func test_the_platform_goes_there_and_back_and_the_owl_watches() -> void:
 
 
 func test_the_lamp_fades_and_the_moth_goes_by_it() -> void:
-	await open_workshop()
 	var moth := at("MoodLamp/Moth")
 	var light: Node2D = workshop.get_node("MoodLamp/Light")
 	var first := light.modulate
@@ -168,7 +160,6 @@ func test_the_lamp_fades_and_the_moth_goes_by_it() -> void:
 
 
 func test_the_pinwheel_whirls_and_comes_to_its_old_speed() -> void:
-	await open_workshop()
 	var pinwheel := at("Pinwheel")
 	var wheel: Node2D = workshop.get_node("Pinwheel/Wheel")
 	var from := wheel.rotation_degrees
@@ -185,7 +176,6 @@ func test_the_pinwheel_whirls_and_comes_to_its_old_speed() -> void:
 
 
 func test_the_door_opens_to_the_right_word_only() -> void:
-	await open_workshop()
 	var leaf: Node2D = workshop.get_node("PasswordDoor/Leaf")
 	await visit("PasswordDoor", [["Word=feather", 0.0, "Refusing", {"Answer": "“feather” is wrong (1)"}]])
 	await advance(0.6)
@@ -197,7 +187,6 @@ func test_the_door_opens_to_the_right_word_only() -> void:
 
 
 func test_the_game_slows_down_and_goes_on() -> void:
-	await open_workshop()
 	await advance(1.0)
 	expect_near(text_of("SlowMotion/Clock/Time").to_float(), 1.0, 0.11)
 	workshop.use("SlowMotion/Slow")
@@ -208,7 +197,6 @@ func test_the_game_slows_down_and_goes_on() -> void:
 
 
 func test_tea_is_made_by_a_template_inside_a_state() -> void:
-	await open_workshop()
 	workshop.use("TeaKitchen/Brew")
 	var inner: SCMachine = workshop.get_node("TeaKitchen/BrewRunning")
 	expect_state(inner, "Boiling")
@@ -219,14 +207,12 @@ func test_tea_is_made_by_a_template_inside_a_state() -> void:
 
 
 func test_the_safe_takes_both_keys() -> void:
-	await open_workshop()
 	await visit("Safe", [["LeftKey", 0.3, "Shut"], ["RightKey", 0.8, "Open"]])
 	expect_near(workshop.get_node("Safe/Inside/Hatch").get("position").y, -84.0)
 	await visit("Safe", [["LeftKey", 0.8, "Shut"]])
 
 
 func test_the_notice_board_tells_of_other_benches() -> void:
-	await open_workshop()
 	expect_equal(text_of("NoticeBoard/Text"), "The light shows red.")
 	workshop.use("ShopCounter/Tea")
 	workshop.use("ShopCounter/Pay")
