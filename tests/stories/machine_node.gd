@@ -99,24 +99,6 @@ func test_settings_may_change_while_it_runs() -> void:
 	expect_equal(start(machine([state("A")], {"process_priority": -5, "process_physics_priority": 3})).process_physics_priority, 3)
 
 
-func test_what_it_offers_in_order() -> void:
-	var types: Dictionary[String, int] = {}
-	for property: Dictionary in ClassDB.class_get_property_list(&"SCMachine", true):
-		types[property["name"]] = property["type"]
-	expect_equal(types.keys().slice(0, 10), [
-		"template", "target_path", "autostart", "physics_tick", "debug_log", "states", "initial_state", "variables",
-		"handed_values", "starting_values",
-	])
-	expect_equal([types["target_path"], types["states"], types["handed_values"]], [TYPE_NODE_PATH, TYPE_ARRAY, TYPE_DICTIONARY])
-	var made := machine([])
-	expect(made.autostart and not made.physics_tick and not made.debug_log)
-	expect_equal([SCMachine.LOOP_INCREMENT_LIMIT, SCMachine.NOTHING, SCMachine.STOP, SCMachine.START], [50, 0, 1, 2])
-	var arguments := {}
-	for told: Dictionary in ClassDB.class_get_signal_list(&"SCMachine", true):
-		arguments[told["name"]] = (told["args"] as Array).size()
-	expect_equal(arguments, {"state_changed": 2, "event_sent": 2, "state_finished": 1})
-
-
 func test_every_state_of_a_design_at_any_depth() -> void:
 	var deep := state("Deep")
 	var outside := state("Outside")

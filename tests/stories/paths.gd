@@ -170,17 +170,14 @@ func test_how_far_a_racer_has_got() -> void:
 		expect_near(results_of(kind(SCPathProgressAction, stores), {}, {"under": racer})[&"off"], 3.0, 0.01)
 		path.free()
 		racer.free()
-
-
-func test_measuring_goes_on() -> void:
 	_path(Vector2())
-	var racer := body()
-	var measure := kind(SCPathProgressAction, {"along_path": ^"../../Path", "run_mode": SCMachineAction.EVERY_FRAME, "store_in": &"far"})
-	expect_line(measure, "Measure Self along Path, how far it is, into far")
-	var owner := play(measure, {}, {"under": racer, "variables": {"far": 0.0}})
-	racer.position = Vector2(4, 1)
+	var walker := body()
+	var goes_on := kind(SCPathProgressAction, {"along_path": ^"../../Path", "run_mode": SCMachineAction.EVERY_FRAME, "store_in": &"answer"})
+	expect_line(goes_on, "Measure Self along Path, how far it is, into answer")
+	var owner := play(goes_on, {}, {"under": walker})
+	walker.position = Vector2(4, 1)
 	await frames(2)
-	expect_near(owner.get_value("far"), 4.0, 0.01)
+	expect_near(owner.get_value("answer"), 4.0, 0.01)
 
 
 ## Ten to the right and ten down, or up in 3D.

@@ -59,11 +59,6 @@ func test_a_variable_can_be_emptied_of_a_node() -> void:
 	expect_equal(made.get_value("it"), null)
 
 
-func test_the_limits_of_the_variable_hold() -> void:
-	var adds := _set_it(50, {"operation": SCSetVariableAction.ADD})
-	expect_equal(play(adds, {}, {"variables": [variable("it", 80, {"never_above": "100"})]}).get_value("it"), 100)
-
-
 func test_each_second_on_every_frame() -> void:
 	# Operation, value, what it holds as it is entered and two seconds later.
 	for row: Array in [

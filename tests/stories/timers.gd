@@ -13,19 +13,15 @@ func test_a_door_closes_after_a_while() -> void:
 	expect_state(door, "Shut")
 
 
-func test_no_time_at_all_is_over_at_once() -> void:
-	var at_once := act("a").entering(func(m: SCMachine, index: int) -> void:
-		m.finish_after(index, -1.0, func() -> void: noted.append("then %s" % m.is_finished(index))))
-	expect_state(start(machine([state("A", [wait(0.0)], {"FINISHED": "B"}), state("B", [at_once], {"FINISHED": "C"}), state("C")])), "C")
-	expect_log(["a enter", "then false", "a exit"])
-
-
 func test_what_is_to_happen_then_happens_before_the_state_ends() -> void:
-	var later := act("a").entering(func(m: SCMachine, index: int) -> void:
-		m.finish_after(index, 0.1, func() -> void: noted.append("then in %s" % m.running_state())))
-	var made := start(machine([state("A", [later], {"FINISHED": "B"}), state("B", [act("b")])]))
-	await expect_later(made, 0.15, "B")
-	expect_log(["a enter", "then in A", "a exit", "b enter"])
+	# No time at all is over at once.
+	for seconds: float in [-1.0, 0.0, 0.1]:
+		var later := act("a").entering(func(m: SCMachine, index: int) -> void:
+			m.finish_after(index, seconds, func() -> void: noted.append("then in %s, %s" % [m.running_state(), m.is_finished(index)])))
+		var made := start(machine([state("A", [later, wait(0.0)], {"FINISHED": "B"}), state("B", [act("b")])]))
+		expect_state(made, "A" if seconds > 0.0 else "B")
+		await expect_later(made, 0.15, "B")
+		expect_log(["a enter", "then in A, false", "a exit", "b enter"])
 
 
 func test_a_wait_that_was_left_is_over() -> void:

@@ -93,14 +93,6 @@ func test_a_bound_setting_is_read_each_time_the_state_is_entered() -> void:
 	expect_equal(pause.seconds, 5.0, "what was typed in comes back")
 
 
-func test_one_resource_serves_two_machines() -> void:
-	var design := template([state("Ring", [print_line("?", {"text_variable": &"words"})])], {"variables": {"words": "ding"}})
-	start(running(design, {"name": "First"}))
-	start(running(design, {"name": "Second", "starting_values": {&"words": "dong"}}))
-	expect_printed("ding")
-	expect_printed("dong")
-
-
 func test_the_run_mode_of_a_file_outlasts_the_script_it_belongs_to() -> void:
 	var creep := Creep.new()
 	expect_equal(creep.run_mode, SCMachineAction.EVERY_FRAME)
