@@ -238,11 +238,13 @@ func test_properties_are_read() -> void:
 	# Property, value.
 	for row: Array in [["position", Vector2(3, 4)], ["position:y", 4.0], ["modulate:r", 1.0], ["visible", true], ["name", &"There"], ["material", null]]:
 		expect_equal(result_of(_property({"property": row[0]}), {}, {"under": there}), row[1], row[0])
-	var made := play(_property({"property": "position:x", "run_mode": SCMachineAction.EVERY_FRAME}), {}, {"under": there})
-	for x: float in [7.0, 9.0]:
-		there.position.x = x
+	var reads := _property({"property_variable": &"which", "run_mode": SCMachineAction.EVERY_FRAME})
+	var made := play(reads, {}, {"under": there, "variables": {"which": "position:x"}})
+	for row: Array in [["position:x", 5.0], ["position:x", 7.0], ["position:y", 4.0]]:
+		there.position.x += 2.0
+		made.set_value("which", row[0])
 		await frames(1)
-		expect_equal(made.get_value("answer"), x)
+		expect_equal(made.get_value("answer"), row[1])
 
 
 func test_a_property_set_up_wrong_is_told_of() -> void:

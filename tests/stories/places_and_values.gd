@@ -98,6 +98,12 @@ func test_where_things_are() -> void:
 		above.add_child(under)
 		expect_equal(SCMachineAction.is_2d(under), not above is Node3D)
 		above.free()
+	# Outside the tree there is no world to be in.
+	for lost: Node in [Node2D.new(), Node3D.new(), Control.new()]:
+		var at: Variant = Vector3(1, 2, 3) if lost is Node3D else Vector2(1, 2)
+		SCMachineAction.set_position_of(lost, at)
+		expect_equal(SCMachineAction.position_of(lost), at)
+		lost.free()
 	expect_equal(SCMachineAction.no_place_words(plain, "Node"), "Plain is a Node, which has no place in the world, so it cannot stand for one. Pick a 2D or 3D node under Node")
 	expect_equal(SCMachineAction.no_place_words(null, "Node"), "")
 	expect_error("Parameter \"p_node\" is null.")

@@ -57,10 +57,14 @@ func test_nodes_and_resources() -> void:
 
 func test_every_frame_keeps_it_so() -> void:
 	var chest := _chest()
-	var made := play(_set_it("count", 4, {"run_mode": SCMachineAction.EVERY_FRAME}), {"FINISHED": "Wrong"}, {"under": chest})
+	var keeps := _set_it("", 4, {"run_mode": SCMachineAction.EVERY_FRAME, "property_variable": &"which"})
+	var made := play(keeps, {"FINISHED": "Wrong"}, {"under": chest, "variables": {"which": "count"}})
 	chest.count = 9
 	await frames(2)
 	expect_equal(chest.count, 4)
+	made.set_value("which", "label")
+	await frames(1)
+	expect_equal(chest.label, "4", "and another property from then on")
 	expect_state(made, "Work")
 
 

@@ -55,6 +55,7 @@ func test_without_a_variable_it_says_so_once() -> void:
 func test_a_variable_can_be_emptied_of_a_node() -> void:
 	var made := start(machine([state("A", [], {"go": "B"}), state("B", [_set_it(null)])], {"variables": {"it": null}}))
 	made.set_value("it", body())
+	expect(made.get_value("it") is Node2D)
 	made.send_event("go")
 	expect_equal(made.get_value("it"), null)
 
