@@ -17,7 +17,7 @@ func test_a_signal_sends_the_event_with_what_it_hands_over() -> void:
 	], {"under": bell, "variables": {"kept": 0}}))
 	bell.rung.emit(3, "Ann")
 	expect_state(made, "Gone")
-	expect_equal(made.get_value("kept"), 3)
+	expect_values(made, {"kept": 3})
 
 
 func test_which_of_the_things_handed_over() -> void:
@@ -69,8 +69,7 @@ func test_the_node_may_be_freed_meanwhile() -> void:
 	bell.name = "Bell"
 	var made := start(machine([state("Wait", [_on(&"cracked", {"event_name": "go", "node_path": NodePath("../Bell")})], {"leave": "Away"}), state("Away")]))
 	bell.free()
-	made.send_event("leave")
-	expect_state(made, "Away")
+	expect_after(made, "leave", "Away")
 
 
 func test_the_machine_may_be_freed_by_the_event() -> void:
@@ -96,8 +95,8 @@ func test_the_settings_are_those_of_the_machine_that_hears() -> void:
 	second.set_value("which", 2)
 	second_bell.rung.emit(5, "Bob")
 	first_bell.rung.emit(6, "Cid")
-	expect_equal(first.get_value("kept"), 6)
-	expect_equal(second.get_value("kept"), "Bob")
+	expect_values(first, {"kept": 6})
+	expect_values(second, {"kept": "Bob"})
 
 
 func test_a_signal_of_the_physics_step_changes_nothing_within_it() -> void:

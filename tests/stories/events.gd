@@ -11,16 +11,12 @@ func test_an_inner_state_hears_an_event_before_the_one_around_it() -> void:
 		state("Down"),
 		state("Away"),
 	]))
-	made.send_event("hit")
-	expect_states(made, ["Outer", "Hurt"])
-	made.send_event("hit")
-	expect_states(made, ["Down"])
+	expect_after(made, "hit", ["Outer", "Hurt"])
+	expect_after(made, "hit", ["Down"])
 	made.go_to("Inner")
-	made.send_event("call")
-	expect_states(made, ["Away"])
+	expect_after(made, "call", ["Away"])
 	made.send_event("nobody knows this")
-	made.send_event("")
-	expect_states(made, ["Away"])
+	expect_after(made, "", ["Away"])
 
 
 func test_the_first_transition_that_leads_anywhere_is_taken() -> void:
@@ -29,8 +25,7 @@ func test_the_first_transition_that_leads_anywhere_is_taken() -> void:
 		state("B"),
 		state("C"),
 	]))
-	made.send_event("go")
-	expect_state(made, "B")
+	expect_after(made, "go", "B")
 
 
 func test_every_event_is_told_even_to_a_machine_that_stands_still() -> void:
@@ -88,17 +83,16 @@ func test_what_is_carried_is_stored_as_the_variable_s_kind() -> void:
 	]
 	for row in rows:
 		var made := start(machine([state("A", [], [transition("give", "B", "held")]), state("B")], {"variables": [variable("held", row[0])]}))
-		made.send_event("give", row[1])
-		expect_state(made, "B")
+		expect_after(made, "give", "B", row[1])
 		expect_equal(made.get_value("held"), row[2], "%s given %s" % [row[0], row[1]])
 		made.queue_free()
 	var other := start(machine([state("A", [], [transition("give", "B", "fresh")]), state("B", [], [transition("give", "A", "node")])], {
 		"variables": [variable("node", null)],
 	}))
 	other.send_event("give", "anything")
-	expect_equal(other.get_value("fresh"), "anything")
+	expect_values(other, {"fresh": "anything"})
 	other.send_event("give", stage)
-	expect_equal(other.get_value("node"), stage)
+	expect_values(other, {"node": stage})
 
 
 func test_what_is_carried_is_kept_within_limits() -> void:
@@ -106,7 +100,7 @@ func test_what_is_carried_is_kept_within_limits() -> void:
 		"variables": [variable("hp", 5, {"never_below": "0", "never_above": "8"})],
 	}))
 	made.send_event("heal", 100.0)
-	expect_equal(made.get_value("hp"), 8)
+	expect_values(made, {"hp": 8})
 
 
 func test_who_sent_an_event_can_be_asked() -> void:
@@ -211,16 +205,13 @@ func test_a_forwarder_may_keep_an_event_for_itself() -> void:
 	]))
 	made.add_forwarder(greedy)
 	made.add_forwarder(deaf)
-	made.send_event("keep", 1)
-	expect_state(made, "A")
+	expect_after(made, "keep", "A", 1)
 	expect_equal(passed, ["greedy keep", "deaf keep 1"])
-	made.send_event("pass")
-	expect_state(made, "C")
+	expect_after(made, "pass", "C")
 	made.go_to("A")
 	made.remove_forwarder(greedy)
 	made.remove_forwarder(greedy)
-	made.send_event("keep")
-	expect_state(made, "C")
+	expect_after(made, "keep", "C")
 	made.remove_forwarder(deaf)
 
 
@@ -233,10 +224,8 @@ func test_a_forwarder_that_takes_itself_away_or_is_gone() -> void:
 		made.remove_forwarder(once[0])
 		return true)
 	made.add_forwarder(once[0])
-	made.send_event("go")
-	expect_state(made, "A")
-	made.send_event("go")
-	expect_state(made, "B")
+	expect_after(made, "go", "A")
+	expect_after(made, "go", "B")
 	expect_equal(calls[0], 1)
 	once.clear()
 
@@ -338,8 +327,7 @@ func test_an_action_s_own_finished_goes_to_its_own_state() -> void:
 func test_quest_events_go_on_as_any_other() -> void:
 	SCMachine.set_quest_events([&"found_key"])
 	var made := start(machine([state("A", [], {"found_key": "B"}), state("B")]))
-	made.send_event("found_key")
-	expect_state(made, "B")
+	expect_after(made, "found_key", "B")
 
 
 func test_events_and_moves_are_printed_when_asked_for() -> void:

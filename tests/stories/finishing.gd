@@ -110,8 +110,7 @@ func test_finished_from_outside_reaches_the_innermost_states_only() -> void:
 		}}),
 		state("Wrong"),
 	]))
-	made.send_event("FINISHED")
-	expect_states(made, ["Outer", "A2", "B2"])
+	expect_after(made, "FINISHED", ["Outer", "A2", "B2"])
 
 
 func test_a_signal_can_finish_an_action() -> void:

@@ -105,7 +105,7 @@ func test_a_setting_of_any_type_takes_what_it_is_given() -> void:
 	var copy := set_var(&"copy", 0.0)
 	copy.set(&"value_variable", &"label")
 	var guard := start(machine([state("Idle", [copy])], {"variables": {"label": "high", "copy": ""}}))
-	expect_equal(guard.get_value("copy"), "high")
+	expect_values(guard, {"copy": "high"})
 
 
 func test_reading_without_a_machine_is_an_error_and_nothing_else() -> void:

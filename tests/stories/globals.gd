@@ -4,26 +4,26 @@ extends Story
 
 func test_machines_share_what_they_both_declare_global() -> void:
 	var one := _player("One", 10)
-	expect_equal(one.get_value("gold"), 10)
+	expect_values(one, {"gold": 10})
 	one.set_value("gold", 25)
 	var two := _player("Two", 99)
 	expect_equal(two.get_value("gold"), 25, "a machine that starts later")
 	two.set_value("gold", 7)
-	expect_equal(one.get_value("gold"), 7)
+	expect_values(one, {"gold": 7})
 	expect_equal(one.global_value("gold"), 7)
 	expect_equal(one.global_value("nothing", 3), 3)
 	expect(one.is_global_value("gold") and not one.is_global_value("own"))
 	expect_equal(one.global_names(), [&"gold"])
 	one.set_value("own", 5)
-	expect_equal(two.get_value("own"), 1)
+	expect_values(two, {"own": 1})
 
 
 func test_the_game_can_write_a_global() -> void:
 	var one := _player("One", 10)
 	var two := _player("Two", 10)
 	one.set_global_value("gold", 50)
-	expect_equal(one.get_value("gold"), 50)
-	expect_equal(two.get_value("gold"), 50)
+	expect_values(one, {"gold": 50})
+	expect_values(two, {"gold": 50})
 	one.set_global_value("level", 3)
 	expect_equal(two.global_value("level"), 3)
 	expect(not two.has_value("level"), "a machine that does not declare it")
@@ -33,11 +33,11 @@ func test_each_machine_keeps_its_own_limits_on_a_global() -> void:
 	var poor := start(machine([state("A")], {"variables": [global_variable("gold", 0, {"never_above": "50"})], "name": "Poor"}))
 	var rich := start(machine([state("A")], {"variables": [global_variable("gold", 0)], "name": "Rich"}))
 	rich.set_value("gold", 80)
-	expect_equal(poor.get_value("gold"), 50)
-	expect_equal(rich.get_value("gold"), 80)
+	expect_values(poor, {"gold": 50})
+	expect_values(rich, {"gold": 80})
 	poor.set_value("gold", 60)
-	expect_equal(poor.get_value("gold"), 50)
-	expect_equal(rich.get_value("gold"), 50)
+	expect_values(poor, {"gold": 50})
+	expect_values(rich, {"gold": 50})
 
 
 func test_a_machine_that_has_gone_leaves_the_value_behind() -> void:
@@ -49,7 +49,7 @@ func test_a_machine_that_has_gone_leaves_the_value_behind() -> void:
 	expect_equal(two.global_value("gold"), 34)
 	two.free()
 	var three := _player("Three", 1)
-	expect_equal(three.get_value("gold"), 34)
+	expect_values(three, {"gold": 34})
 
 
 func test_an_action_and_an_event_write_a_global_too() -> void:
@@ -58,9 +58,9 @@ func test_an_action_and_an_event_write_a_global_too() -> void:
 		state("A", [set_var("gold", 5, {"operation": SCSetVariableAction.ADD})], [transition("pay", "B", "gold")]),
 		state("B"),
 	], {"variables": [global_variable("gold", 0)], "name": "Two"}))
-	expect_equal(one.get_value("gold"), 15)
+	expect_values(one, {"gold": 15})
 	two.send_event("pay", 2)
-	expect_equal(one.get_value("gold"), 2)
+	expect_values(one, {"gold": 2})
 	expect_equal(one.global_value("gold"), 2)
 
 
@@ -75,8 +75,8 @@ func test_two_machines_pass_a_global_back_and_forth() -> void:
 					m.set_value("ball", ball + 1))]),
 		], {"variables": [global_variable("ball", 0)], "name": name})))
 	made[0].set_value("ball", 1)
-	expect_equal(made[0].get_value("ball"), 30)
-	expect_equal(made[1].get_value("ball"), 30)
+	expect_values(made[0], {"ball": 30})
+	expect_values(made[1], {"ball": 30})
 	expect_equal(made[0].global_value("ball"), 30)
 
 

@@ -35,14 +35,14 @@ func test_a_limit_may_be_another_variable() -> void:
 	expect_equal(made.limits_of("max_health"), [null, null])
 	expect_equal(made.limits_of("nothing"), [null, null])
 	made.set_value("health", 150)
-	expect_equal(made.get_value("health"), 100)
+	expect_values(made, {"health": 100})
 	made.set_value("max_health", 60)
-	expect_equal(made.get_value("health"), 60)
+	expect_values(made, {"health": 60})
 	made.set_value("max_health", 90)
-	expect_equal(made.get_value("health"), 60)
+	expect_values(made, {"health": 60})
 	made.set_value("max_health", "lots")
 	made.set_value("health", 500)
-	expect_equal(made.get_value("health"), 500)
+	expect_values(made, {"health": 500})
 
 
 func test_the_starting_values_are_brought_within_limits() -> void:
@@ -78,10 +78,9 @@ func test_limits_that_form_a_ring_come_to_an_end() -> void:
 	made.set_value("a", 10)
 	expect(int(made.get_value("a")) <= 10)
 	made.set_value("b", -5)
-	expect_equal(made.get_value("b"), -5)
-	expect_equal(made.get_value("a"), -5)
+	expect_values(made, {"b": -5, "a": -5})
 	made.set_value("own", 9)
-	expect_equal(made.get_value("own"), 5)
+	expect_values(made, {"own": 5})
 
 
 func test_two_limits_that_push_each_other_come_to_an_end() -> void:
@@ -90,8 +89,7 @@ func test_two_limits_that_push_each_other_come_to_an_end() -> void:
 		variable("high", 0.0, {"never_below": "low"}),
 	]}))
 	made.set_value("low", 5.0)
-	expect_equal(made.get_value("low"), 5.0)
-	expect_equal(made.get_value("high"), 5.0)
+	expect_values(made, {"low": 5.0, "high": 5.0})
 
 
 func test_starting_full_or_at_a_share() -> void:
@@ -112,16 +110,7 @@ func test_starting_full_or_at_a_share() -> void:
 		],
 		"starting_values": {&"given": 4},
 	}))
-	expect_equal(made.get_value("full"), 20)
-	expect_equal(made.get_value("no_low"), 8)
-	expect_equal(made.get_value("no_high"), 3)
-	expect_equal(made.get_value("quarter"), 12.5)
-	expect_equal(made.get_value("rounded"), 3)
-	expect_equal(made.get_value("too_much"), 10)
-	expect_equal(made.get_value("as_it_is"), 3)
-	expect_equal(made.get_value("named"), 50)
-	expect_equal(made.get_value("given"), 4)
-	expect_equal(made.get_value("shared"), 3)
+	expect_values(made, {"full": 20, "no_low": 8, "no_high": 3, "quarter": 12.5, "rounded": 3, "too_much": 10, "as_it_is": 3, "named": 50, "given": 4, "shared": 3})
 
 
 func test_an_action_cannot_go_past_a_limit() -> void:
@@ -130,4 +119,4 @@ func test_an_action_cannot_go_past_a_limit() -> void:
 		state("B", [set_var("health", 100, {"operation": SCSetVariableAction.SUBTRACT})], {"hit": "C"}),
 		state("C"),
 	], {"variables": [variable("health", 80, {"never_below": "0", "never_above": "100"})]}))
-	expect_equal(made.get_value("health"), 0)
+	expect_values(made, {"health": 0})
