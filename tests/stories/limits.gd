@@ -20,17 +20,17 @@ func test_a_value_stays_within_its_limits() -> void:
 		[5, "0", "nowhere", 50, 50],
 	]
 	for row in rows:
-		var made := start(machine([state("A")], {"variables": [variable("held", row[0], {"never_below": row[1], "never_above": row[2]})]}))
+		var made := play([], {}, {"variables": [variable("held", row[0], {"never_below": row[1], "never_above": row[2]})]})
 		made.set_value("held", row[3])
 		expect_equal(made.get_value("held"), row[4], "%s between %s and %s" % [row[3], row[1], row[2]])
 		made.queue_free()
 
 
 func test_a_limit_may_be_another_variable() -> void:
-	var made := start(machine([state("A")], {"variables": [
+	var made := play([], {}, {"variables": [
 		variable("max_health", 100),
 		variable("health", 80, {"never_below": "0", "never_above": "max_health"}),
-	]}))
+	]})
 	expect_equal(made.limits_of("health"), [0.0, 100])
 	expect_equal(made.limits_of("max_health"), [null, null])
 	expect_equal(made.limits_of("nothing"), [null, null])
@@ -46,7 +46,7 @@ func test_a_limit_may_be_another_variable() -> void:
 
 
 func test_the_starting_values_are_brought_within_limits() -> void:
-	var made := start(machine([state("A")], {
+	var made := play([], {}, {
 		"variables": [
 			variable("low", -5, {"never_below": "0"}),
 			variable("handed", 5, {"never_above": "9"}),
@@ -54,27 +54,27 @@ func test_the_starting_values_are_brought_within_limits() -> void:
 		],
 		"handed_values": {&"handed": 50},
 		"starting_values": {&"starting": 50},
-	}))
+	})
 	expect_equal(made.values, {&"low": 0, &"handed": 9, &"starting": 9})
 
 
 func test_a_chain_of_limits_follows_the_first() -> void:
-	var made := start(machine([state("A")], {"variables": [
+	var made := play([], {}, {"variables": [
 		variable("cap", 100),
 		variable("a", 100, {"never_above": "cap"}),
 		variable("b", 100, {"never_above": "a"}),
 		variable("c", 100, {"never_above": "b"}),
-	]}))
+	]})
 	made.set_value("cap", 10)
 	expect_equal(made.values, {&"cap": 10, &"a": 10, &"b": 10, &"c": 10})
 
 
 func test_limits_that_form_a_ring_come_to_an_end() -> void:
-	var made := start(machine([state("A")], {"variables": [
+	var made := play([], {}, {"variables": [
 		variable("a", 1, {"never_above": "b"}),
 		variable("b", 1, {"never_above": "a"}),
 		variable("own", 5, {"never_above": "own"}),
-	]}))
+	]})
 	made.set_value("a", 10)
 	expect(int(made.get_value("a")) <= 10)
 	made.set_value("b", -5)
@@ -84,17 +84,17 @@ func test_limits_that_form_a_ring_come_to_an_end() -> void:
 
 
 func test_two_limits_that_push_each_other_come_to_an_end() -> void:
-	var made := start(machine([state("A")], {"variables": [
+	var made := play([], {}, {"variables": [
 		variable("low", 0.0, {"never_below": "high"}),
 		variable("high", 0.0, {"never_below": "low"}),
-	]}))
+	]})
 	made.set_value("low", 5.0)
 	expect_values(made, {"low": 5.0, "high": 5.0})
 
 
 func test_starting_full_or_at_a_share() -> void:
 	var full := {"starts": SCMachineVariable.FULL}
-	var made := start(machine([state("A")], {
+	var made := play([], {}, {
 		"variables": [
 			variable("full", 3, full.merged({"never_below": "0", "never_above": "20"})),
 			variable("no_low", 3, full.merged({"never_above": "8"})),
@@ -109,7 +109,7 @@ func test_starting_full_or_at_a_share() -> void:
 			global_variable("shared", 3, full.merged({"never_above": "10"})),
 		],
 		"starting_values": {&"given": 4},
-	}))
+	})
 	expect_values(made, {"full": 20, "no_low": 8, "no_high": 3, "quarter": 12.5, "rounded": 3, "too_much": 10, "as_it_is": 3, "named": 50, "given": 4, "shared": 3})
 
 

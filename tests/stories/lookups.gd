@@ -7,8 +7,8 @@ func test_the_machine_of_a_node() -> void:
 	door.add_child(Node.new())
 	expect_equal(SCMachine.machine_of(door), null)
 	expect_equal(SCMachine.machine_of(null), null)
-	var first := start(machine([state("A")], {"under": door, "name": "First"}))
-	var second := start(machine([state("A")], {"under": door, "name": "Second"}))
+	var first := play([], {}, {"under": door, "name": "First"})
+	var second := play([], {}, {"under": door, "name": "Second"})
 	expect_equal(SCMachine.machine_of(door), first)
 	expect_equal(SCMachine.machine_of(second), second)
 	second.name = "Machine"
@@ -23,7 +23,7 @@ func test_the_machine_of_a_node() -> void:
 
 func test_the_machine_of_a_node_or_one_above_it() -> void:
 	var door := body("Door")
-	var made := start(machine([state("A")], {"under": door}))
+	var made := play([], {}, {"under": door})
 	var handle := Node.new()
 	door.add_child(handle)
 	var screw := Node.new()
@@ -42,7 +42,7 @@ func test_the_machine_of_a_node_or_one_above_it() -> void:
 
 func test_every_machine_of_the_scene_is_known() -> void:
 	expect_equal(SCMachine.machines_running(), 0)
-	var running_one := start(machine([state("A")], {"name": "Running"}))
+	var running_one := play([], {}, {"name": "Running"})
 	var idle := machine([state("A")], {"name": "Idle", "autostart": false})
 	stage.add_child(idle)
 	var known := SCMachine.machines_in_the_scene()
@@ -60,7 +60,7 @@ func test_every_machine_of_the_scene_is_known() -> void:
 
 func test_a_node_found_once_is_found_again_only_where_it_is() -> void:
 	var door := body("Door")
-	var made := start(machine([state("A")]))
+	var made := play([])
 	expect_equal(made.node_at(NodePath("../Door")), door)
 	expect_equal(made.node_at(NodePath("../Door")), door)
 	door.name = "Gate"
@@ -86,7 +86,7 @@ func test_a_machine_that_moves_finds_its_nodes_anew() -> void:
 		var lamp := Node.new()
 		lamp.name = "Lamp"
 		room.add_child(lamp)
-	var made := start(machine([state("A")], {"under": left}))
+	var made := play([], {}, {"under": left})
 	expect_equal(made.node_at(NodePath("../Lamp")), left.get_node("Lamp"))
 	made.reparent(right)
 	expect_equal(made.node_at(NodePath("../Lamp")), right.get_node("Lamp"))
