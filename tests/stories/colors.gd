@@ -18,16 +18,11 @@ func test_a_colour_is_taken_apart() -> void:
 func test_one_part_is_changed() -> void:
 	var t := SCSetColorComponentsAction
 	for row: Array in [
-		[t.ALPHA, t.SET, 0.25, Color.RED, Color(1, 0, 0, 0.25)],
-		[t.RED, t.MULTIPLY, 0.5, Color.RED, Color(0.5, 0, 0)],
-		[t.RED, t.ADD, 1.0, Color.RED, Color(2, 0, 0)],
-		[t.GREEN, t.ADD, -3.0, Color.RED, Color(1, 0, 0)],
-		[t.BLUE, t.SET, 0.5, Color.RED, Color(1, 0, 0.5)],
-		[t.HUE, t.ADD, 4.0 / 3.0, Color.RED, Color(0, 1, 0)],
-		[t.SATURATION, t.SET, 0.0, Color.RED, Color(1, 1, 1)],
-		[t.SATURATION, t.ADD, -0.5, Color.RED, Color(1, 0.5, 0.5)],
-		[t.BRIGHTNESS, t.MULTIPLY, 0.5, Color.RED, Color(0.5, 0, 0)],
-		[t.ALPHA, t.ADD, 5.0, Color.RED, Color(1, 0, 0, 1)],
+		[t.ALPHA, t.SET, 0.25, Color.RED, Color(1, 0, 0, 0.25)], [t.RED, t.MULTIPLY, 0.5, Color.RED, Color(0.5, 0, 0)],
+		[t.RED, t.ADD, 1.0, Color.RED, Color(2, 0, 0)], [t.GREEN, t.ADD, -3.0, Color.RED, Color(1, 0, 0)],
+		[t.BLUE, t.SET, 0.5, Color.RED, Color(1, 0, 0.5)], [t.HUE, t.ADD, 4.0 / 3.0, Color.RED, Color(0, 1, 0)],
+		[t.SATURATION, t.SET, 0.0, Color.RED, Color(1, 1, 1)], [t.SATURATION, t.ADD, -0.5, Color.RED, Color(1, 0.5, 0.5)],
+		[t.BRIGHTNESS, t.MULTIPLY, 0.5, Color.RED, Color(0.5, 0, 0)], [t.ALPHA, t.ADD, 5.0, Color.RED, Color(1, 0, 0, 1)],
 		[t.GREEN, t.SET, 0.5, null, Color(1, 0.5, 1)],
 	]:
 		var change := _change(row[0], row[1], row[2])

@@ -103,13 +103,10 @@ func test_what_the_inspector_shows() -> void:
 	var number := ["default_value", "never_below", "never_above"]
 	for row: Array in [
 		# what it is, and what is shown of it; of a variable beside its name, description and whether it is global
-		[variable("x", 1.0), number],
-		[variable("x", 1, {"never_above": "  "}), number],
-		[variable("x", 1, limited), number + ["starts"]],
+		[variable("x", 1.0), number], [variable("x", 1, {"never_above": "  "}), number], [variable("x", 1, limited), number + ["starts"]],
 		[variable("x", 1, limited.merged({"starts": SCMachineVariable.FULL})), ["never_below", "never_above", "starts"]],
 		[variable("x", 1, limited.merged({"starts": SCMachineVariable.AT_A_SHARE})), ["never_below", "never_above", "starts", "share"]],
-		[variable("x", "text", limited), ["default_value"]],
-		[variable("x", null), ["starting_node"]],
+		[variable("x", "text", limited), ["default_value"]], [variable("x", null), ["starting_node"]],
 		[variable("x", []), ["default_value", "items_are"]],
 		[variable("x", null, {"holds_resource": true}), ["default_value"]],
 		[declared_event("e"), event],
