@@ -41,10 +41,7 @@ func test_every_event_is_told_even_to_a_machine_that_stands_still() -> void:
 
 
 func test_an_event_leaves_what_it_carried() -> void:
-	var made := start(machine([
-		state("A", [], {"pay": "B"}),
-		state("B", [], {"back": "A"}),
-	]))
+	var made := start(machine([state("A", [], {"pay": "B"}), state("B", [], {"back": "A"})]))
 	made.send_event("pay", 12)
 	expect_equal(made.last_event(), &"pay")
 	expect_equal(made.event_data("pay"), 12)
@@ -165,11 +162,7 @@ func test_a_forwarder_may_keep_an_event_for_itself() -> void:
 	var greedy := func(event: StringName, _data: Variant) -> bool:
 		passed.append("greedy %s" % event)
 		return event == &"keep"
-	var made := start(machine([
-		state("A", [act("a").done()], {"keep": "B", "pass": "B"}),
-		state("B", [], {"FINISHED": "C"}),
-		state("C"),
-	]))
+	var made := start(machine([state("A", [act("a").done()], {"keep": "B", "pass": "B"}), state("B", [], {"FINISHED": "C"}), state("C")]))
 	made.add_forwarder(greedy)
 	made.add_forwarder(deaf)
 	expect_after(made, "keep", "A", 1)
@@ -228,10 +221,7 @@ func test_events_are_held_while_paused_and_told_in_order() -> void:
 
 func test_a_paused_machine_runs_nothing_until_it_is_stepped() -> void:
 	var work := act("work").ticking()
-	var made := start(machine([
-		state("Work", [work, wait(0.1)], {"go": "Next"}),
-		state("Next", [act("next").ticking()]),
-	]))
+	var made := start(machine([state("Work", [work, wait(0.1)], {"go": "Next"}), state("Next", [act("next").ticking()])]))
 	made.set_paused(true)
 	expect(made.is_paused() and not made.is_processing())
 	await frames(30)

@@ -3,11 +3,7 @@ extends Story
 
 
 func test_an_empty_state_passes_straight_through() -> void:
-	var made := start(machine([
-		state("A", [], {"FINISHED": "B"}),
-		state("B", [], {"FINISHED": "C"}),
-		state("C", [act("c")], {"FINISHED": "A"}),
-	]))
+	var made := start(machine([state("A", [], {"FINISHED": "B"}), state("B", [], {"FINISHED": "C"}), state("C", [act("c")], {"FINISHED": "A"})]))
 	await expect_later(made, 0.05, "C")
 	expect_log(["c enter"])
 

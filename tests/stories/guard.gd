@@ -3,10 +3,7 @@ extends Story
 
 
 func test_two_empty_states_that_lead_to_each_other_stop_the_machine() -> void:
-	var made := start(machine([
-		state("A", [act("a").done()], {"FINISHED": "B"}),
-		state("B", [act("b").done()], {"FINISHED": "A"}),
-	], {"name": "Ring"}))
+	var made := start(machine([state("A", [act("a").done()], {"FINISHED": "B"}), state("B", [act("b").done()], {"FINISHED": "A"})], {"name": "Ring"}))
 	expect_error("Machine on Ring entered 50 states in one frame, which means its states lead straight back to one another, so it has stopped. The last was A.")
 	expect(not made.is_running())
 	for what: String in ["enter", "exit"]:

@@ -28,11 +28,7 @@ func test_a_machine_on_the_physics_tick_runs_everything_there() -> void:
 
 func test_a_machine_with_nothing_to_do_is_not_called() -> void:
 	var work := act("work").ticking().updating(func(m: SCMachine, index: int) -> void: m.finish(index))
-	var made := start(machine([
-		state("Idle", [act("idle")], {"work": "Work"}),
-		state("Wait", [wait(60.0)]),
-		state("Work", [work], {"wait": "Wait"}),
-	]))
+	var made := start(machine([state("Idle", [act("idle")], {"work": "Work"}), state("Wait", [wait(60.0)]), state("Work", [work], {"wait": "Wait"})]))
 	expect(not made.is_processing() and not made.is_physics_processing(), "an action that asks for no updates keeps it awake")
 	made.send_event("work")
 	expect(made.is_processing(), "an action that ticks does not wake it")
