@@ -158,8 +158,7 @@ func test_what_is_wrong_is_told_and_holds_nothing_up() -> void:
 		crate.add_child(Sprite3D.new())
 		var goes_on := row[0] is SCTranslateAction
 		var owner := play(row[0], {} if goes_on else ENDS, {"name": "Guard", "under": crate, "variables": {"seen": Vector3.ONE}})
-		await advance(0.1)
-		expect_state(owner, "Work" if goes_on else "There")
+		await expect_later(owner, 0.1, "Work" if goes_on else "There")
 		expect_warning(row[1])
 		expect(crate.transform.is_finite() and crate.position == Vector3.ZERO, str(crate.transform))
 		expect_equal(owner.get_value("seen"), Vector3.ONE)

@@ -17,13 +17,11 @@ func test_regions_hear_before_their_parent() -> void:
 	]))
 	expect_states(made, ["Top", "L", "LA", "LC", "R", "R1", "D"])
 	noted.clear()
-	made.send_event("go")
-	expect_states(made, ["Top", "L", "LB", "LD", "R", "R2", "D"])
+	expect_after(made, "go", ["Top", "L", "LB", "LD", "R", "R2", "D"])
 	expect_log(["la exit", "lb enter", "lc exit", "ld enter", "r1 exit", "r2 enter"])
 	made.go_to("LA")
 	expect_states(made, ["Top", "L", "LA", "LD", "R", "R2", "D"])
-	made.send_event("leave")
-	expect_states(made, ["Away"])
+	expect_after(made, "leave", ["Away"])
 
 
 func test_a_region_that_leads_out_ends_the_others_before_they_hear() -> void:
@@ -49,13 +47,11 @@ func test_a_region_moves_another_and_passes_over_what_is_running() -> void:
 		}}),
 	]))
 	noted.clear()
-	made.send_event("push")
-	expect_states(made, ["Both", "A1", "B2"])
+	expect_after(made, "push", ["Both", "A1", "B2"])
 	expect_log(["b exit", "b2 enter"])
 	made.go_to("B1")
 	noted.clear()
-	made.send_event("go")
-	expect_states(made, ["Both", "A2", "B1"])
+	expect_after(made, "go", ["Both", "A2", "B1"])
 	expect_log(["a exit"])
 
 
@@ -68,7 +64,5 @@ func test_two_regions_that_answer_one_another_in_one_event() -> void:
 		}}),
 	]))
 	expect_states(made, ["Game", "Left", "Even"])
-	made.send_event("hit")
-	expect_states(made, ["Game", "Right", "Odd"])
-	made.send_event("hit")
-	expect_states(made, ["Game", "Left", "Even"])
+	expect_after(made, "hit", ["Game", "Right", "Odd"])
+	expect_after(made, "hit", ["Game", "Left", "Even"])

@@ -86,8 +86,7 @@ func test_an_event_sent_from_an_exit_is_heard_by_no_state() -> void:
 		state("C"),
 	]))
 	made.event_sent.connect(func(event: StringName, _data: Variant) -> void: heard.append(event))
-	made.send_event("go")
-	expect_state(made, "B")
+	expect_after(made, "go", "B")
 	expect_equal(heard, [&"go", &"jump"])
 
 

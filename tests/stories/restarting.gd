@@ -22,10 +22,8 @@ func test_a_restart_begins_its_time_anew() -> void:
 	await advance(0.3)
 	made.restart_state(made.current_state)
 	expect_near(made.state_time(), 0.0)
-	await advance(0.3)
-	expect_state(made, "Wait")
-	await advance(0.3)
-	expect_state(made, "Over")
+	await expect_later(made, 0.3, "Wait")
+	await expect_later(made, 0.3, "Over")
 
 
 func test_a_parent_restarts_with_all_that_is_in_it() -> void:
