@@ -3,7 +3,6 @@ extends Story
 
 const Workshop := preload("res://demo/workshop/workshop.gd")
 const SCENE := "res://demo/workshop/workshop.tscn"
-const FOLDER := "res://demo/workshop"
 
 var workshop: Workshop
 
@@ -33,17 +32,6 @@ func visit(bench: String, steps: Array) -> void:
 		for name: String in told:
 			var path := "%s/%s" % [bench, name]
 			expect_equal(text_of(path) if workshop.has_node(path) else at(bench).get_value(name), told[name], "%s after %s" % [path, step[0]])
-
-
-## The states that a machine goes through meanwhile, one after the other.
-func states_in(seconds: float, of: SCMachine) -> PackedStringArray:
-	var seen := PackedStringArray([String(current(of))])
-	for i in roundi(seconds * FPS):
-		await frames(1)
-		var now := current_states(of)[-1]
-		if seen[-1] != now:
-			seen.append(now)
-	return seen
 
 
 func test_the_shop_adds_up_and_takes_the_money() -> void:
@@ -149,8 +137,10 @@ func test_the_lamp_fades_and_the_moth_goes_by_it() -> void:
 	var second := light.modulate
 	await expect_later(moth, 1.0, "Fluttering")
 	expect(first != second and second != light.modulate)
-	var turns := await states_in(5.0, at("MoodLamp"))
-	expect(turns.has("Warming") and turns.has("Cooling"), "%s" % [turns])
+	var turns: Array[StringName] = []
+	at("MoodLamp").state_changed.connect(func(_from: SCMachineState, to: SCMachineState) -> void: turns.append(to.state_name))
+	await advance(5.0)
+	expect(turns.has(&"Warming") and turns.has(&"Cooling"), "%s" % [turns])
 	workshop.use("MoodLamp/Switch")
 	expect(not light.visible)
 	await expect_later(moth, 2.0, "Resting")
@@ -225,24 +215,13 @@ func test_the_notice_board_tells_of_other_benches() -> void:
 
 func test_at_least_forty_kinds_are_at_work_and_none_is_a_script() -> void:
 	var kinds: Dictionary[StringName, bool] = {}
-	for design in _designs_in(FOLDER):
+	var designs: Array = SCMachine.machines_in_the_scene().map(func(made: SCMachine) -> SCMachineTemplate: return made.template)
+	for design: SCMachineTemplate in designs:
 		for one: SCMachineState in design.all_states():
 			for action: SCMachineAction in one.actions:
 				expect(action.get_script() == null, "%s has an action made from a script" % design)
-				kinds[action.get_class()] = true
-				var asked: Variant = action.get("condition")
-				if asked is SCMachineCondition:
-					kinds[(asked as SCMachineCondition).get_class()] = true
+				for used: Resource in [action, action.get("condition")]:
+					kinds[used.get_class() if used != null else action.get_class()] = true
+				if action is SCRunTemplateAction:
+					designs.append(action.get("template"))
 	expect(kinds.size() >= 40, "%d kinds: %s" % [kinds.size(), ", ".join(kinds.keys())])
-
-
-func _designs_in(folder: String) -> Array[SCMachineTemplate]:
-	var found: Array[SCMachineTemplate] = []
-	for file in DirAccess.get_files_at(folder):
-		if file.ends_with(".tres"):
-			var design := load(folder.path_join(file)) as SCMachineTemplate
-			if design != null:
-				found.append(design)
-	for inner in DirAccess.get_directories_at(folder):
-		found.append_array(_designs_in(folder.path_join(inner)))
-	return found
