@@ -311,18 +311,6 @@ func test_a_state_that_is_left_takes_its_job_back() -> void:
 	expect_equal(_lane(chasing).job_count(), 0)
 
 
-func test_an_event_of_a_job_leads_out_of_its_state() -> void:
-	var thief := body("Thief")
-	var posts: Array[SCMachine] = []
-	for i in 5:
-		posts.append(_watching(body("Post%d" % i), {"to_node": thief, "name": "Guard%d" % i}, {"near": "Caught", "far": "Caught"}))
-	await physics_frames(BEGUN)
-	for guard in posts:
-		expect_state(guard, "Caught")
-		expect_events(guard, ["near"])
-	expect_equal(_lane(posts[0]).job_count(), 0)
-
-
 func test_an_event_hands_over_again_and_again() -> void:
 	# Near leads to a state that does the same, with the number that has just come free.
 	var job := _check_job(body("Post"), {"to_node": body("Thief")})
