@@ -146,7 +146,7 @@ func test_a_distance_is_handed_to_the_fast_lane() -> void:
 
 
 func test_a_distance_that_the_lane_cannot_ask_is_asked_the_plain_way() -> void:
-	body("Player", Vector2(50, 0))
+	var player := body("Player", Vector2(50, 0))
 	var guard := body("Guard")
 	var plain := _distance_to_player()
 	for check: SCCheckAction in [
@@ -160,6 +160,11 @@ func test_a_distance_that_the_lane_cannot_ask_is_asked_the_plain_way() -> void:
 	]:
 		var made := play(check, {}, {"under": guard, "variables": {"answer": null, "far": 100.0, "distance": 0.0}})
 		expect(not made.is_resting(0), check.shown_summary())
+		if check.update_interval > 0.0:
+			player.position.x = 500.0
+			await frames(3)
+			expect_events(made, ["yes", "no"])
+			player.position.x = 50.0
 		if check.store_in == &"answer":
 			expect_values(made, {"answer": true})
 		made.free()

@@ -45,19 +45,6 @@ func test_the_nearest_of_a_group_counts() -> void:
 	expect_warning("was rounded to 41")
 
 
-func test_a_guard_notices_whoever_comes_near() -> void:
-	var post := body("Post")
-	var thief := body("Thief")
-	for with: Dictionary in [{}, {"update_interval": 0.01}]:
-		var check := watch(kind(SCDistanceCondition, {"to_node_path": ^"../../Thief", "distance": 100.0}), with)
-		var guard := start(machine([state("Calm", [check], {"yes": "Alarmed"}), state("Alarmed", [check], {"no": "Calm"})], {"under": post}))
-		for x: float in [500.0, 50.0, 500.0]:
-			thief.position.x = x
-			await frames(5)
-			expect_state(guard, "Alarmed" if x < 100.0 else "Calm")
-		guard.free()
-
-
 func test_a_node_is_on_the_screen_in_2d() -> void:
 	var size := tree.root.get_visible_rect().size
 	var star := body("Star")

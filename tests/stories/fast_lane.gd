@@ -198,6 +198,8 @@ func test_a_wanderer_that_has_nowhere_to_go() -> void:
 func test_a_wanderer_goes_on_from_where_its_action_stood() -> void:
 	var walking := body("Walking")
 	var pausing := body("Pausing")
+	var tired := body("Tired")
+	_wandering(tired, {"place": Vector2(3, 0), "pause_for": 0.0, "extra_pause": 1000.0, "name": "Tired"})
 	_wandering(walking, {"place": Vector2(60, 0), "radius": 10.0, "pause": 100.0, "name": "Walking"})
 	_wandering(pausing, {"radius": 10.0, "waited": 0.4, "pause": 0.5, "name": "Pausing"})
 	await physics_frames(6)
@@ -205,6 +207,11 @@ func test_a_wanderer_goes_on_from_where_its_action_stood() -> void:
 	expect_equal(pausing.position, Vector2.ZERO)
 	await physics_frames(6)
 	expect(pausing.position != Vector2.ZERO, "still pausing")
+	# The next pause is as long as chance has it, up to that much more.
+	var rested_at := tired.position
+	await physics_frames(30)
+	expect_near(tired.position, Vector2(3, 0), 0.81)
+	expect_equal(tired.position, rested_at)
 
 
 func test_a_job_is_first_run_in_the_step_after_the_next() -> void:
@@ -302,18 +309,6 @@ func test_a_state_that_is_left_takes_its_job_back() -> void:
 	expect(dog.position.x > stood.x, "the second run of the state does not work")
 	chasing.stop()
 	expect_equal(_lane(chasing).job_count(), 0)
-
-
-func test_an_event_of_a_job_leads_out_of_its_state() -> void:
-	var thief := body("Thief")
-	var posts: Array[SCMachine] = []
-	for i in 5:
-		posts.append(_watching(body("Post%d" % i), {"to_node": thief, "name": "Guard%d" % i}, {"near": "Caught", "far": "Caught"}))
-	await physics_frames(BEGUN)
-	for guard in posts:
-		expect_state(guard, "Caught")
-		expect_events(guard, ["near"])
-	expect_equal(_lane(posts[0]).job_count(), 0)
 
 
 func test_an_event_hands_over_again_and_again() -> void:
@@ -582,5 +577,5 @@ func _chasing(dog: Node, variables: Dictionary, options: Dictionary = {}) -> SCM
 
 func _wandering(sheep: Node, options: Dictionary) -> SCMachine:
 	return play(_job(func(m: SCMachine, fast: SCFastLane) -> int: return fast.add_wander(true, m, sheep, options.get("home", Vector2.ZERO),
-			options.get("radius", 8.0), options.get("speed", 60.0), options.get("arrive_within", 0.8), options.get("pause_for", 1.0), 0.0,
-			options.get("waited", 0.0), options.get("pause", 0.0), options.get("place"))), {}, {"name": options.get("name", "Wandering")})
+			options.get("radius", 8.0), options.get("speed", 60.0), options.get("arrive_within", 0.8), options.get("pause_for", 1.0),
+			options.get("extra_pause", 0.0), options.get("waited", 0.0), options.get("pause", 0.0), options.get("place"))), {}, {"name": options.get("name", "Wandering")})

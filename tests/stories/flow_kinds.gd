@@ -122,14 +122,6 @@ func test_a_countdown_that_goes_on_where_it_was() -> void:
 	await expect_later(made, 0.2, "Boom")
 
 
-func test_a_countdown_follows_the_speed_of_the_game() -> void:
-	var made := play(_timer({"seconds": 0.5}), {"Time Up": "Over"}, {"variables": {"left": 0.0}})
-	Engine.time_scale = 0.5
-	await expect_later(made, 0.7, "Work")
-	await expect_later(made, 0.5, "Over")
-	Engine.time_scale = 1.0
-
-
 func test_an_assert_pauses_the_game_when_it_fails() -> void:
 	for row: Array in [
 		["{target} has {health} health and is still walking", "Assert on Brain failed in state Work: Ogre has 0 health and is still walking"],
