@@ -252,7 +252,7 @@ func _number(hint: PropertyHint, options: PackedStringArray) -> float:
 		PROPERTY_HINT_ENUM:
 			return dice.pick(choices_of(options))
 		PROPERTY_HINT_RANGE:
-			return lerpf(options[0].to_float(), options[1].to_float(), floorf(pow(dice.randf(), 6.0) * 1024.0) / 1024.0)
+			return options[0].to_float() + floorf(pow(dice.randf(), 6.0) * (options[1].to_float() - options[0].to_float()) * 16.0) / 16.0
 		PROPERTY_HINT_FLAGS:
 			return dice.randi() % (1 << options.size())
 	return dice.randi_range(-12, 48) / 4.0
