@@ -8,6 +8,8 @@ const SLOT_KEY: StringName = &"run"
 const MOST_FAULTS: int = 5
 
 var faults: PackedStringArray = []
+## Above 0, calls are not answered with deeds.
+var quiet: int = 0
 ## How many times a machine has called anything.
 var calls: int = 0
 
@@ -29,7 +31,7 @@ func entered(machine: SCMachine, index: int) -> int:
 	_next += 1
 	_phases[run] = Phase.ENTERED
 	_machines[run] = machine.get_instance_id()
-	_words[run] = "%s, action %d of %s" % [machine.get_parent().name, index, machine.running_state()]
+	_words[run] = "%s, action %d of %s" % [machine.name, index, machine.running_state()]
 	var slot := machine.slot(index)
 	if slot.has(SLOT_KEY):
 		fault("entered twice in one run, the second time as %d after %d" % [run, slot[SLOT_KEY]])
