@@ -58,7 +58,7 @@ func test_event_data_goes_into_a_variable() -> void:
 		# the settings, the event and what it carries, what the variable holds then, and what is said
 		[{}, "hurt", 7.4, 7, "damage on Machine is an int, so 7.4 was rounded to 7."], [{}, "hurt", null, 2, ""], [{"if_it_carried_nothing": 1}, "hurt", null, 1, ""],
 		[{"if_it_carried_nothing": 1}, "hurt", 5, 5, ""], [{"event": &"hurt"}, "fall", 3, 2, ""], [{"event": &"hurt"}, "hurt", 5, 5, ""],
-		[{}, "fall", "hard", 2, "damage on Machine holds an int, so a String was not kept in it."],
+		[{}, "fall", "hard", 2, "damage holds an int, which cannot become a String, so it was left as it is."],
 	]:
 		var made := start(machine([
 			state("Walk", [], {"hurt": "Ouch", "fall": "Ouch"}),

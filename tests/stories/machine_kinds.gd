@@ -161,7 +161,7 @@ func test_what_is_not_there_is_told_of() -> void:
 		[SCForwardEventsAction, {"machine_path": rock}, "Forward Events on Buyer: there is no Machine on Rock, nor on anything it sits under, so no event is passed on."],
 		[SCForwardEventsAction, {"machine_path": NodePath(".")}, "Forward Events on Buyer: it would pass its events on to itself, so it passes on none."],
 		[SCGetStateAction, {"machine_path": rock, "store_in": &"who"}, "so it found no state."],
-		[SCGetLastEventAction, {}, "no variable is picked, so what it found goes nowhere. Pick one beside Store In."],
+		[SCGetLastEventAction, {}, "there is nowhere to put what it found, so it was lost. Pick a variable under Store In."],
 		[SCMachineVariableAction, {"machine_path": shop_path, "variable_there": &"cost", "store_in": &"cost"}, "Machine Variable on Buyer: Till has no variable called cost, so nothing was read."],
 		[SCMachineVariableAction, write.merged({"variable_there": &"cost", "from_variable": &"cost"}, true), "Machine Variable on Buyer: Till has no variable called cost, so nothing was written."],
 		[SCMachineVariableAction, write, "Machine Variable on Buyer: no variable is picked to take the value from, so nothing was written."],

@@ -25,7 +25,7 @@ func test_below_takes_the_first_case_above_the_value() -> void:
 
 func test_what_is_set_up_wrong_is_told_of() -> void:
 	expect_warns(SCSwitchAction.new(), "Switch on Machine has no variable picked to look at, so it sends nothing. Pick one beside Variable Name.")
-	expect_warns(SCBoolOperatorAction.new(), "Bool Operator on Machine: no variable is picked")
+	expect_warns(SCBoolOperatorAction.new(), "Bool Operator on Machine: there is nowhere to put the answer")
 	var below := {"test": SCSwitchAction.IS_BELOW, "otherwise_event": &"Else"}
 	# Switch, what the variable holds, what is sent all the same, what is said.
 	for row: Array in [
