@@ -126,7 +126,7 @@ double distance_between(const Variant &first, const Variant &second) {
 	const Variant from = place_of(first);
 	const Variant to = place_of(second);
 	if (!(is_flat(from) || is_deep(from)) || !(is_flat(to) || is_deep(to))) {
-		return Math_INF;
+		return Math::INF;
 	}
 	if (is_flat(from) || is_flat(to)) {
 		return as_vector2(from).distance_to(as_vector2(to));

@@ -56,7 +56,7 @@ String SCLookAtAction::summary_default() {
 	}
 	const String name = words::name_in_line(node_path);
 	if (repeats()) {
-		return vformat("Keep %s facing %s%s", name, at, turn_speed > 0.0 ? vformat(", turning %s° a second", words::number(turn_speed)) : String());
+		return vformat("Keep %s facing %s%s", name, at, turn_speed > 0.0 ? vformat(U", turning %s° a second", words::number(turn_speed)) : String());
 	}
 	return vformat("Turn %s to face %s%s", name, at, duration > 0.0 ? vformat(" in %s s", words::number(duration)) : String());
 }
@@ -87,7 +87,7 @@ void SCRotateAction::describe(KindTable<SCRotateAction> &kind) {
 }
 
 String SCRotateAction::summary_default() {
-	return vformat("Keep %s turning%s at %s° a second", words::name_in_line(node_path), round_axis(this, axis), words::number(speed));
+	return vformat(U"Keep %s turning%s at %s° a second", words::name_in_line(node_path), round_axis(this, axis), words::number(speed));
 }
 
 void SCRotateAction::_validate_property(PropertyInfo &property) const {
@@ -110,8 +110,8 @@ void SCRotateToAction::describe(KindTable<SCRotateToAction> &kind) {
 }
 
 String SCRotateToAction::summary_default() {
-	const String pace = speed > 0.0 ? vformat("at %s° a second", words::number(speed)) : vformat("in %s s", words::number(duration));
-	return vformat("Turn %s %s %s°%s %s", words::name_in_line(node_path), space == FROM_WHERE_IT_IS ? "by" : "to", words::number(degrees), round_axis(this, axis), pace);
+	const String pace = speed > 0.0 ? vformat(U"at %s° a second", words::number(speed)) : vformat("in %s s", words::number(duration));
+	return vformat(U"Turn %s %s %s°%s %s", words::name_in_line(node_path), space == FROM_WHERE_IT_IS ? "by" : "to", words::number(degrees), round_axis(this, axis), pace);
 }
 
 bool SCRotateToAction::finishes_as_it_starts_default() {

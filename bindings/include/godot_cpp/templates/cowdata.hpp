@@ -1,5 +1,6 @@
 // The shared block behind Vector: copies share it, and the first change through one of them gives that one its own.
-#pragma once
+#ifndef GODOT_CPP_TEMPLATES_COWDATA_HPP
+#define GODOT_CPP_TEMPLATES_COWDATA_HPP
 
 #include <godot_cpp/classes/global_constants.hpp>
 #include <godot_cpp/core/error_macros.hpp>
@@ -150,3 +151,5 @@ public:
 };
 
 } // namespace godot
+
+#endif // GODOT_CPP_TEMPLATES_COWDATA_HPP

@@ -1,5 +1,6 @@
 // A growing array with one owner, for runtime bookkeeping. Growing moves the elements: pointers into it last until the next insertion.
-#pragma once
+#ifndef GODOT_CPP_TEMPLATES_LOCAL_VECTOR_HPP
+#define GODOT_CPP_TEMPLATES_LOCAL_VECTOR_HPP
 
 #include <godot_cpp/core/error_macros.hpp>
 #include <godot_cpp/core/memory.hpp>
@@ -31,7 +32,7 @@ public:
 			push_back(element);
 		}
 	}
-	LocalVector(const LocalVector &other) { append_copies(other.data, other.count); }
+	explicit LocalVector(const LocalVector &other) { append_copies(other.data, other.count); }
 	LocalVector(LocalVector &&other) noexcept { swap(other); }
 	explicit LocalVector(const Vector<T> &other) { append_copies(other.ptr(), U(other.size())); }
 	LocalVector &operator=(const LocalVector &other) {
@@ -278,3 +279,5 @@ template <typename T, typename U = uint32_t, bool force_trivial = false>
 using TightLocalVector = LocalVector<T, U, force_trivial, true>;
 
 } // namespace godot
+
+#endif // GODOT_CPP_TEMPLATES_LOCAL_VECTOR_HPP

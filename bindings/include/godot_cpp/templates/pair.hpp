@@ -1,5 +1,6 @@
 // Two values kept together; KeyValue is what iterating a HashMap gives.
-#pragma once
+#ifndef GODOT_CPP_TEMPLATES_PAIR_HPP
+#define GODOT_CPP_TEMPLATES_PAIR_HPP
 
 #include <godot_cpp/templates/hashfuncs.hpp>
 
@@ -76,3 +77,5 @@ struct KeyValueSort {
 };
 
 } // namespace godot
+
+#endif // GODOT_CPP_TEMPLATES_PAIR_HPP

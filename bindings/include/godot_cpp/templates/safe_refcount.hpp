@@ -1,5 +1,6 @@
 // Numbers and flags that several threads may change.
-#pragma once
+#ifndef GODOT_CPP_TEMPLATES_SAFE_REFCOUNT_HPP
+#define GODOT_CPP_TEMPLATES_SAFE_REFCOUNT_HPP
 
 #include <atomic>
 #include <cstdint>
@@ -80,3 +81,5 @@ public:
 };
 
 } // namespace godot
+
+#endif // GODOT_CPP_TEMPLATES_SAFE_REFCOUNT_HPP

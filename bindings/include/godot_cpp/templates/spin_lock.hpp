@@ -1,5 +1,6 @@
 // A lock for sections of a few instructions, where waiting costs less than asking the system to.
-#pragma once
+#ifndef GODOT_CPP_TEMPLATES_SPIN_LOCK_HPP
+#define GODOT_CPP_TEMPLATES_SPIN_LOCK_HPP
 
 #include <atomic>
 
@@ -17,3 +18,5 @@ public:
 };
 
 } // namespace godot
+
+#endif // GODOT_CPP_TEMPLATES_SPIN_LOCK_HPP

@@ -1,6 +1,7 @@
 // An array that is cheap to copy: copies share their elements until one of them is changed. For values handed around; bookkeeping with one owner
 // uses LocalVector.
-#pragma once
+#ifndef GODOT_CPP_TEMPLATES_VECTOR_HPP
+#define GODOT_CPP_TEMPLATES_VECTOR_HPP
 
 #include <godot_cpp/templates/cowdata.hpp>
 #include <godot_cpp/templates/sort_array.hpp>
@@ -241,3 +242,5 @@ T &VectorWriteProxy<T>::operator[](int64_t index) {
 }
 
 } // namespace godot
+
+#endif // GODOT_CPP_TEMPLATES_VECTOR_HPP
