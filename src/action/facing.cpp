@@ -70,7 +70,7 @@ NodePath property_of(const Node *placed) {
 
 double angle_to(const Node *placed, const Variant &goal) {
 	if (const Node2D *flat = Object::cast_to<Node2D>(placed)) {
-		return Math::abs(Math::angle_difference(flat->get_rotation(), double(goal)));
+		return Math::abs(Math::angle_difference(double(flat->get_rotation()), double(goal)));
 	}
 	if (const Control *control = Object::cast_to<Control>(placed)) {
 		return Math::abs(Math::angle_difference(double(control->get_rotation()), double(goal)));

@@ -90,7 +90,7 @@ TEST_F(LocalVectorTest, ResizesBothWays) {
 
 TEST_F(LocalVectorTest, CopiesMovesAndAssigns) {
 	LocalVector<Counted> vector = up_to(6);
-	LocalVector<Counted> copy = vector;
+	LocalVector<Counted> copy(vector);
 	copy[0] = Counted(50);
 	EXPECT_EQ(vector[0].number(), 0);
 	vector = std::move(copy);

@@ -118,7 +118,7 @@ String String::num_real(double p_number, bool p_trailing) {
 	const double magnitude = std::abs(p_number);
 	if (magnitude <= LARGEST_WHOLE && p_number == std::trunc(p_number)) {
 		const String whole = num_int64(int64_t(p_number));
-		return p_trailing ? whole + ".0" : whole;
+		return p_trailing ? whole + String(".0") : whole;
 	}
 	if (!std::isfinite(p_number)) {
 		return num(p_number);
