@@ -5,7 +5,6 @@
 #include <godot_cpp/core/error_macros.hpp>
 #include <godot_cpp/core/memory.hpp>
 #include <godot_cpp/templates/sort_array.hpp>
-#include <godot_cpp/templates/vector.hpp>
 
 #include <initializer_list>
 #include <type_traits>
@@ -34,7 +33,6 @@ public:
 	}
 	explicit LocalVector(const LocalVector &other) { append_copies(other.data, other.count); }
 	LocalVector(LocalVector &&other) noexcept { swap(other); }
-	explicit LocalVector(const Vector<T> &other) { append_copies(other.ptr(), U(other.size())); }
 	LocalVector &operator=(const LocalVector &other) {
 		if (this != &other) {
 			clear();
@@ -49,7 +47,6 @@ public:
 		}
 		return *this;
 	}
-	LocalVector &operator=(const Vector<T> &other) { return *this = LocalVector(other); }
 	~LocalVector() { reset(); }
 
 	T *ptr() { return data; }
@@ -193,16 +190,6 @@ public:
 	template <typename C>
 	void sort_custom() { SortArray<T, C>().sort(data, int64_t(count)); }
 	void sort() { sort_custom<_DefaultComparator<T>>(); }
-
-	operator Vector<T>() const {
-		Vector<T> copy;
-		copy.resize(int64_t(count));
-		T *to = copy.ptrw();
-		for (U i = 0; i < count; i++) {
-			to[i] = data[i];
-		}
-		return copy;
-	}
 
 	T *begin() { return data; }
 	T *end() { return data + count; }
