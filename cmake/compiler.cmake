@@ -41,18 +41,13 @@ else()
 endif()
 
 add_library(quillstead_warnings INTERFACE)
-# An installed godot-cpp casts with run-time type information; our bindings do without.
-set(no_rtti)
-if(NOT QUILLSTEAD_GODOT_CPP)
-	set(no_rtti $<IF:$<CXX_COMPILER_ID:MSVC>,/GR-,-fno-rtti>)
-endif()
 if(MSVC)
-	add_compile_options(${no_rtti} /utf-8 $<$<CONFIG:Debug>:/O2>)
+	add_compile_options(/utf-8 $<$<CONFIG:Debug>:/O2>)
 	add_compile_definitions(_HAS_EXCEPTIONS=0 NOMINMAX)
 	target_compile_options(quillstead_warnings INTERFACE /W4 $<$<BOOL:${QUILLSTEAD_WARNINGS_AS_ERRORS}>:/WX>)
 else()
 	# An engine error tells the source file: from the root, not from where somebody has it checked out.
-	add_compile_options($<$<COMPILE_LANGUAGE:CXX>:-fno-exceptions> $<$<COMPILE_LANGUAGE:CXX>:${no_rtti}> -fmacro-prefix-map=${CMAKE_SOURCE_DIR}/=)
+	add_compile_options($<$<COMPILE_LANGUAGE:CXX>:-fno-exceptions> -fmacro-prefix-map=${CMAKE_SOURCE_DIR}/=)
 	# A game is made with the debug library, so it must not be slow; lines for a backtrace are all that is kept.
 	set(CMAKE_CXX_FLAGS_DEBUG "-O2 -g1")
 	set(CMAKE_CXX_FLAGS_RELEASE "-O3")
