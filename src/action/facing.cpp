@@ -68,7 +68,7 @@ NodePath property_of(const Node *placed) {
 
 double angle_to(const Node *placed, const Variant &goal) {
 	if (const CanvasItem *item = Object::cast_to<CanvasItem>(placed)) {
-		return Math::abs(Math::angle_difference(spaces::rotation_of(item), double(goal)));
+		return Math::abs(Math::angle_difference(double(spaces::rotation_of(item)), double(goal)));
 	}
 	const Node3D *node_3d = Object::cast_to<Node3D>(placed);
 	return node_3d != nullptr ? double(node_3d->get_quaternion().angle_to(goal)) : 0.0;

@@ -45,7 +45,7 @@ public:
 	void about(const char *category, const char *word, const char *text) {
 		this->row.category = category;
 		this->row.word = word;
-		this->row.about = text;
+		this->row.about = String::utf8(text);
 		if constexpr (std::is_base_of_v<SCMachineCondition, T>) {
 			this->row.script_path = vformat("res://addons/quillstead/conditions/condition_%s.gd", word);
 		} else {

@@ -123,7 +123,7 @@ double distance_between(const Variant &first, const Variant &second) {
 	const Variant from = place_of(first);
 	const Variant to = place_of(second);
 	if (!(is_vector2(from) || is_vector3(from)) || !(is_vector2(to) || is_vector3(to))) {
-		return Math_INF;
+		return Math::INF;
 	}
 	if (is_vector2(from) || is_vector2(to)) {
 		return as_vector2(from).distance_to(as_vector2(to));

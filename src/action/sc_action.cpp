@@ -247,7 +247,7 @@ String SCMachineAction::live_words_default(SCMachineBase *machine, const String 
 		}
 	}
 	const String values = String(", ").join(words_of_each);
-	return line.is_empty() || values.is_empty() ? line + values : line + "  " + values;
+	return line.is_empty() || values.is_empty() ? line + values : line + String("  ") + values;
 }
 
 bool SCMachineAction::has_enter() {

@@ -15,7 +15,7 @@ namespace summary_line {
 
 namespace {
 
-constexpr char GAP_MARKER[] = "¤gap¤";
+constexpr char32_t GAP_MARKER[] = U"¤gap¤";
 // A part is only swapped in a line that can be taken in at a glance, and only when it is not half of it.
 constexpr int64_t SHORT_LINE = 60;
 constexpr int64_t LONGEST_PART = 40;
@@ -43,7 +43,7 @@ String in_brackets(const String &name) {
 }
 
 String text_marker(int64_t number) {
-	return vformat("¤marked%d¤", number);
+	return vformat(U"¤marked%d¤", number);
 }
 
 String summary_of(Object *object) {

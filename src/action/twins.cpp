@@ -43,7 +43,7 @@ void find_out(const Kind &kind, KindTwins &twins) {
 	}
 	for (const PropertyInfo &property : properties) {
 		const String name = property.name;
-		const StringName twin = name + "_variable";
+		const StringName twin = name + String("_variable");
 		// A kind that has a variable setting of its own beside it keeps that.
 		const bool has_its_own = names.has(twin) ||
 				(property.type == Variant::NODE_PATH && name.ends_with("_path") && names.has(StringName(name.trim_suffix("_path") + "_variable")));

@@ -173,7 +173,7 @@ void SCMachine::connect_system_events() {
 	if (!listens_to_the_engine(its_run.events.listening)) {
 		return;
 	}
-	const LocalVector<StringName> listening = its_run.events.listening;
+	const LocalVector<StringName> listening(its_run.events.listening);
 	const uint32_t this_start = start_count;
 	for (const StringName &wanted : listening) {
 		const bool is_ours = is_system_event(wanted);

@@ -45,7 +45,7 @@ String EditorHelp::xml_of(const ClassRow &row) {
 }
 
 void EditorHelp::hand_over() {
-	const auto load = reinterpret_cast<GDExtensionsInterfaceEditorHelpLoadXmlFromUtf8CharsAndLen>(interface_of("editor_help_load_xml_from_utf8_chars_and_len"));
+	const auto load = reinterpret_cast<GDExtensionInterfaceEditorHelpLoadXmlFromUtf8CharsAndLen>(interface_of("editor_help_load_xml_from_utf8_chars_and_len"));
 	if (load == nullptr) {
 		return;
 	}

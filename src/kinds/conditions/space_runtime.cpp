@@ -30,7 +30,7 @@ class Measure {
 	bool placed;
 
 public:
-	double nearest = Math_INF;
+	double nearest = Math::INF;
 
 	Measure(const Node *from_body, bool ignore_height) :
 			body(from_body), side(spots::side_of(from_body)), along_the_ground(ignore_height && side == spots::IN_3D),

@@ -26,7 +26,7 @@ using Test = Kind::Test;
 
 // What the engine allows a floor beyond its own angle.
 constexpr double ANGLE_SLACK = 0.01;
-constexpr double RIGID_FLOOR_ANGLE = Math_PI / 4.0;
+constexpr double RIGID_FLOOR_ANGLE = Math::PI / 4.0;
 
 struct In2D {
 	using Vector = Vector2;
@@ -87,7 +87,7 @@ Test surface_of(const Vector &normal, const Vector &up, double floor_angle) {
 	if (angle <= floor_angle + ANGLE_SLACK) {
 		return Test::THE_GROUND;
 	}
-	return angle >= Math_PI - floor_angle - ANGLE_SLACK ? Test::A_CEILING : Test::A_WALL;
+	return angle >= Math::PI - floor_angle - ANGLE_SLACK ? Test::A_CEILING : Test::A_WALL;
 }
 
 template <class Each>

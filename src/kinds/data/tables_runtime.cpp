@@ -58,9 +58,11 @@ class DictionaryWork : public ChangesContents<DictionaryWork, SCDictionaryAction
 	static Outcome add_to(Dictionary &table, const Variant &key, const Variant &value) {
 		Outcome outcome;
 		const Variant before = holds(table, key) ? table.get(key, Variant()) : Variant();
-		Variant sum = value;
+		Variant sum;
 		bool valid = true;
-		if (!ValueKinds::is_nothing(before)) {
+		if (ValueKinds::is_nothing(before)) {
+			sum = value;
+		} else {
 			Variant::evaluate(Variant::OP_ADD, before, value, sum, valid);
 		}
 		if (!valid || !(values::is_number(sum) || sum.get_type() == Variant::VECTOR2 || sum.get_type() == Variant::VECTOR3)) {

@@ -139,7 +139,7 @@ class RandomVector : public OnceOrRepeating<RandomVector> {
 	using Kind = SCRandomVectorAction;
 
 	static Vector3 direction(bool on_a_plane, bool in_2d) {
-		const double turn = UtilityFunctions::randf() * Math_TAU;
+		const double turn = UtilityFunctions::randf() * Math::TAU;
 		if (in_2d) {
 			return Vector3(real_t(Math::cos(turn)), real_t(Math::sin(turn)), 0);
 		}

@@ -19,8 +19,11 @@ class SetVariable : public SCNativeAction {
 	}
 
 	static bool combine(Variant::Operator operation, const Variant &left, const Variant &right, Variant &answer) {
+		// The answer may go where an operand is.
+		Variant result;
 		bool valid = false;
-		Variant::evaluate(operation, left, right, answer, valid);
+		Variant::evaluate(operation, left, right, result, valid);
+		answer = result;
 		return valid;
 	}
 

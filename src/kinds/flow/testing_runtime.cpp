@@ -127,8 +127,8 @@ typename World::Drawings::Points circle_round(const typename World::Place &middl
 	typename World::Drawings::Points ends;
 	for (int ring = 0; ring < World::RINGS; ring++) {
 		for (int step = 0; step < CIRCLE_STEPS; step++) {
-			ends.push_back(middle + World::on_circle(ring, Math_TAU * step / CIRCLE_STEPS) * radius);
-			ends.push_back(middle + World::on_circle(ring, Math_TAU * (step + 1) / CIRCLE_STEPS) * radius);
+			ends.push_back(middle + World::on_circle(ring, Math::TAU * step / CIRCLE_STEPS) * radius);
+			ends.push_back(middle + World::on_circle(ring, Math::TAU * (step + 1) / CIRCLE_STEPS) * radius);
 		}
 	}
 	return ends;

@@ -140,7 +140,7 @@ class Punch : public SCNativeAction {
 			return;
 		}
 		const double left = 1.0 - share;
-		const double swing = Math::sin(share * Math_TAU * double(memory[names().wobbles])) * left * left;
+		const double swing = Math::sin(share * Math::TAU * double(memory[names().wobbles])) * left * left;
 		add(memory, combine(Variant::OP_MULTIPLY, memory[names().kick], swing));
 	}
 

@@ -67,7 +67,7 @@ String SCLookAtAction::summary_default() {
 	}
 	const String name = words::name_in_line(node_path);
 	if (repeats()) {
-		return vformat("Keep %s facing %s%s", name, at, turn_speed > 0.0 ? vformat(", turning %s° a second", words::number(turn_speed)) : String());
+		return vformat("Keep %s facing %s%s", name, at, turn_speed > 0.0 ? vformat(U", turning %s° a second", words::number(turn_speed)) : String());
 	}
 	return vformat("Turn %s to face %s%s", name, at, duration > 0.0 ? vformat(" in %s s", words::number(duration)) : String());
 }
@@ -89,7 +89,7 @@ void SCRotateAction::describe(KindTable<Self> &kind) {
 }
 
 String SCRotateAction::summary_default() {
-	return vformat("Keep %s turning%s at %s° a second", words::name_in_line(node_path), round_axis(this, axis), words::number(speed));
+	return vformat(U"Keep %s turning%s at %s° a second", words::name_in_line(node_path), round_axis(this, axis), words::number(speed));
 }
 
 void SCRotateToAction::describe(KindTable<Self> &kind) {
@@ -115,7 +115,7 @@ void SCRotateToAction::describe(KindTable<Self> &kind) {
 }
 
 String SCRotateToAction::summary_default() {
-	const String pace = speed > 0.0 ? vformat("at %s° a second", words::number(speed)) : vformat("in %s s", words::number(duration));
-	return vformat("Turn %s %s %s°%s %s", words::name_in_line(node_path), space == FROM_WHERE_IT_IS ? "by" : "to", words::number(degrees),
+	const String pace = speed > 0.0 ? vformat(U"at %s° a second", words::number(speed)) : vformat("in %s s", words::number(duration));
+	return vformat(U"Turn %s %s %s°%s %s", words::name_in_line(node_path), space == FROM_WHERE_IT_IS ? "by" : "to", words::number(degrees),
 			round_axis(this, axis), pace);
 }
