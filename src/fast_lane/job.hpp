@@ -53,7 +53,7 @@ struct FastLaneJob {
 	// Null when the machine is none of ours.
 	const MachineRun *run = nullptr;
 	StringName target_variable;
-	// Where its value was found last, which is only for fetching it ahead of its turn.
+	// Where its value was found last, which is only for prefetching it.
 	const Variant *value = nullptr;
 	// How close counts; the square of it in a check.
 	double reach = 0.0;

@@ -2,9 +2,9 @@
 
 #include "fast_lane/engine_calls.hpp"
 #include "fast_lane/sc_fast_lane.hpp"
-#include "machine/fetching.hpp"
 #include "machine/machine_run.hpp"
 #include "machine/names.hpp"
+#include "machine/prefetch.hpp"
 
 #include <godot_cpp/core/memory.hpp>
 #include <godot_cpp/core/object.hpp>
@@ -90,18 +90,18 @@ public:
 
 // What each machine's job needs of the machine lies wherever the machine does. Asking for it some jobs ahead
 // takes the waiting for memory out of the pass.
-inline void SCFastLane::fetch_ahead(uint32_t number) const {
+inline void SCFastLane::prefetch_job(uint32_t number) const {
 	const uint32_t last = jobs.size() - 1;
 	const FastLaneJob *all = jobs.ptr();
-	fetching::ahead(all + MIN(number + 2 * JOBS_AHEAD, last));
+	prefetch(all + MIN(number + 2 * JOBS_AHEAD, last));
 	const FastLaneJob &coming = all[MIN(number + JOBS_AHEAD, last)];
 	if (coming.run == nullptr) {
 		return;
 	}
-	fetching::ahead(coming.run->lane_state());
+	prefetch(coming.run->lane_state());
 	if (coming.kind == FastLaneJob::CHASE) {
-		fetching::ahead(&coming.run->values.in_use);
-		fetching::ahead(coming.value);
+		prefetch(&coming.run->values.in_use);
+		prefetch(coming.value);
 	}
 }
 
@@ -110,7 +110,7 @@ bool SCFastLane::run_jobs(double delta, Turn turn, ObjectID stepped) {
 	Pass pass(life);
 	const bool physics = turn == OF_PHYSICS;
 	for (uint32_t number = 0; number < jobs.size(); number++) {
-		fetch_ahead(number);
+		prefetch_job(number);
 		FastLaneJob &job = jobs.ptr()[number];
 		if (job.stage < FastLaneJob::JUST_MADE || (turn == OF_ONE_MACHINE ? job.machine != stepped : job.physics != physics)) {
 			continue;

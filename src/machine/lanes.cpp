@@ -3,15 +3,15 @@
 #include "action/sc_action.hpp"
 #include "action/sc_native_actions.hpp"
 #include "machine/machine_run.hpp"
-#include "machine/measuring.hpp"
 #include "machine/names.hpp"
+#include "machine/scoped_timer.hpp"
 #include "machine_node/sc_machine_base.hpp"
 
 MachineRun *MachineRun::called_before = nullptr;
 
 void MachineRun::frame(Lane lane, double delta) {
-	call_order.fetch_next();
-	Measured measured(lane == LANE_PHYSICS);
+	call_order.prefetch_next();
+	ScopedTimer timer(lane == LANE_PHYSICS);
 	if (current == nullptr || paused) {
 		return;
 	}
