@@ -41,16 +41,19 @@ static func counting(actions: int) -> SCMachineTemplate:
 	return template([state(&"Count", counters)], [variable(&"count", 0)])
 
 
-## Actions that scale a vector every frame. These settings of theirs are read from variables.
-static func scaling(bound: Array[StringName]) -> SCMachineTemplate:
-	var scale := SCVectorAction.new()
-	scale.operation = SCVectorAction.SCALE
-	scale.first = Vector2(1, 2)
-	scale.store_in = &"scaled"
-	scale.run_mode = SCMachineAction.EVERY_FRAME
-	for setting in bound:
-		scale.set("%s_variable" % setting, setting)
-	return template([state(&"Scale", [scale])], [
+## So many actions, each of which scales a vector every frame. These settings of theirs are read from variables.
+static func scaling(actions: int, bound: Array[StringName]) -> SCMachineTemplate:
+	var made: Array[SCMachineAction] = []
+	for i in actions:
+		var scale := SCVectorAction.new()
+		scale.operation = SCVectorAction.SCALE
+		scale.first = Vector2(1, 2)
+		scale.store_in = &"scaled"
+		scale.run_mode = SCMachineAction.EVERY_FRAME
+		for setting in bound:
+			scale.set("%s_variable" % setting, setting)
+		made.append(scale)
+	return template([state(&"Scale", made)], [
 		variable(&"scaled", Vector2()), variable(&"amount", 2.0), variable(&"per_second", false), variable(&"first", Vector2(3, 4)),
 	])
 

@@ -12,6 +12,8 @@
 #include <godot_cpp/core/memory.hpp>
 #include <godot_cpp/core/object.hpp>
 
+#include <optional>
+
 namespace {
 
 bool counts(Variant::Type type) {
@@ -29,6 +31,8 @@ struct BoundSetting {
 	StringName variable;
 	// Null for one that is set by its name.
 	SettingRow::Assign assign = nullptr;
+	// Writing it can never call user code.
+	bool is_quiet = false;
 	Variant typed_in;
 
 	bool takes(const Variant &held) const {
@@ -88,6 +92,7 @@ void BoundSettings::work_out(Object *object, const Dictionary &named, const Dict
 			const bool is_its_type = declared->any_type || declared->info.type == bound.typed_in.get_type();
 			if (is_its_type && !ValueKinds::may_call_out(bound.typed_in.get_type()) && bound.typed_in.get_type() != Variant::NODE_PATH) {
 				bound.assign = declared->assign;
+				bound.is_quiet = !declared->any_type && !declared->relists;
 			}
 		}
 		fresh->in_order = fresh->in_order || bound.assign == nullptr;
@@ -97,14 +102,15 @@ void BoundSettings::work_out(Object *object, const Dictionary &named, const Dict
 }
 
 void BoundSettings::read_into(Object *object, const Dictionary &named, const Dictionary &typed_in, SCMachineBase *machine) {
-	if (named.is_empty()) {
-		return;
-	}
 	if (by_name_alone || machine == nullptr) {
 		reading::read_variables_into(object, named, typed_in, machine);
 		return;
 	}
 	if (!rows.is_valid() || !rows->still_say(named)) {
+		rows.let_go();
+		if (named.is_empty()) {
+			return;
+		}
 		// By name the first time, as that is how what was typed in is remembered.
 		const StillThere there(object, machine);
 		reading::read_variables_into(object, named, typed_in, machine);
@@ -116,18 +122,23 @@ void BoundSettings::read_into(Object *object, const Dictionary &named, const Dic
 	// Kept for the length of the pass, in which it may be worked out anew.
 	const Held<Rows> pass = rows;
 	const MachineRun &run = machine->run();
-	const StillThere there(object, machine);
+	std::optional<StillThere> there;
 	bool quiet = true;
 	for (const BoundSetting &bound : pass->settings) {
 		const Variant *held = quiet && bound.assign != nullptr ? run.find_value(bound.variable) : nullptr;
-		if (held != nullptr && bound.takes(*held)) {
-			quiet = bound.assign(object, held->get_type() == bound.typed_in.get_type() ? *held : values::fitted_to(bound.typed_in, *held));
+		const bool by_field = held != nullptr && bound.takes(*held);
+		if (!(by_field && bound.is_quiet) && !there.has_value()) {
+			there.emplace(object, machine);
+		}
+		if (by_field) {
+			const bool as_it_is = held->get_type() == bound.typed_in.get_type();
+			quiet = as_it_is ? bound.assign(object, *held) : bound.assign(object, values::fitted_to(bound.typed_in, *held));
 		} else {
 			// From here on the rows may be out of date, and so may the values that were found.
 			quiet = false;
 			reading::read_one_into(object, bound.setting, named, typed_in, machine);
 		}
-		if (!quiet && !there) {
+		if (!quiet && !*there) {
 			return;
 		}
 	}

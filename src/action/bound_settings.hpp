@@ -35,9 +35,10 @@ public:
 	// What was typed in, or what the object is, has changed.
 	void forget();
 
-	// As long as nobody has been given the dictionary of names it is empty, and the engine need not be asked.
 	void note_names() { named_elsewhere = true; }
+	// As long as nobody has been given the dictionary of names it is empty, and the engine need not be asked.
 	bool may_have_names() const { return named_elsewhere; }
+	bool may_be_in_use(const Dictionary &named) const { return named_elsewhere && (rows.is_valid() || !named.is_empty()); }
 	// Somebody has been given what was typed in, and may change it unseen.
 	void note_typed_in() { by_name_alone = true; }
 };

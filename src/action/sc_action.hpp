@@ -84,7 +84,7 @@ public:
 	bool has_update();
 	bool has_exit();
 	// Asked before each call of the action.
-	bool reads_variables() const { return bound_settings.may_have_names() && !from_variables.is_empty(); }
+	bool reads_variables() const { return bound_settings.may_be_in_use(from_variables); }
 	TypedDictionary<StringName, StringName> get_from_variables() const {
 		bound_settings.note_names();
 		return from_variables;

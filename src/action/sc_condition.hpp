@@ -55,7 +55,7 @@ public:
 	virtual PackedStringArray variables_written_default();
 
 	// Asked before each check.
-	bool reads_variables() const { return bound_settings.may_have_names() && !from_variables.is_empty(); }
+	bool reads_variables() const { return bound_settings.may_be_in_use(from_variables); }
 	TypedDictionary<StringName, StringName> get_from_variables() const {
 		bound_settings.note_names();
 		return from_variables;

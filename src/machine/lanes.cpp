@@ -82,9 +82,12 @@ void MachineRun::run_lane(Lane lane, double delta) {
 					elapsed = memory.interval_sum;
 					memory.interval_sum = 0.0;
 				}
-				// What nearly all are: a compiled kind with its own settings.
-				if (entry.runtime != nullptr && entry.compiled != nullptr && !entry.compiled->reads_variables()) {
-					if (entry.runtime->has_update) {
+				// What nearly all are: a compiled kind.
+				if (entry.runtime != nullptr && entry.compiled != nullptr) {
+					if (entry.compiled->reads_variables()) {
+						entry.compiled->read_variables(node);
+					}
+					if (entry.runtime->has_update && node != nullptr && row->live) {
 						entry.runtime->runtime->update(node, entry.compiled, action, elapsed);
 					}
 				} else {

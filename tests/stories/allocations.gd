@@ -7,6 +7,20 @@ const FRAMES: int = 1000
 const WARM_UP: int = 5
 
 
+class Push:
+	extends SCMachineAction
+
+	@export var strength: float = 1.0
+	@export var way: Vector2
+	var pushed: int = 0
+
+	func _init() -> void:
+		run_mode = SCMachineAction.EVERY_FRAME
+
+	func _update(_m: SCMachine, _index: int, _delta: float) -> void:
+		pushed += 1
+
+
 func most_frames() -> int:
 	return 2 * FRAMES
 
@@ -50,6 +64,36 @@ func test_a_tick_asks_for_nothing() -> void:
 	for ticked: StringName in [&"steps", &"left", &"right"]:
 		expect(nested.get_value(ticked) >= FRAMES, "%s did not count" % ticked)
 	expect(physical.get_value("ticks") >= FRAMES - 1, "the physics lane did not run: %s" % physical.get_value("ticks"))
+
+
+func test_a_tick_that_reads_its_settings_from_variables_asks_for_nothing() -> void:
+	var scale := SCVectorAction.new()
+	scale.operation = SCVectorAction.SCALE
+	scale.store_in = &"scaled"
+	scale.run_mode = SCMachineAction.EVERY_FRAME
+	for setting: StringName in [&"amount", &"per_second", &"first"]:
+		scale.set("%s_variable" % setting, setting)
+	var keep := SCClampAction.new()
+	keep.variable_name = &"kept"
+	keep.run_mode = SCMachineAction.EVERY_FRAME
+	# A whole number fits a setting that takes fractions, and a variable that is not there leaves what was typed in.
+	keep.from_variables = {&"lowest": &"whole", &"highest": &"nowhere"}
+	var push := Push.new()
+	push.set(&"strength_variable", &"amount")
+	push.set(&"way_variable", &"first")
+	var design := state("Work", [scale, keep, push, _ask_each_frame()])
+	var busy := start(machine([design], {"variables": {
+		"amount": 3.0, "per_second": false, "first": Vector2(2, 1), "scaled": Vector2(), "whole": 7, "kept": 1.0, "low": 4.0,
+	}}))
+	await _expect_nothing_over(FRAMES)
+	expect_equal(busy.get_value("scaled"), Vector2(6, 3))
+	expect_equal(busy.get_value("kept"), 7.0)
+	expect(push.pushed >= FRAMES, "the script's action did not run")
+	expect_equal([push.strength, push.way], [3.0, Vector2(2, 1)])
+	busy.set_value("amount", 0.5)
+	await frames(1)
+	expect_equal(busy.get_value("scaled"), Vector2(1, 0.5))
+	expect_equal(push.strength, 0.5)
 
 
 func test_an_event_that_finds_no_transition_asks_for_nothing() -> void:
@@ -98,6 +142,19 @@ func test_a_number_that_is_written_again_asks_for_nothing() -> void:
 		guard.set_value(&"armour", written[0])
 	await _expect_nothing_over(FRAMES, write)
 	expect_equal(guard.get_value("armour"), WARM_UP + FRAMES)
+
+
+## Whether 1 is greater than what a variable holds, asked every frame and told once.
+func _ask_each_frame() -> SCCheckAction:
+	var condition := SCCompareCondition.new()
+	condition.first = 1.0
+	condition.test = SCCompareCondition.GREATER
+	condition.from_variables = {&"second": &"low"}
+	var made := SCCheckAction.new()
+	made.condition = condition
+	made.true_event = &"above"
+	made.run_mode = SCMachineAction.EVERY_FRAME
+	return made
 
 
 func _each_frame(name: StringName, value: Variant, options: Dictionary = {}) -> SCSetVariableAction:
