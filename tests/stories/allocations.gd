@@ -120,6 +120,17 @@ func test_an_event_that_finds_no_transition_asks_for_nothing() -> void:
 	expect_states(guard, ["Patrol", "Open", "Listen"])
 
 
+func test_a_change_of_state_three_levels_deep_asks_for_nothing() -> void:
+	var inner := state("Inner", [], {}, {"sub_states": [state("Left", [_once("left")], {"on": "Right"}), state("Right", [_once("right")], {"on": "Left"})]})
+	var guard := start(machine([state("Outer", [], {}, {"sub_states": [inner]})], {"variables": {"left": 0, "right": 0}}))
+	for connection: Dictionary in guard.event_sent.get_connections():
+		guard.event_sent.disconnect(connection["callable"])
+	for connection: Dictionary in guard.state_changed.get_connections():
+		guard.state_changed.disconnect(connection["callable"])
+	await _expect_nothing_over(FRAMES, func() -> void: guard.send_event(&"on"))
+	expect_equal(guard.get_value("left") + guard.get_value("right"), 1 + WARM_UP + FRAMES)
+
+
 func test_machines_that_wait_ask_for_nothing() -> void:
 	var waiting: Array[SCMachine] = []
 	for i in 100:
@@ -142,6 +153,10 @@ func test_a_number_that_is_written_again_asks_for_nothing() -> void:
 		guard.set_value(&"armour", written[0])
 	await _expect_nothing_over(FRAMES, write)
 	expect_equal(guard.get_value("armour"), WARM_UP + FRAMES)
+
+
+func _once(name: StringName) -> SCSetVariableAction:
+	return set_var(name, 1, {"operation": SCSetVariableAction.ADD})
 
 
 ## Whether 1 is greater than what a variable holds, asked every frame and told once.
