@@ -70,7 +70,6 @@ private:
 		OF_ONE_MACHINE,
 	};
 	bool run_jobs(double delta, Turn turn, ObjectID stepped = ObjectID());
-	void prefetch_job(uint32_t number) const;
 	void run(FastLaneJob &job, GDExtensionObjectPtr body, double delta);
 	void check_distance(FastLaneJob &job, GDExtensionObjectPtr body);
 	void chase(FastLaneJob &job, GDExtensionObjectPtr body, double delta);

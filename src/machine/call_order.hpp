@@ -3,6 +3,7 @@
 // Machines are called one after another, in the same order in nearly every frame, and each lies somewhere
 // else in memory: with thousands of them most of a short call is waiting for that memory. So each
 // remembers where the one called after it had its data, and asks for that while it does its own work.
+// That takes a fifth off a tick among ten thousand machines; bench/README.md has the figures.
 // The addresses are only ever prefetched, which is harmless even when nothing lies there any more.
 
 #include "machine/prefetch.hpp"

@@ -249,8 +249,6 @@ public:
 	// For work that others do for this machine each frame: whether it would be called itself. Kept up by the notifications
 	// of the node, as asking the engine for each machine costs more than the work.
 	bool lane_goes_on() const { return can_process && !paused; }
-	// What that reads, for whoever fetches it ahead of time.
-	const void *lane_state() const { return &can_process; }
 	void note_can_process(bool inside_tree);
 	// The engine turns both callbacks of a node on as it becomes ready.
 	void forget_lanes_known() { lane_known[LANE_FRAME] = lane_known[LANE_PHYSICS] = false; }
