@@ -53,6 +53,11 @@ func ratio(of: String, over: String, at_most: float = INF, in_readme: bool = fal
 	_say({"ratio": of, "over": over, "in_readme": in_readme}, at_most)
 
 
+## Holds how a figure grows against how a yardstick does: [param beside] are the yardstick's two figures of the same sizes.
+func growth(of: String, over: String, beside: PackedStringArray, at_most: float) -> void:
+	_say({"ratio": of, "over": over, "beside": beside}, at_most)
+
+
 ## Microseconds for which the engine has been at work. Not by the clock on the wall, which goes on while the computer does
 ## something else.
 static func now_usec() -> float:

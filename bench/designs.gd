@@ -22,12 +22,40 @@ static func two_states(events: Array[StringName] = [&"go"], heard_everywhere: Ar
 	return made
 
 
+## The same two states, two levels further down.
+static func nested_states() -> SCMachineTemplate:
+	var made := two_states()
+	for name: StringName in [&"Inner", &"Outer"]:
+		var around := state(name)
+		around.sub_states = made.states
+		made.states = [around]
+		made.initial_state = around
+	return made
+
+
 ## So many actions, each of which adds one to a variable every frame.
 static func counting(actions: int) -> SCMachineTemplate:
 	var counters: Array[SCMachineAction] = []
 	for i in actions:
 		counters.append(add_one(&"count", SCMachineAction.EVERY_FRAME))
 	return template([state(&"Count", counters)], [variable(&"count", 0)])
+
+
+## So many actions, each of which scales a vector every frame. These settings of theirs are read from variables.
+static func scaling(actions: int, bound: Array[StringName]) -> SCMachineTemplate:
+	var made: Array[SCMachineAction] = []
+	for i in actions:
+		var scale := SCVectorAction.new()
+		scale.operation = SCVectorAction.SCALE
+		scale.first = Vector2(1, 2)
+		scale.store_in = &"scaled"
+		scale.run_mode = SCMachineAction.EVERY_FRAME
+		for setting in bound:
+			scale.set("%s_variable" % setting, setting)
+		made.append(scale)
+	return template([state(&"Scale", made)], [
+		variable(&"scaled", Vector2()), variable(&"amount", 2.0), variable(&"per_second", false), variable(&"first", Vector2(3, 4)),
+	])
 
 
 ## A state that nothing but an event ends.
@@ -82,12 +110,12 @@ static func wait(seconds: float) -> SCWaitAction:
 
 ## Asks again only when the variable is written.
 static func watch(variable_name: StringName) -> SCCheckAction:
-	var question := SCVariableCondition.new()
-	question.variable_name = variable_name
-	question.test = SCVariableCondition.LESS
-	question.value = 0
+	var condition := SCVariableCondition.new()
+	condition.variable_name = variable_name
+	condition.test = SCVariableCondition.LESS
+	condition.value = 0
 	var made := SCCheckAction.new()
-	made.condition = question
+	made.condition = condition
 	made.true_event = &"below"
 	made.run_mode = SCMachineAction.EVERY_FRAME
 	made.only_when_it_changes = true

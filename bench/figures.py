@@ -1,6 +1,7 @@
 """A run's figures: what is made of the measurers' lines, and the file it is kept in."""
 
 import datetime
+import glob
 import json
 import os
 import platform
@@ -65,14 +66,20 @@ class Run:
         return made
 
     def _ratio_of(self, said):
-        """Of each round's two, not of the medians: what slows a round down slows both."""
-        one, other = said["ratio"], said["over"]
-        pairs = [(a, b) for a, b in zip(self._samples.get(one, []), self._samples.get(other, [])) if b > 0]
-        if not pairs:
+        """Of each round's two, not of the medians: what slows a round down slows both. Growth is held against that of a
+        yardstick between the same sizes, and so are they."""
+        names = [said["ratio"], said["over"], *said.get("beside", [])]
+        rounds = [row for row in zip(*(self._samples.get(name, []) for name in names)) if min(row) > 0]
+        if not rounds:
             return None
-        what = f"{self._named[one]['what']} / {self._named[other]['what']}"
-        made = figure(f"{one} / {other}", what, "times", [a / b for a, b in pairs], said.get("at_most"))
-        made["of"] = [one, other]
+        one, other, *yardstick = (self._named[name]["what"] for name in names)
+        what = f"{one} / {other}"
+        ratios = [row[0] / row[1] for row in rounds]
+        if yardstick:
+            what += f", beside {yardstick[0]}"
+            ratios = [ratio * row[3] / row[2] for ratio, row in zip(ratios, rounds)]
+        made = figure(" / ".join(names), what, "times", ratios, said.get("at_most"))
+        made["of"] = names
         return made
 
     def as_file(self, engine_version):
@@ -94,16 +101,35 @@ def save(path, content):
 
 
 def machine():
-    return {"cpu": cpu_model(), "cores": os.cpu_count(), "memory_gib": memory_gib()}
+    return {"cpu": cpu_model(), "caches": caches(), "cores": os.cpu_count(), "memory_gib": memory_gib()}
 
 
 def cpu_model():
     try:
-        with open("/proc/cpuinfo", encoding="utf-8") as file:
-            found = re.search(r"^model name\s*:\s*(.+)$", file.read(), re.MULTILINE)
+        found = re.search(r"^model name\s*:\s*(.+)$", read("/proc/cpuinfo"), re.MULTILINE)
     except OSError:
         found = None
     return found.group(1).strip() if found else platform.processor() or platform.machine()
+
+
+def caches():
+    """Those that hold data, as the first core sees them: "L1 32 KiB, L2 1 MiB, L3 32 MiB"."""
+    found = []
+    for folder in sorted(glob.glob("/sys/devices/system/cpu/cpu0/cache/index*")):
+        try:
+            level, kind, size = (read(os.path.join(folder, name)) for name in ("level", "type", "size"))
+        except OSError:
+            continue
+        number = re.fullmatch(r"(\d+)([KM]?)", size)
+        if kind != "Instruction" and number:
+            kib = int(number[1]) * (1024 if number[2] == "M" else 1)
+            found.append(f"L{level} " + (f"{kib / 1024:g} MiB" if kib >= 1024 else f"{kib} KiB"))
+    return ", ".join(found)
+
+
+def read(path):
+    with open(path, encoding="utf-8") as file:
+        return file.read().strip()
 
 
 def memory_gib():

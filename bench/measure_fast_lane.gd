@@ -22,10 +22,10 @@ func contestants(count: int) -> Dictionary[String, Callable]:
 
 func measure() -> void:
 	var turns := BenchTurns.new()
-	var flat := _field(JOBS, false)
-	var deep := _field(JOBS, true)
-	turns.add_all(_takers(flat, ""))
-	turns.add_all(_takers(deep, "_3d"))
+	var in_2d := _field(JOBS, false)
+	var in_3d := _field(JOBS, true)
+	turns.add_all(_takers(in_2d, ""))
+	turns.add_all(_takers(in_3d, "_3d"))
 	await turns.play(tree)
 
 	for kind: String in ["chase", "check", "chase_3d", "check_3d"]:

@@ -66,7 +66,8 @@ def described(run):
 def on_what(run):
     about = run["machine"]
     memory = f", {about['memory_gib']:g} GiB" if about["memory_gib"] else ""
-    return f"{about['cpu']}, {about['cores']} cores{memory}, Godot {run['engine']}"
+    caches = f", caches {about['caches']}" if about.get("caches") else ""
+    return f"{about['cpu']}, {about['cores']} cores{caches}{memory}, Godot {run['engine']}"
 
 
 def readme(run):
@@ -82,11 +83,11 @@ def readme(run):
     for entry in run["figures"]:
         if entry["target"] is None and not entry["in_readme"]:
             continue
-        of, over = (entries[name] for name in entry["of"]) if "of" in entry else (entry, None)
+        of, over, *yardstick = [entries[name] for name in entry["of"]] if "of" in entry else [entry, None]
         cells = [
             run["subjects"][str(entry["subject"])] if entry["subject"] != subject else "",
             f"{of['what']}: {with_unit(of['median'], of['unit'])}",
-            f"{over['what']}: {with_unit(over['median'], over['unit'])}" if over else "",
+            beside(over, yardstick),
             short(entry["median"], entry["unit"]) if over else "",
             f"{entry['target']:,g} {entry['unit']}".rstrip() if entry["target"] is not None else "",
             "" if entry["target"] is None else "met" if is_met(entry) else "**missed**",
@@ -94,6 +95,16 @@ def readme(run):
         subject = entry["subject"]
         yield "| " + " | ".join(cells) + " |"
     yield END
+
+
+def beside(over, yardstick):
+    if not over:
+        return ""
+    said = f"{over['what']}: {with_unit(over['median'], over['unit'])}"
+    if yardstick:
+        larger, smaller = yardstick
+        said += f"; {larger['what']}: {short(larger['median'] / smaller['median'], 'times')} times"
+    return said
 
 
 def put_into(text, block):

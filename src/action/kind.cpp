@@ -95,10 +95,12 @@ KindFields KindFields::of(Object *object) {
 	if (SCMachineAction *action = Object::cast_to<SCMachineAction>(object)) {
 		fields.from_variables = &action->from_variables;
 		fields.typed_in = &action->typed_in;
+		fields.bound = &action->bound_settings;
 		fields.row = action->class_row();
 	} else if (SCMachineCondition *condition = Object::cast_to<SCMachineCondition>(object)) {
 		fields.from_variables = &condition->from_variables;
 		fields.typed_in = &condition->typed_in;
+		fields.bound = &condition->bound_settings;
 		fields.row = condition->class_row();
 	}
 	return fields;

@@ -16,6 +16,7 @@
 
 using namespace godot;
 
+class BoundSettings;
 struct ClassRow;
 
 struct Kind {
@@ -43,6 +44,7 @@ struct Kind {
 struct KindFields {
 	TypedDictionary<StringName, StringName> *from_variables = nullptr;
 	TypedDictionary<StringName, Variant> *typed_in = nullptr;
+	BoundSettings *bound = nullptr;
 	const ClassRow *row = nullptr;
 
 	static KindFields of(Object *object);

@@ -56,18 +56,21 @@ void read_variables_into(Object *object, const Dictionary &named, Dictionary typ
 	const uint64_t machine_id = machine->get_instance_id();
 	const Array settings = named.keys();
 	for (int64_t i = 0; i < settings.size(); i++) {
-		const StringName setting = settings[i];
-		if (!typed_in.has(setting)) {
-			typed_in[setting] = object->get(setting);
-		}
-		const Variant value = read_one(object, setting, named.get(setting, StringName()), typed_in[setting], machine);
-		if (ObjectDB::get_instance(object_id) == nullptr) {
-			return;
-		}
-		object->set(setting, value);
+		read_one_into(object, settings[i], named, typed_in, machine);
 		if (ObjectDB::get_instance(object_id) == nullptr || ObjectDB::get_instance(machine_id) == nullptr) {
 			return;
 		}
+	}
+}
+
+void read_one_into(Object *object, const StringName &setting, const Dictionary &named, Dictionary typed_in, SCMachineBase *machine) {
+	const uint64_t object_id = object->get_instance_id();
+	if (!typed_in.has(setting)) {
+		typed_in[setting] = object->get(setting);
+	}
+	const Variant value = read_one(object, setting, named.get(setting, StringName()), typed_in[setting], machine);
+	if (ObjectDB::get_instance(object_id) != nullptr) {
+		object->set(setting, value);
 	}
 }
 

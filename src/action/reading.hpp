@@ -17,6 +17,8 @@ namespace reading {
 
 // `named` maps settings to variables. What was typed in is kept in `typed_in` before it is overwritten.
 void read_variables_into(Object *object, const Dictionary &named, Dictionary typed_in, SCMachineBase *machine);
+// One setting of those. Reading it may call user code, which may free the object and the machine.
+void read_one_into(Object *object, const StringName &setting, const Dictionary &named, Dictionary typed_in, SCMachineBase *machine);
 // Once per object, setting and machine.
 void say_it_cannot_fit(Object *object, const StringName &setting, const StringName &variable, const Variant &held, const Variant &typed_in, SCMachineBase *machine);
 

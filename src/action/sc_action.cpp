@@ -3,7 +3,6 @@
 #include "action/inspector.hpp"
 #include "action/naming.hpp"
 #include "action/places.hpp"
-#include "action/reading.hpp"
 #include "action/sc_native_actions.hpp"
 #include "action/static_facilities.hpp"
 #include "action/summary_line.hpp"
@@ -119,7 +118,7 @@ void SCMachineAction::suit_2d() {
 }
 
 void SCMachineAction::read_variables(SCMachineBase *machine) {
-	if (!GDVIRTUAL_CALL(_read_variables, as_machine(machine))) {
+	if (kind_alone || !GDVIRTUAL_CALL(_read_variables, as_machine(machine))) {
 		read_variables_default(machine);
 	}
 }
@@ -231,7 +230,7 @@ void SCMachineAction::suit_2d_default() {
 }
 
 void SCMachineAction::read_variables_default(SCMachineBase *machine) {
-	reading::read_variables_into(this, from_variables, typed_in, machine);
+	bound_settings.read_into(this, from_variables, typed_in, machine);
 }
 
 String SCMachineAction::live_words_default(SCMachineBase *machine, const String &line) {
@@ -336,7 +335,7 @@ void SCMachineAction::_bind_methods() {
 	table.setting<&SCMachineAction::disabled>("disabled", "Skip this action without deleting it.");
 	table.setting<&SCMachineAction::display_name>("display_name", "The name on the state's list of actions. Empty uses the action's type.");
 	table.property("from_variables", PropertyInfo(Variant::DICTIONARY, "from_variables", PROPERTY_HINT_DICTIONARY_TYPE, "StringName;StringName", PROPERTY_USAGE_STORAGE), &SCMachineAction::set_from_variables, &SCMachineAction::get_from_variables, "Which settings are read from a variable of the machine, and from which: setting name to variable name.");
-	ClassDB::bind_method(D_METHOD("get_typed_in"), &SCMachineAction::take_field<&SCMachineAction::typed_in>);
+	ClassDB::bind_method(D_METHOD("get_typed_in"), &SCMachineAction::get_typed_in);
 	ClassDB::add_property("SCMachineAction", PropertyInfo(Variant::DICTIONARY, "_typed_in", PROPERTY_HINT_DICTIONARY_TYPE, "StringName;Variant", PROPERTY_USAGE_NONE), "", "get_typed_in");
 
 	bind_operations();

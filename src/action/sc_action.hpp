@@ -7,6 +7,7 @@
 // Every operation exists three times: the public one, which the core calls; the script's `_name`,
 // which the public one prefers; and the `_default` one, which kinds override.
 
+#include "action/bound_settings.hpp"
 #include "machine_node/sc_machine.hpp"
 #include "settings/class_table.hpp"
 #include "settings/setting_rules.hpp"
@@ -29,10 +30,11 @@ public:
 	bool wait_for_previous = false;
 	bool disabled = false;
 	String display_name;
-	// Whoever changes it here says so to note_bindings().
+	// Whoever changes one of these two here says so to `bound_settings`.
 	TypedDictionary<StringName, StringName> from_variables;
 	// What each bound setting was typed in as, remembered before it is first overwritten.
 	TypedDictionary<StringName, Variant> typed_in;
+	mutable BoundSettings bound_settings;
 
 	// The row of the compiled kind this is, null for an action made by a script.
 	virtual const ClassRow *class_row() const { return nullptr; }
@@ -85,17 +87,19 @@ public:
 	bool has_enter();
 	bool has_update();
 	bool has_exit();
-	// Asked before each call of the action. As long as nobody has been given the dictionary it is empty, and the engine need
-	// not be asked.
-	bool reads_variables() const { return bindings_known_elsewhere && !from_variables.is_empty(); }
-	void note_bindings() const { bindings_known_elsewhere = true; }
+	// Asked before each call of the action.
+	bool reads_variables() const { return bound_settings.may_be_in_use(from_variables); }
 	TypedDictionary<StringName, StringName> get_from_variables() const {
-		note_bindings();
+		bound_settings.note_names();
 		return from_variables;
 	}
 	void set_from_variables(const TypedDictionary<StringName, StringName> &bindings) {
-		note_bindings();
+		bound_settings.note_names();
 		from_variables = bindings;
+	}
+	TypedDictionary<StringName, Variant> get_typed_in() const {
+		bound_settings.note_typed_in();
+		return typed_in;
 	}
 	bool is_typed_in(const StringName &setting) const;
 	// The line the graph draws.
@@ -107,6 +111,7 @@ public:
 	void note_kind_alone(bool is_kind_alone) {
 		kind_alone = is_kind_alone;
 		kind_uses_run_mode = uses_run_mode_default();
+		bound_settings.forget();
 	}
 	// The inspector's rules, for a script that has a _validate_property of its own.
 	void validate_setting(Dictionary property) const;
@@ -156,7 +161,6 @@ private:
 	bool used_known = false;
 	bool kind_alone = false;
 	bool kind_uses_run_mode = true;
-	mutable bool bindings_known_elsewhere = false;
 
 	void reapply_run_mode();
 	static void bind_operations();

@@ -2,7 +2,6 @@
 
 #include "action/inspector.hpp"
 #include "action/naming.hpp"
-#include "action/reading.hpp"
 #include "action/static_facilities.hpp"
 #include "action/summary_line.hpp"
 #include "action/twins.hpp"
@@ -87,7 +86,7 @@ PackedStringArray SCMachineCondition::variables_written_default() {
 }
 
 void SCMachineCondition::read_variables(SCMachineBase *machine) {
-	reading::read_variables_into(this, from_variables, typed_in, machine);
+	bound_settings.read_into(this, from_variables, typed_in, machine);
 }
 
 bool SCMachineCondition::evaluate(SCMachineBase *machine, const Dictionary &slot) {
@@ -138,7 +137,7 @@ void SCMachineCondition::_bind_methods() {
 	table.setting<&SCMachineCondition::wait_for_actions>("wait_for_actions", "Only ask once every action in the state has finished.");
 	table.setting<&SCMachineCondition::can_rest>("can_rest", hint::NEITHER_STORED_NOR_SHOWN, "True for a question that can answer [method rest_signals] at all, so a Check asking any other every frame does not ask it that too, every frame.");
 	table.setting<&SCMachineCondition::display_name>("display_name", "Name shown on the row. Empty uses the condition's type.");
-	table.setting<&SCMachineCondition::from_variables>("from_variables", { PROPERTY_HINT_DICTIONARY_TYPE, "StringName;StringName", PROPERTY_USAGE_STORAGE }, "Which settings are read from a variable of the machine, and from which: setting name to variable name.");
+	table.property("from_variables", PropertyInfo(Variant::DICTIONARY, "from_variables", PROPERTY_HINT_DICTIONARY_TYPE, "StringName;StringName", PROPERTY_USAGE_STORAGE), &SCMachineCondition::set_from_variables, &SCMachineCondition::get_from_variables, "Which settings are read from a variable of the machine, and from which: setting name to variable name.");
 	bind_operations();
 	ClassDB::bind_method(D_METHOD("read_variables", "m"), &SCMachineCondition::read_variables);
 	ClassDB::bind_method(D_METHOD("evaluate", "m", "slot"), &SCMachineCondition::evaluate);

@@ -5,6 +5,7 @@
 //
 // Its operations exist three times, as an action's do: the public one, the script's `_name`, and the `_default` one that kinds override.
 
+#include "action/bound_settings.hpp"
 #include "machine_node/sc_machine.hpp"
 #include "settings/class_table.hpp"
 
@@ -23,9 +24,11 @@ public:
 	bool wait_for_actions = false;
 	bool can_rest = false;
 	String display_name;
+	// Whoever changes one of these two here says so to `bound_settings`.
 	TypedDictionary<StringName, StringName> from_variables;
 	// What each bound setting was typed in as, remembered before it is first overwritten.
 	TypedDictionary<StringName, Variant> typed_in;
+	mutable BoundSettings bound_settings;
 
 	// The row of the compiled kind this is, null for one made by a script.
 	virtual const ClassRow *class_row() const { return nullptr; }
@@ -49,6 +52,16 @@ public:
 	virtual PackedStringArray variables_read_default();
 	virtual PackedStringArray variables_written_default();
 
+	// Asked before each check.
+	bool reads_variables() const { return bound_settings.may_be_in_use(from_variables); }
+	TypedDictionary<StringName, StringName> get_from_variables() const {
+		bound_settings.note_names();
+		return from_variables;
+	}
+	void set_from_variables(const TypedDictionary<StringName, StringName> &bindings) {
+		bound_settings.note_names();
+		from_variables = bindings;
+	}
 	void read_variables(SCMachineBase *machine);
 	// The answer with `invert` applied and without a compiled check.
 	bool evaluate(SCMachineBase *machine, const Dictionary &slot);

@@ -92,14 +92,13 @@ bool set(Object *object, const StringName &property, const Variant &value) {
 	const uint64_t shown_before = setting_edits::shown(object, fields.row);
 	if (!variable.is_empty()) {
 		(*fields.from_variables)[*setting] = variable;
-		if (const SCMachineAction *action = Object::cast_to<SCMachineAction>(object)) {
-			action->note_bindings();
-		}
+		fields.bound->note_names();
 	} else {
 		fields.from_variables->erase(*setting);
 		if (fields.typed_in->has(*setting)) {
 			const Variant typed_in = (*fields.typed_in)[*setting];
 			fields.typed_in->erase(*setting);
+			fields.bound->forget();
 			object->set(*setting, typed_in);
 		}
 	}

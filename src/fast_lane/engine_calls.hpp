@@ -49,8 +49,8 @@ inline void tell(GDExtensionMethodBindPtr method, GDExtensionObjectPtr object, c
 // As spots::read.
 inline bool read(GDExtensionObjectPtr node, spots::Side side, Vector3 &spot) {
 	if (side == spots::IN_2D) {
-		const Vector2 flat = ask<Vector2>(methods.place_in_2d, node);
-		spot = Vector3(flat.x, flat.y, 0);
+		const Vector2 in_2d = ask<Vector2>(methods.place_in_2d, node);
+		spot = Vector3(in_2d.x, in_2d.y, 0);
 	} else if (side == spots::NOWHERE) {
 		spot = Vector3();
 	} else if (ask<GDExtensionBool>(methods.is_inside_tree, node)) {
@@ -61,7 +61,7 @@ inline bool read(GDExtensionObjectPtr node, spots::Side side, Vector3 &spot) {
 	return true;
 }
 
-// Moving a node may run a game's code, which may do anything.
+// Moving a node can call user code, which may do anything.
 inline void put(GDExtensionObjectPtr node, spots::Side side, const Vector3 &spot) {
 	if (side == spots::IN_2D) {
 		tell(methods.put_in_2d, node, Vector2(spot.x, spot.y));

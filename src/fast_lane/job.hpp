@@ -9,7 +9,6 @@
 
 #include <godot_cpp/core/object_id.hpp>
 #include <godot_cpp/variant/string_name.hpp>
-#include <godot_cpp/variant/variant.hpp>
 
 #include <cstdint>
 
@@ -53,8 +52,6 @@ struct FastLaneJob {
 	// Null when the machine is none of ours.
 	const MachineRun *run = nullptr;
 	StringName target_variable;
-	// Where its value was found last, which is only for fetching it ahead of its turn.
-	const Variant *value = nullptr;
 	// How close counts; the square of it in a check.
 	double reach = 0.0;
 	double speed = 0.0;

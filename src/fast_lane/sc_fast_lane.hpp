@@ -4,7 +4,7 @@
 // away something is. An action hands a job over as it is entered and rests; its machine takes the job
 // back as it leaves the state. In between the machine gets no call but for the events that it is sent.
 //
-// A job's step ends with whatever may run a game's code: an event, or moving a node. That code may add
+// A job's step ends with whatever can call user code: an event, or moving a node. That code may add
 // and remove jobs, which moves the array, and may even free the lane. So nothing is read of a job or
 // of the lane after it, but by the pass, which knows from the lane's Life whether it is still there.
 
@@ -70,7 +70,6 @@ private:
 		OF_ONE_MACHINE,
 	};
 	bool run_jobs(double delta, Turn turn, ObjectID stepped = ObjectID());
-	void fetch_ahead(uint32_t number) const;
 	void run(FastLaneJob &job, GDExtensionObjectPtr body, double delta);
 	void check_distance(FastLaneJob &job, GDExtensionObjectPtr body);
 	void chase(FastLaneJob &job, GDExtensionObjectPtr body, double delta);

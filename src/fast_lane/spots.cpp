@@ -16,8 +16,8 @@ spots::Side spots::side_of(const Object *object) {
 bool spots::read(const Object *node, Side side, Vector3 &spot) {
 	switch (side) {
 		case IN_2D: {
-			const Vector2 flat = static_cast<const Node2D *>(node)->get_global_position();
-			spot = Vector3(flat.x, flat.y, 0);
+			const Vector2 in_2d = static_cast<const Node2D *>(node)->get_global_position();
+			spot = Vector3(in_2d.x, in_2d.y, 0);
 			return true;
 		}
 		case IN_3D: {
@@ -39,8 +39,8 @@ bool spots::from_value(const Variant &value, Vector3 &spot) {
 	switch (value.get_type()) {
 		case Variant::VECTOR2:
 		case Variant::VECTOR2I: {
-			const Vector2 flat = value;
-			spot = Vector3(flat.x, flat.y, 0);
+			const Vector2 in_2d = value;
+			spot = Vector3(in_2d.x, in_2d.y, 0);
 			return true;
 		}
 		case Variant::VECTOR3:

@@ -66,7 +66,7 @@ inline double apart_squared(const Vector3 &from, const Vector3 &to, Side side, b
 	return x * x + y * y + z * z;
 }
 
-inline double flat_distance(const Vector3 &from, const Vector3 &to, Side side) {
+inline double ground_distance(const Vector3 &from, const Vector3 &to, Side side) {
 	return Way(from, to, side).length;
 }
 

@@ -2,7 +2,6 @@
 
 #include "fast_lane/engine_calls.hpp"
 #include "fast_lane/sc_fast_lane.hpp"
-#include "machine/fetching.hpp"
 #include "machine/machine_run.hpp"
 #include "machine/names.hpp"
 
@@ -13,8 +12,6 @@
 namespace {
 
 constexpr int EXTRA_PICKS = 8;
-// As many jobs as take about as long as memory takes to answer.
-constexpr uint32_t JOBS_AHEAD = 20;
 
 // The last thing that a step does.
 void send(ObjectID machine, const StringName &event) {
@@ -56,7 +53,7 @@ ObjectID object_in(const Variant &value) {
 }
 
 // Who the variable of a chase names, if anybody.
-ObjectID chased_by(FastLaneJob &job) {
+ObjectID chased_by(const FastLaneJob &job) {
 	if (job.run == nullptr) {
 		return ObjectID();
 	}
@@ -64,8 +61,8 @@ ObjectID chased_by(FastLaneJob &job) {
 	if (!values.in_use) {
 		return object_in(values.get(job.target_variable, Variant()));
 	}
-	job.value = values.find(job.target_variable);
-	return job.value != nullptr ? object_in(*job.value) : ObjectID();
+	const Variant *value = values.find(job.target_variable);
+	return value != nullptr ? object_in(*value) : ObjectID();
 }
 
 } // namespace
@@ -88,29 +85,11 @@ public:
 	bool lane_gone() const { return life->lane_gone; }
 };
 
-// What each machine's job needs of the machine lies wherever the machine does. Asking for it some jobs ahead
-// takes the waiting for memory out of the pass.
-inline void SCFastLane::fetch_ahead(uint32_t number) const {
-	const uint32_t last = jobs.size() - 1;
-	const FastLaneJob *all = jobs.ptr();
-	fetching::ahead(all + MIN(number + 2 * JOBS_AHEAD, last));
-	const FastLaneJob &coming = all[MIN(number + JOBS_AHEAD, last)];
-	if (coming.run == nullptr) {
-		return;
-	}
-	fetching::ahead(coming.run->lane_state());
-	if (coming.kind == FastLaneJob::CHASE) {
-		fetching::ahead(&coming.run->values.in_use);
-		fetching::ahead(coming.value);
-	}
-}
-
 // False when the lane has gone meanwhile.
 bool SCFastLane::run_jobs(double delta, Turn turn, ObjectID stepped) {
 	Pass pass(life);
 	const bool physics = turn == OF_PHYSICS;
 	for (uint32_t number = 0; number < jobs.size(); number++) {
-		fetch_ahead(number);
 		FastLaneJob &job = jobs.ptr()[number];
 		if (job.stage < FastLaneJob::JUST_MADE || (turn == OF_ONE_MACHINE ? job.machine != stepped : job.physics != physics)) {
 			continue;

@@ -50,7 +50,7 @@ void MachineRun::call_enter(RunRow *row, int action) {
 	if (node != nullptr) {
 		read_variables_of(entry, node);
 	}
-	// Reading may have run a game's code, which may have left the state or entered this very action.
+	// Reading may have called user code, which may have left the state or entered this very action.
 	if (node == nullptr || !row->live || row->runs[action].started) {
 		return;
 	}

@@ -30,6 +30,17 @@ class ArrayStamp {
 
 public:
 	void take(const Array &array);
+	// Whether the object is one of the elements.
+	static bool lists(const Array &array, uint64_t object_id) {
+		const uint32_t count = uint32_t(array.size());
+		const Element *elements = count > 0 ? elements_of(array) : nullptr;
+		for (uint32_t i = 0; i < count; i++) {
+			if (uint32_t(elements[i].words[0]) == Variant::OBJECT && elements[i].words[1] == object_id) {
+				return true;
+			}
+		}
+		return false;
+	}
 	bool holds(const Array &array) const {
 		const uint32_t count = uint32_t(array.size());
 		if (count != elements.size()) {

@@ -9,7 +9,7 @@
 
 namespace {
 
-// Puts the outer question's record back, also when a question asks another.
+// Puts the outer condition's record back, also when a condition asks another.
 class Lent {
 	Variant &record;
 	int &index;
@@ -49,7 +49,7 @@ bool MachineRun::ask(Object *condition, int action_index, const Variant &record)
 	const MachineNames &names = MachineNames::shared();
 	SCMachineCondition *compiled = Object::cast_to<SCMachineCondition>(condition);
 	if (compiled != nullptr) {
-		if (!compiled->from_variables.is_empty()) {
+		if (compiled->reads_variables()) {
 			compiled->read_variables(node);
 		}
 	} else {
@@ -65,8 +65,8 @@ bool MachineRun::ask(Object *condition, int action_index, const Variant &record)
 	bool answer = false;
 	bool inverted = false;
 	if (compiled != nullptr) {
-		const NativeCondition question = SCNativeActions::of_condition(condition);
-		answer = question != nullptr ? question(node, compiled) : compiled->check(node, condition_slot());
+		const NativeCondition native = SCNativeActions::of_condition(condition);
+		answer = native != nullptr ? native(node, compiled) : compiled->check(node, condition_slot());
 		inverted = compiled->invert;
 	} else {
 		if (condition->has_method(names.check)) {
@@ -79,8 +79,8 @@ bool MachineRun::ask(Object *condition, int action_index, const Variant &record)
 
 bool MachineRun::ask_compiled(Object *condition, int action_index) {
 	SCMachineCondition *compiled = Object::cast_to<SCMachineCondition>(condition);
-	const NativeCondition question = compiled != nullptr ? SCNativeActions::of_condition(condition) : nullptr;
-	if (question == nullptr || node == nullptr) {
+	const NativeCondition native = compiled != nullptr ? SCNativeActions::of_condition(condition) : nullptr;
+	if (native == nullptr || node == nullptr) {
 		return false;
 	}
 	Busy keep(*this);
@@ -89,5 +89,5 @@ bool MachineRun::ask_compiled(Object *condition, int action_index) {
 		condition_record = action_index >= 0 ? Variant(slot(action_index)) : Variant(Dictionary());
 		condition_index = action_index;
 	}
-	return question(node, compiled);
+	return native(node, compiled);
 }

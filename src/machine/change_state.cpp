@@ -20,9 +20,11 @@ Array inner_starts_of(Resource *state, const SCMachineState *compiled) {
 	return state->has_method(method) ? Array(state->call(method)) : Array();
 }
 
-int inner_slot_of(Resource *state, Resource *inner) {
-	if (const SCMachineState *compiled = Object::cast_to<SCMachineState>(state)) {
-		return int(compiled->inner_slot_of(inner));
+int inner_slot_of(Resource *state, const SCMachineState *compiled, Resource *inner) {
+	if (compiled != nullptr) {
+		// Nearly always it is one of the sub-states, and no need to search what lies in them.
+		const bool is_sub_state = compiled->parallel_states.is_empty() && ArrayStamp::lists(compiled->sub_states, inner->get_instance_id());
+		return is_sub_state ? 0 : int(compiled->inner_slot_of(inner));
 	}
 	const StringName &method = MachineNames::shared().inner_slot_of;
 	return state->has_method(method) ? int(state->call(method, inner)) : -1;
@@ -107,7 +109,7 @@ bool MachineRun::go_to(const StringName &state_name) {
 
 // Counts this entry, and stops a machine whose states lead round in a circle.
 bool MachineRun::may_enter(Resource *target) {
-	const int64_t entered = guard.count_entry(GameClocks::frame_serial());
+	const int64_t entered = loop_limiter.count_entry(GameClocks::frame_serial());
 	if (entered == 0) {
 		return true;
 	}
@@ -119,7 +121,7 @@ bool MachineRun::may_enter(Resource *target) {
 }
 
 void MachineRun::progress_made(uint64_t walker, int64_t most) {
-	guard.progress_made(walker, most, GameClocks::frame_serial());
+	loop_limiter.progress_made(walker, most, GameClocks::frame_serial());
 }
 
 // A change that no event has caused has no event to tell of.
@@ -151,7 +153,7 @@ void MachineRun::change_state(Resource *target) {
 	Ref<Resource> previous;
 	RunRow *at = root;
 	for (uint32_t i = 1; i < path.size(); i++) {
-		const int slot = inner_slot_of(at->state.ptr(), path[i]);
+		const int slot = inner_slot_of(at->state.ptr(), at->compiled, path[i]);
 		if (slot < 0 || slot >= int(at->children.size())) {
 			return;
 		}
@@ -165,7 +167,7 @@ void MachineRun::change_state(Resource *target) {
 				previous = child->deepest_first()->state;
 			}
 			leave_row(child);
-			detach_and_bury(child);
+			detach_and_retire(child);
 			if (act_on_pending() || !running || !at->live) {
 				return;
 			}
@@ -182,7 +184,7 @@ void MachineRun::enter_as_root(Resource *top, const Targets &targets, LocalVecto
 	if (root != nullptr) {
 		RunRow *former = root;
 		leave_row(former);
-		detach_and_bury(former);
+		detach_and_retire(former);
 		if (act_on_pending() || !running) {
 			return;
 		}
@@ -203,7 +205,7 @@ void MachineRun::restart_row(RunRow *row, LocalVector<RunRow *> &fresh) {
 		const Dictionary memory = action.slot.get_type() == Variant::DICTIONARY ? Dictionary(action.slot) : Dictionary();
 		answers.push_back(memory.get(check_last, Variant()));
 	}
-	detach_and_bury(row);
+	detach_and_retire(row);
 	if (act_on_pending() || !running || (parent != nullptr && !parent->live)) {
 		return;
 	}
@@ -241,7 +243,7 @@ RunRow *MachineRun::enter_row(Resource *state, RunRow *parent, int slot, const T
 		given_up = there != nullptr && there->live;
 	}
 	if (given_up) {
-		rows.bury(row);
+		rows.retire(row);
 		return nullptr;
 	}
 
@@ -279,7 +281,7 @@ void MachineRun::enter_inner_rows(RunRow *row, const Array &starts, const Target
 		Ref<Resource> start = starts[inner];
 		for (uint32_t i = 0; i < targets.count; i++) {
 			Resource *target = targets.states[i];
-			if (target != state && inner_slot_of(state, target) == inner) {
+			if (target != state && inner_slot_of(state, row->compiled, target) == inner) {
 				Resource *toward = index.child_toward(state, target);
 				start = toward != nullptr ? Ref<Resource>(toward) : start;
 			}
@@ -295,7 +297,7 @@ void MachineRun::enter_inner_rows(RunRow *row, const Array &starts, const Target
 }
 
 void MachineRun::make_current(Resource *state) {
-	// What was kept goes last, as its end may run a game's code.
+	// What was kept goes last, as its destructor can call user code.
 	const Ref<Resource> former = std::move(kept_current);
 	kept_current = state != nullptr && !index.has(state) ? Ref<Resource>(state) : Ref<Resource>();
 	current = state;
@@ -305,7 +307,7 @@ void MachineRun::finish_entering(const LocalVector<RunRow *> &fresh, Resource *e
 	if (root == nullptr) {
 		return;
 	}
-	// 1. The deepest state of the first chain is the current one, unless a side branch has changed.
+	// The deepest state of the first chain is the current one, unless a side branch has changed.
 	const DesignIndex held = index;
 	const Ref<Resource> kept_old = kept_current;
 	Resource *previous = explicit_previous != nullptr ? explicit_previous : current;
@@ -318,7 +320,7 @@ void MachineRun::finish_entering(const LocalVector<RunRow *> &fresh, Resource *e
 		current = deepest->state.ptr();
 	}
 
-	// 2. Every new row remembers where it came from.
+	// Every new row remembers where it came from.
 	for (RunRow *row : fresh) {
 		if (row->previous_state.ptr() != previous) {
 			row->previous_state = Ref<Resource>(previous);
@@ -328,10 +330,10 @@ void MachineRun::finish_entering(const LocalVector<RunRow *> &fresh, Resource *e
 		}
 	}
 
-	// 3. to 5. Tell whoever listens.
+	// Tell whoever listens.
 	tell_of_change(current, previous);
 
-	// 6. to 8. Set the new rows to work. Each may be dead by now, or be killed by the one before it.
+	// Set the new rows to work. Each may be dead by now, or be killed by the one before it.
 	for (RunRow *row : fresh) {
 		if (row->live) {
 			start_actions(row);
@@ -389,12 +391,12 @@ void MachineRun::leave_row(RunRow *row) {
 		if (child->live) {
 			leave_row(child);
 		}
-		// The node may have been freed meanwhile, and its rows buried with it.
+		// The node may have been freed meanwhile, and its rows retired with it.
 		if (row->children.is_empty()) {
 			break;
 		}
 		row->children[i] = nullptr;
-		rows.bury(child);
+		rows.retire(child);
 	}
 	row->children.clear();
 	if (row->live) {
@@ -413,7 +415,7 @@ void MachineRun::leave_row(RunRow *row) {
 	leaving--;
 }
 
-void MachineRun::detach_and_bury(RunRow *row) {
+void MachineRun::detach_and_retire(RunRow *row) {
 	if (row == root) {
 		root = nullptr;
 	} else if (row->parent != nullptr && row->slot_in_parent < int(row->parent->children.size()) && row->parent->children[row->slot_in_parent] == row) {
@@ -422,7 +424,7 @@ void MachineRun::detach_and_bury(RunRow *row) {
 		// Already taken out, by the end of the node.
 		return;
 	}
-	rows.bury(row);
+	rows.retire(row);
 }
 
 // Carries out what was asked for while rows were being left. Answers true when the machine has been
@@ -468,7 +470,7 @@ void MachineRun::stop_now() {
 	if (root != nullptr) {
 		RunRow *top = root;
 		leave_row(top);
-		detach_and_bury(top);
+		detach_and_retire(top);
 	}
 	const bool start_wanted = pending == PENDING_START;
 	resume_list = Variant();

@@ -61,7 +61,7 @@ void DesignIndex::Record::put_below(const IndexedState *parent, const Array &ins
 		const Ref<Resource> state = inside[i];
 		if (state.is_valid()) {
 			add(state)->parent = parent;
-			is_flat = false;
+			has_nested = true;
 		}
 	}
 }
@@ -85,7 +85,7 @@ DesignIndex &DesignIndex::operator=(const DesignIndex &other) {
 	return *this;
 }
 
-// The end of a state may run a game's code, which must find this let go of already.
+// The destructor of a state can call user code, which must find this let go of already.
 void DesignIndex::let_go() {
 	Record *former = record;
 	record = nullptr;
@@ -131,15 +131,17 @@ Resource *DesignIndex::parent_of(const Resource *state) const {
 
 void DesignIndex::path_to(Resource *state, LocalVector<Resource *> &path) const {
 	path.clear();
-	if (record == nullptr || record->is_flat) {
+	if (record == nullptr || !record->has_nested) {
 		path.push_back(state);
 		return;
 	}
-	for (Resource *at = state; at != nullptr; at = parent_of(at)) {
-		if (path.has(at)) {
+	path.push_back(state);
+	IndexedState *const *found = record->by_state.getptr(state);
+	for (const IndexedState *at = found != nullptr ? (*found)->parent : nullptr; at != nullptr; at = at->parent) {
+		if (path.has(at->state.ptr())) {
 			break;
 		}
-		path.push_back(at);
+		path.push_back(at->state.ptr());
 	}
 	for (uint32_t low = 0, high = path.size(); low + 1 < high; low++) {
 		high--;

@@ -22,8 +22,8 @@ struct IndexedState {
 class DesignIndex {
 	struct Record {
 		uint32_t holders = 1;
-		// No state lies within another.
-		bool is_flat = true;
+		// Some state lies within another.
+		bool has_nested = false;
 		// Never given twice.
 		uint64_t number = 0;
 		LocalVector<IndexedState *> states;

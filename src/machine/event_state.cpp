@@ -11,7 +11,7 @@ EventRegistry *registry = nullptr;
 } // namespace
 
 void EventState::remember(const StringName &name, const Variant &data, uint64_t sender) {
-	// The end of the former data may run a game's code, which must find this already in order.
+	// The destructor of the former data can call user code, which must find this already in order.
 	const Variant former = std::move(last_data);
 	if (last_name != name) {
 		last_name = name;

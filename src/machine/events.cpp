@@ -6,8 +6,8 @@
 #include "machine/engine_frame.hpp"
 #include "machine/machine_run.hpp"
 #include "machine/machine_snapshot.hpp"
-#include "machine/measuring.hpp"
 #include "machine/names.hpp"
+#include "machine/scoped_timer.hpp"
 #include "machine/value_kinds.hpp"
 #include "machine_node/sc_machine_base.hpp"
 
@@ -115,7 +115,7 @@ void MachineRun::take_event(const StringName &name, const Variant &carried, bool
 		return;
 	}
 	Busy keep(*this);
-	Measured measured(false);
+	ScopedTimer timer(false);
 
 	// Every event is heard and reported, also by a machine that will not take it.
 	emit(MachineNames::shared().event_sent, name, carried);
@@ -142,7 +142,7 @@ void MachineRun::take_event(const StringName &name, const Variant &carried, bool
 // An event from outside starts a fresh count of the states entered, and leaves one behind.
 void MachineRun::dispatch_counted(const StringName &event, const Variant &data) {
 	if (change_depth == 0) {
-		guard.begin_chain();
+		loop_limiter.begin_chain();
 	} else if (change_depth >= MOST_NESTED_CHANGES) {
 		postpone(event, data, false, running_row);
 		return;
@@ -154,7 +154,7 @@ void MachineRun::dispatch_counted(const StringName &event, const Variant &data) 
 	}
 	if (change_depth == 0) {
 		dispatch_postponed();
-		guard.begin_chain();
+		loop_limiter.begin_chain();
 	}
 }
 

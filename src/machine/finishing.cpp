@@ -2,9 +2,9 @@
 
 #include "machine/engine_frame.hpp"
 #include "machine/machine_run.hpp"
-#include "machine/measuring.hpp"
 #include "machine/names.hpp"
 #include "machine/run_call.hpp"
+#include "machine/scoped_timer.hpp"
 #include "machine_node/sc_machine_base.hpp"
 
 // The nearest earlier action that is there and switched on decides; with none the way is free.
@@ -65,11 +65,10 @@ void MachineRun::start_next_actions(RunRow *row, int finished_index, Lane lane) 
 // Walks up from a row in which something has finished, until something stops it.
 void MachineRun::check_state_finished(RunRow *row) {
 	for (; row != nullptr; row = row->parent) {
-		// 1.
 		if (!row->live) {
 			return;
 		}
-		// 2. Every region must stand in an end state that has done all its work.
+		// Every region must stand in an end state that has done all its work.
 		if (row->has_children()) {
 			row->sub_states_finished = true;
 			for (const RunRow *child : row->children) {
@@ -77,14 +76,13 @@ void MachineRun::check_state_finished(RunRow *row) {
 				row->sub_states_finished = row->sub_states_finished && done;
 			}
 		}
-		// 3. and 4.
+		// Told once a visit, and not before its own work and that of the regions is done.
 		if (row->state_finished_sent || !row->all_finished() || (row->has_children() && !row->sub_states_finished)) {
 			continue;
 		}
-		// 5.
 		row->state_finished_sent = true;
 		emit(MachineNames::shared().state_finished, row->state);
-		// 6.
+		// Whoever heard of it may have left the state.
 		if (!row->live || leave_finished(row)) {
 			return;
 		}
@@ -128,7 +126,7 @@ void MachineRun::finish_from_outside(RunRow *row, int action) {
 		return;
 	}
 	Busy keep(*this);
-	Measured measured(false);
+	ScopedTimer timer(false);
 	{
 		RunningAs as(*this, row);
 		row->runs[action].finished = true;

@@ -32,7 +32,7 @@ public:
 	}
 	~Held() { let_go(); }
 
-	// The end of what a record holds may run a game's code, which must find this let go of already.
+	// The destructor of what a record holds can call user code, which must find this let go of already.
 	void let_go() {
 		T *former = record;
 		record = nullptr;

@@ -3,15 +3,15 @@
 #include "action/sc_action.hpp"
 #include "action/sc_native_actions.hpp"
 #include "machine/machine_run.hpp"
-#include "machine/measuring.hpp"
 #include "machine/names.hpp"
+#include "machine/scoped_timer.hpp"
 #include "machine_node/sc_machine_base.hpp"
 
 MachineRun *MachineRun::called_before = nullptr;
 
 void MachineRun::frame(Lane lane, double delta) {
-	call_order.fetch_next();
-	Measured measured(lane == LANE_PHYSICS);
+	call_order.prefetch_next();
+	ScopedTimer timer(lane == LANE_PHYSICS);
 	if (current == nullptr || paused) {
 		return;
 	}
@@ -82,9 +82,12 @@ void MachineRun::run_lane(Lane lane, double delta) {
 					elapsed = memory.interval_sum;
 					memory.interval_sum = 0.0;
 				}
-				// What nearly all are: a compiled kind with its own settings.
-				if (entry.runtime != nullptr && entry.compiled != nullptr && !entry.compiled->reads_variables()) {
-					if (entry.runtime->has_update) {
+				// What nearly all are: a compiled kind.
+				if (entry.runtime != nullptr && entry.compiled != nullptr) {
+					if (entry.compiled->reads_variables()) {
+						entry.compiled->read_variables(node);
+					}
+					if (entry.runtime->has_update && node != nullptr && row->live) {
 						entry.runtime->runtime->update(node, entry.compiled, action, elapsed);
 					}
 				} else {

@@ -19,9 +19,9 @@
 
 #include "machine/call_order.hpp"
 #include "machine/design_index.hpp"
-#include "machine/entry_guard.hpp"
 #include "machine/event_state.hpp"
 #include "machine/game_clock.hpp"
+#include "machine/loop_limiter.hpp"
 #include "machine/run_row.hpp"
 #include "machine/scratch_lists.hpp"
 #include "machine/value_table.hpp"
@@ -163,7 +163,7 @@ public:
 	Dictionary condition_slot();
 	bool ask(Object *condition, int index, const Variant &record);
 	bool ask_compiled(Object *condition, int index);
-	// The action that asks the question being answered; -1 for one asked from outside.
+	// The action that asks the condition being checked; -1 for one asked from outside.
 	int action_asking() const { return condition_index; }
 
 	// finishing.cpp: finished actions and finished states.
@@ -203,6 +203,8 @@ public:
 	Variant limit_value(const Variant &bound) const;
 	Dictionary values_dictionary() const;
 	void load_values(const Dictionary &from);
+	// The stored value itself, null when there is none or the table is not in use yet. Good until the next write.
+	const Variant *find_value(const StringName &name) const { return values.in_use ? values.find(name) : nullptr; }
 	// The stored value itself when nobody has to hear of a write to it, else null: for what counts in every frame. After the
 	// write comes mark_values_changed().
 	Variant *unguarded_value(const StringName &name) {
@@ -247,8 +249,6 @@ public:
 	// For work that others do for this machine each frame: whether it would be called itself. Kept up by the notifications
 	// of the node, as asking the engine for each machine costs more than the work.
 	bool lane_goes_on() const { return can_process && !paused; }
-	// What that reads, for whoever fetches it ahead of time.
-	const void *lane_state() const { return &can_process; }
 	void note_can_process(bool inside_tree);
 	// The engine turns both callbacks of a node on as it becomes ready.
 	void forget_lanes_known() { lane_known[LANE_FRAME] = lane_known[LANE_PHYSICS] = false; }
@@ -303,7 +303,7 @@ private:
 	void make_current(Resource *state);
 	void forget_event();
 	void leave_row(RunRow *row);
-	void detach_and_bury(RunRow *row);
+	void detach_and_retire(RunRow *row);
 	bool act_on_pending();
 	void stop_now();
 	bool is_heard(const StringName &signal) const;
@@ -380,7 +380,7 @@ private:
 	bool keep_event = false;
 	// What would nest deeper than this waits for its turn.
 	static constexpr int MOST_NESTED_CHANGES = 100;
-	EntryGuard guard;
+	LoopLimiter loop_limiter;
 
 	bool debug_log = false;
 	bool stepping = false;

@@ -78,7 +78,7 @@ public:
 	}
 	V *getptr(const StringName &key) { return const_cast<V *>(std::as_const(*this).getptr(key)); }
 
-	// For a name that may be there already. The former value ends when all is in order again.
+	// For a name that may be there already. The former value is destroyed when all is in order again.
 	void insert(const StringName &key, const V &value) {
 		if (V *found = getptr(key)) {
 			[[maybe_unused]] const V former = std::exchange(*found, value);
@@ -88,7 +88,7 @@ public:
 		index_last();
 	}
 
-	// Empty before the first value ends, which may run a game's code.
+	// Empty before the first value is destroyed, which can call user code.
 	void clear() {
 		[[maybe_unused]] const LocalVector<Entry> former = std::move(entries);
 		if (index != nullptr) {

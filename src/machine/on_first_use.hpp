@@ -14,7 +14,7 @@ public:
 	OnFirstUse(const T &value) :
 			made(value) {}
 	OnFirstUse &operator=(const T &value) {
-		// The end of the former value may run a game's code, which must find the new one here.
+		// The destructor of the former value can call user code, which must find the new one here.
 		std::optional<T> former(value);
 		made.swap(former);
 		return *this;

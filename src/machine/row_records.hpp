@@ -1,7 +1,7 @@
 #pragma once
 
 // Taking records out of the tables of a run row and putting them in. A record may hold the last
-// reference to something whose end runs a game's code, and that code may come back to the same table;
+// reference to something whose destructor can call user code, and that code may come back to the same table;
 // so what a table gives up is handed to the caller and dies there, never inside the table.
 
 #include <godot_cpp/templates/hash_map.hpp>

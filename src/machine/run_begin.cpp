@@ -19,7 +19,7 @@ MachineRun::~MachineRun() {
 		called_before = nullptr;
 	}
 	if (root != nullptr) {
-		detach_and_bury(root);
+		detach_and_retire(root);
 	}
 }
 
@@ -32,7 +32,7 @@ void MachineRun::abandon() {
 		// could come back later is killed all the same.
 		if (root != nullptr) {
 			mark_gone(root);
-			detach_and_bury(root);
+			detach_and_retire(root);
 		}
 		running = false;
 		make_current(nullptr);
@@ -46,7 +46,7 @@ void MachineRun::mark_gone(RunRow *row) {
 	for (RunRow *child : row->children) {
 		if (child != nullptr) {
 			mark_gone(child);
-			rows.bury(child);
+			rows.retire(child);
 		}
 	}
 	row->children.clear();
@@ -56,7 +56,7 @@ void MachineRun::mark_gone(RunRow *row) {
 }
 
 void MachineRun::end_busy() {
-	// Recycling lets go of resources and may run a game's code, so it counts as work itself.
+	// Recycling lets go of resources and can call user code, so it counts as work itself.
 	rows.recycle();
 	if (!running) {
 		rows.forget_states();
@@ -80,7 +80,7 @@ void MachineRun::begin(const DesignIndex &design, bool on_physics_tick, bool log
 	Busy keep(*this);
 	physics_tick = on_physics_tick;
 	debug_log = log;
-	guard.set_limit(loop_limit);
+	loop_limiter.set_limit(loop_limit);
 	events.forget_last();
 	running_row = nullptr;
 	// The states of the former design are kept by its index until the current one is kept apart from it.

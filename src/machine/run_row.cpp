@@ -81,7 +81,7 @@ void RunRow::forget_state() {
 	kept_by_index = 0;
 	compiled = nullptr;
 	entered_by = StringName();
-	// What may run a game's code goes last.
+	// What can call user code goes last.
 	const Ref<Resource> former_previous = std::move(previous_state);
 	const Ref<Resource> former = std::move(state);
 }
@@ -115,7 +115,7 @@ RunRow *RowPool::take(Resource *state) {
 }
 
 void RowPool::recycle_dead() {
-	// Clearing a row lets go of what a game left in it, whose end may run a game's code, which may bury more rows.
+	// Clearing a row lets go of what a game left in it, whose destructor can call user code, which may retire more rows.
 	while (!dead.is_empty()) {
 		RunRow *row = dead[dead.size() - 1];
 		dead.resize(dead.size() - 1);

@@ -109,7 +109,7 @@ public:
 	bool has_dead() const { return !dead.is_empty(); }
 	// A row that stands for this state.
 	RunRow *take(Resource *state);
-	void bury(RunRow *row) { dead.push_back(row); }
+	void retire(RunRow *row) { dead.push_back(row); }
 	// Only while no engine work is under way: until then a dead row is still read.
 	void recycle() {
 		if (!dead.is_empty()) {

@@ -1,6 +1,6 @@
 #pragma once
 
-// For a runtime that calls something that may run a game's code and then wants to go on: taken
+// For a runtime that calls something that can call user code and then wants to go on: taken
 // before the call, it tells afterwards whether the machine, and the run of the state it was taken
 // in, are still there. It also keeps the run itself readable meanwhile.
 

@@ -30,7 +30,7 @@ Variant ValueBound::described() const {
 }
 
 void ValueTable::load(const Dictionary &from) {
-	// Held until the table is whole again: the end of a value may run a game's code, which may read it.
+	// Held until the table is whole again: the destructor of a value can call user code, which may read it.
 	LocalVector<Variant> former;
 	former.reserve(table.size());
 	for (const NamedValues::Entry &entry : table) {
@@ -48,7 +48,7 @@ void ValueTable::load(const Dictionary &from) {
 }
 
 void ValueTable::load(NamedValues &&fresh) {
-	// Ends when all is in order: the end of a value may run a game's code.
+	// Destroyed when all is in order: the destructor of a value can call user code.
 	const NamedValues former(std::move(table));
 	table = std::move(fresh);
 	in_use = true;

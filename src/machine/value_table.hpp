@@ -69,7 +69,7 @@ struct ValueTable {
 	Variant get(const StringName &name, const Variant &fallback) const;
 	// Null when there is none; good until the next write. Only of a table that is in use.
 	const Variant *find(const StringName &name) const { return table.getptr(name); }
-	// Answers whether there was a former value. Its end may run a game's code, so the caller says when.
+	// Answers whether there was a former value. Its destructor can call user code, so the caller says when.
 	bool put(const StringName &name, const Variant &fresh, Variant &former);
 
 	// Called whenever one of the three has changed.

@@ -69,7 +69,7 @@ bool MachineRun::has_value(const StringName &name) const {
 
 void MachineRun::set_value(const StringName &name, const Variant &value) {
 	if (Variant *stored = unguarded_value(name)) {
-		// The end of the former value may run a game's code and even free this run, so it comes last of all.
+		// The destructor of the former value can call user code and even free this run, so it comes last of all.
 		const Variant former = std::exchange(*stored, value);
 		mark_values_changed();
 		return;
@@ -90,7 +90,7 @@ void MachineRun::set_value(const StringName &name, const Variant &value) {
 
 void MachineRun::write_value(const StringName &name, const Variant &value, bool limited) {
 	const Variant fresh = limited || values.limits.is_empty() ? value : within_limits(name, value);
-	// The end of the former value may run a game's code and even free this run, so it comes last of all.
+	// The destructor of the former value can call user code and even free this run, so it comes last of all.
 	Variant former;
 	const bool existed = values.put(name, fresh, former);
 	mark_values_changed();

@@ -2,7 +2,7 @@
 
 #include "design/sc_machine_state.hpp"
 #include "machine/machine_run.hpp"
-#include "machine/measuring.hpp"
+#include "machine/scoped_timer.hpp"
 
 #include <godot_cpp/classes/scene_tree.hpp>
 #include <godot_cpp/core/object.hpp>
@@ -317,27 +317,27 @@ void SCMachineBase::step_once() {
 }
 
 void SCMachineBase::set_measuring(bool on) {
-	Measuring::on = on;
+	MachineTime::on = on;
 }
 
 bool SCMachineBase::get_measuring() {
-	return Measuring::on;
+	return MachineTime::on;
 }
 
 int64_t SCMachineBase::get_measured_usec() {
-	return Measuring::usec;
+	return MachineTime::usec;
 }
 
 void SCMachineBase::set_measured_usec(int64_t usec) {
-	Measuring::usec = usec;
+	MachineTime::usec = usec;
 }
 
 int64_t SCMachineBase::get_measured_physics_usec() {
-	return Measuring::physics_usec;
+	return MachineTime::physics_usec;
 }
 
 void SCMachineBase::set_measured_physics_usec(int64_t usec) {
-	Measuring::physics_usec = usec;
+	MachineTime::physics_usec = usec;
 }
 
 void SCMachineBase::core_begin(const Array &design, bool physics_tick, bool debug_log, int64_t loop_limit, const Dictionary &values) {

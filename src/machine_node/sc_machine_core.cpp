@@ -59,11 +59,11 @@ SCMachineCore::~SCMachineCore() {
 }
 
 void SCMachineCore::set_design(const Ref<Resource> &new_design) {
-	// Held to the end: with its last holder gone it may run a game's code.
+	// Held to the end: its destructor can call user code.
 	const Ref<Resource> former = design;
 	const Ref<Resource> wanted = new_design;
 	design = wanted;
-	// Reading may run a game's code too, which may free this node or give it another design.
+	// Reading can call user code too, which may free this node or give it another design.
 	const ObjectID own_id = ObjectID(get_instance_id());
 	const Skeleton fresh(wanted);
 	if (ObjectDB::get_instance(own_id) == nullptr || design != wanted) {

@@ -25,12 +25,12 @@ bool is_same_storage(const Dictionary &left, const Dictionary &right) {
 void SCMachine::start() {
 	MachineRun &its_run = run();
 	MachineRun::Busy keep(its_run);
-	// 1. While states are being left nothing may begin: it is done as soon as they have been.
+	// While states are being left nothing may begin: it is done as soon as they have been.
 	if (its_run.is_leaving()) {
 		its_run.want_start();
 		return;
 	}
-	// 2. A running machine begins anew, unless its last actions have seen to that, or will not have it.
+	// A running machine begins anew, unless its last actions have seen to that, or will not have it.
 	if (its_run.is_running()) {
 		its_run.stop();
 		if (its_run.machine() == nullptr || its_run.is_running()) {
@@ -38,17 +38,17 @@ void SCMachine::start() {
 		}
 	}
 
-	// Nearly every step below may run a game's code, and that may free this node, or stop or start it
+	// Nearly every step below can call user code, and that may free this node, or stop or start it
 	// for itself: the later word stands.
 	const uint32_t this_start = ++start_count;
 	const auto goes_on = [&] { return its_run.machine() != nullptr && start_count == this_start; };
-	// What is replaced goes last, as its end may run a game's code as well.
+	// What is replaced goes last, as its destructor can call user code as well.
 	const OnFirstUse<TypedArray<SCMachineState>> former_states = states;
 	const OnFirstUse<TypedArray<SCMachineVariable>> former_variables = variables;
 	const Held<TemplateReading> former_reading = started_with;
 	const Ref<SCMachineState> former_initial_state = initial_state;
 
-	// 3. What is left of former runs.
+	// What is left of former runs goes.
 	start_held = false;
 	start_wanted = false;
 	its_run.clear_resume_states();
@@ -60,10 +60,10 @@ void SCMachine::start() {
 		start_wanted = true;
 		return;
 	}
-	// 4. The first machine to start in a scene notes the globals as they are.
+	// The first machine to start in a scene notes the globals as they are.
 	MachineValues::note_scene_start(this);
 
-	// 5. and 6. The design.
+	// The design, from the template or from the machine itself.
 	int64_t loop_limit = LOOP_INCREMENT_LIMIT;
 	Held<TemplateReading> reading;
 	DesignIndex design;
@@ -95,7 +95,7 @@ void SCMachine::start() {
 	}
 	its_run.values.load(std::move(starting));
 
-	// 7. The record of the machine that this one goes on from.
+	// The record of the machine that this one goes on from.
 	const Dictionary record = goes_on() ? claim_carried_record() : Dictionary();
 	if (!goes_on()) {
 		return;
@@ -109,7 +109,7 @@ void SCMachine::start() {
 		}
 	}
 
-	// 8. Limits. What was carried over keeps its values; else some start full.
+	// Limits. What was carried over keeps its values; else some start full.
 	if (goes_on()) {
 		MachineValues::learn_limits(this, declared);
 	}
@@ -127,7 +127,7 @@ void SCMachine::start() {
 		}
 	}
 
-	// 9. and 10. Off it goes.
+	// The first state is entered, once what enters with it can be heard.
 	const Ref<SCMachineState> first = initial_state;
 	if (first.is_null()) {
 		UtilityFunctions::push_warning(vformat("Machine on %s has no state to start in.", name_in_messages()));

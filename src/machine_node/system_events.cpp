@@ -248,12 +248,12 @@ bool SCMachine::make_pickable(Node *node) {
 		}
 		return true;
 	}
-	if (CollisionObject2D *flat = Object::cast_to<CollisionObject2D>(node)) {
-		flat->set_pickable(true);
+	if (CollisionObject2D *object_2d = Object::cast_to<CollisionObject2D>(node)) {
+		object_2d->set_pickable(true);
 		return true;
 	}
-	if (CollisionObject3D *solid = Object::cast_to<CollisionObject3D>(node)) {
-		solid->set_ray_pickable(true);
+	if (CollisionObject3D *object_3d = Object::cast_to<CollisionObject3D>(node)) {
+		object_3d->set_ray_pickable(true);
 		return true;
 	}
 	return false;
@@ -261,12 +261,12 @@ bool SCMachine::make_pickable(Node *node) {
 
 void SCMachine::on_visibility_changed(const StringName &wanted) {
 	Node *target = target_node();
-	const CanvasItem *flat = Object::cast_to<CanvasItem>(target);
-	const Node3D *solid = Object::cast_to<Node3D>(target);
-	if (flat == nullptr && solid == nullptr) {
+	const CanvasItem *node_2d = Object::cast_to<CanvasItem>(target);
+	const Node3D *node_3d = Object::cast_to<Node3D>(target);
+	if (node_2d == nullptr && node_3d == nullptr) {
 		return;
 	}
-	const bool visible = flat != nullptr ? flat->is_visible_in_tree() : solid->is_visible_in_tree();
+	const bool visible = node_2d != nullptr ? node_2d->is_visible_in_tree() : node_3d->is_visible_in_tree();
 	if (wanted == StringName(visible ? "shown" : "hidden")) {
 		core_system_event(wanted, Variant());
 	}

@@ -11,6 +11,7 @@
 //
 // A class whose setter has more to do hands its own pair to property().
 
+#include "machine/value_kinds.hpp"
 #include "settings/class_rows.hpp"
 #include "settings/field_of.hpp"
 #include "settings/hints.hpp"
@@ -176,6 +177,21 @@ public:
 
 template <class T>
 class ClassTable : public ClassTableBase {
+	template <auto Field>
+	static bool assign_field(Object *object, const Variant &value) {
+		using Value = typename FieldOf<Field>::Value;
+		using Bound = typename FieldOf<Field>::Bound;
+		T *owner = static_cast<T *>(object);
+		bool quiet = !FieldOf<Field>::relists();
+		if constexpr (std::is_same_v<Value, Variant>) {
+			quiet = quiet && !ValueKinds::may_call_out((owner->*Field).get_type());
+		} else {
+			quiet = quiet && !ValueKinds::may_call_out(Variant::Type(GetTypeInfo<Bound>::VARIANT_TYPE));
+		}
+		owner->template put_field<Field>(Bound(value));
+		return quiet;
+	}
+
 public:
 	explicit ClassTable(const char *about = "") :
 			ClassTableBase(T::get_class_static(), T::get_parent_class_static(), about) {}
@@ -207,6 +223,7 @@ public:
 			added->any_type = std::is_same_v<Value, Variant>;
 		}
 		added->field = &FieldOf<Field>::row;
+		added->assign = &assign_field<Field>;
 		FieldOf<Field>::row = added;
 		return SettingHandle(row, *added);
 	}

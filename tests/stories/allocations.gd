@@ -7,6 +7,20 @@ const FRAMES: int = 1000
 const WARM_UP: int = 5
 
 
+class Push:
+	extends SCMachineAction
+
+	@export var strength: float = 1.0
+	@export var way: Vector2
+	var pushed: int = 0
+
+	func _init() -> void:
+		run_mode = SCMachineAction.EVERY_FRAME
+
+	func _update(_m: SCMachine, _index: int, _delta: float) -> void:
+		pushed += 1
+
+
 func most_frames() -> int:
 	return 2 * FRAMES
 
@@ -52,6 +66,36 @@ func test_a_tick_asks_for_nothing() -> void:
 	expect(physical.get_value("ticks") >= FRAMES - 1, "the physics lane did not run: %s" % physical.get_value("ticks"))
 
 
+func test_a_tick_that_reads_its_settings_from_variables_asks_for_nothing() -> void:
+	var scale := SCVectorAction.new()
+	scale.operation = SCVectorAction.SCALE
+	scale.store_in = &"scaled"
+	scale.run_mode = SCMachineAction.EVERY_FRAME
+	for setting: StringName in [&"amount", &"per_second", &"first"]:
+		scale.set("%s_variable" % setting, setting)
+	var keep := SCClampAction.new()
+	keep.variable_name = &"kept"
+	keep.run_mode = SCMachineAction.EVERY_FRAME
+	# A whole number fits a setting that takes fractions, and a variable that is not there leaves what was typed in.
+	keep.from_variables = {&"lowest": &"whole", &"highest": &"nowhere"}
+	var push := Push.new()
+	push.set(&"strength_variable", &"amount")
+	push.set(&"way_variable", &"first")
+	var design := state("Work", [scale, keep, push, _ask_each_frame()])
+	var busy := start(machine([design], {"variables": {
+		"amount": 3.0, "per_second": false, "first": Vector2(2, 1), "scaled": Vector2(), "whole": 7, "kept": 1.0, "low": 4.0,
+	}}))
+	await _expect_nothing_over(FRAMES)
+	expect_equal(busy.get_value("scaled"), Vector2(6, 3))
+	expect_equal(busy.get_value("kept"), 7.0)
+	expect(push.pushed >= FRAMES, "the script's action did not run")
+	expect_equal([push.strength, push.way], [3.0, Vector2(2, 1)])
+	busy.set_value("amount", 0.5)
+	await frames(1)
+	expect_equal(busy.get_value("scaled"), Vector2(1, 0.5))
+	expect_equal(push.strength, 0.5)
+
+
 func test_an_event_that_finds_no_transition_asks_for_nothing() -> void:
 	var guard := start(machine([
 		state("Patrol", [], {"seen": "Chase"}, {"parallel": {
@@ -76,6 +120,17 @@ func test_an_event_that_finds_no_transition_asks_for_nothing() -> void:
 	expect_states(guard, ["Patrol", "Open", "Listen"])
 
 
+func test_a_change_of_state_three_levels_deep_asks_for_nothing() -> void:
+	var inner := state("Inner", [], {}, {"sub_states": [state("Left", [_once("left")], {"on": "Right"}), state("Right", [_once("right")], {"on": "Left"})]})
+	var guard := start(machine([state("Outer", [], {}, {"sub_states": [inner]})], {"variables": {"left": 0, "right": 0}}))
+	for connection: Dictionary in guard.event_sent.get_connections():
+		guard.event_sent.disconnect(connection["callable"])
+	for connection: Dictionary in guard.state_changed.get_connections():
+		guard.state_changed.disconnect(connection["callable"])
+	await _expect_nothing_over(FRAMES, func() -> void: guard.send_event(&"on"))
+	expect_equal(guard.get_value("left") + guard.get_value("right"), 1 + WARM_UP + FRAMES)
+
+
 func test_machines_that_wait_ask_for_nothing() -> void:
 	var waiting: Array[SCMachine] = []
 	for i in 100:
@@ -98,6 +153,23 @@ func test_a_number_that_is_written_again_asks_for_nothing() -> void:
 		guard.set_value(&"armour", written[0])
 	await _expect_nothing_over(FRAMES, write)
 	expect_equal(guard.get_value("armour"), WARM_UP + FRAMES)
+
+
+func _once(name: StringName) -> SCSetVariableAction:
+	return set_var(name, 1, {"operation": SCSetVariableAction.ADD})
+
+
+## Whether 1 is greater than what a variable holds, asked every frame and told once.
+func _ask_each_frame() -> SCCheckAction:
+	var condition := SCCompareCondition.new()
+	condition.first = 1.0
+	condition.test = SCCompareCondition.GREATER
+	condition.from_variables = {&"second": &"low"}
+	var made := SCCheckAction.new()
+	made.condition = condition
+	made.true_event = &"above"
+	made.run_mode = SCMachineAction.EVERY_FRAME
+	return made
 
 
 func _each_frame(name: StringName, value: Variant, options: Dictionary = {}) -> SCSetVariableAction:

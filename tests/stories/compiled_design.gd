@@ -60,6 +60,21 @@ func test_a_new_transition_counts_from_the_next_event_on() -> void:
 	expect_log(["a exit"])
 
 
+func test_a_sub_state_taken_out_is_not_entered_any_more() -> void:
+	var deepest := state("Deepest", [], {}, {"sub_states": [state("A", [], {"on": "B"}), state("B", [], {"on": "A"})]})
+	var middle := state("Middle", [], {}, {"sub_states": [deepest]})
+	var guard := start(machine([state("Outer", [], {}, {"sub_states": [middle]})]))
+	guard.send_event("on")
+	expect_states(guard, ["Outer", "Middle", "Deepest", "B"])
+	var a: SCMachineState = deepest.sub_states.pop_front()
+	guard.send_event("on")
+	expect_states(guard, ["Outer", "Middle", "Deepest", "B"])
+	# Anywhere below will do.
+	deepest.sub_states[0].sub_states.append(a)
+	guard.send_event("on")
+	expect_states(guard, ["Outer", "Middle", "Deepest", "A"])
+
+
 func test_what_an_action_says_of_itself_is_asked_once() -> void:
 	var work := act("work").ticking()
 	var design := state("Work", [work])

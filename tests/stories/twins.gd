@@ -30,6 +30,29 @@ class Creep:
 		run_mode = SCMachineAction.EVERY_FRAME
 
 
+class Meddler:
+	extends SCMachineAction
+
+	@export var first: float = 1.0:
+		set(given):
+			first = given
+			order.append(&"first")
+			if meddle.is_valid():
+				meddle.call()
+	@export var second: float = 2.0:
+		set(given):
+			second = given
+			order.append(&"second")
+	var order: Array[StringName] = []
+	var meddle: Callable
+
+	func _init() -> void:
+		run_mode = SCMachineAction.EVERY_FRAME
+
+	func _update(_m: SCMachine, _index: int, _delta: float) -> void:
+		pass
+
+
 func test_which_settings_have_a_twin() -> void:
 	# A variable setting of its own is kept, and one of a wrong type has none.
 	for row: Array in [
@@ -93,6 +116,85 @@ func test_a_bound_setting_is_read_each_time_the_state_is_entered() -> void:
 	expect_equal(pause.seconds, 5.0, "what was typed in comes back")
 
 
+func test_names_changed_in_place_count_from_the_next_frame() -> void:
+	var scale := _scaling()
+	var names := {&"amount": &"one"}
+	scale.from_variables = names
+	var guard := start(machine([state("Scale", [scale])], {"variables": {"scaled": Vector2(), "one": 1.0, "two": 2, "far": Vector2(5, 6)}}))
+	names = scale.from_variables
+	await frames(2)
+	expect_equal(guard.get_value("scaled"), Vector2(3, 4))
+	for step: Array in [
+		[func() -> void: names[&"amount"] = &"two", Vector2(6, 8), "another variable"],
+		[func() -> void: guard.set_value("two", 3), Vector2(9, 12), "a new value"],
+		[func() -> void: names[&"first"] = &"far", Vector2(15, 18), "one setting more"],
+		[func() -> void: names[&"amount"] = &"", Vector2(5, 6), "no variable: what was typed in"],
+		[func() -> void: names[&"amount"] = &"nowhere", Vector2(5, 6), "a variable that is not there"],
+		[func() -> void: names.erase(&"amount"); scale.amount = 4.0, Vector2(20, 24), "one setting less"],
+		[func() -> void: scale.set(&"first_variable", &""), Vector2(12, 16), "a cleared twin"],
+		[func() -> void: scale.first = Vector2(1, 1); scale.set(&"first_variable", &"far"), Vector2(20, 24), "and back"],
+		[func() -> void: scale.set(&"first_variable", &""), Vector2(4, 4), "what was typed in meanwhile"],
+		[func() -> void: names.clear(); scale.amount = 1.0, Vector2(1, 1), "none"],
+	]:
+		(step[0] as Callable).call()
+		await frames(2)
+		expect_equal(guard.get_value("scaled"), step[1], step[2])
+
+
+func test_what_was_typed_in_may_be_changed_where_it_is_remembered() -> void:
+	var scale := _scaling()
+	scale.set(&"amount_variable", &"one")
+	var guard := start(machine([state("Scale", [scale])], {"variables": {"scaled": Vector2(), "one": 2.0}}))
+	await frames(2)
+	var typed_in: Dictionary = scale.get(&"_typed_in")
+	typed_in[&"amount"] = 10
+	await frames(2)
+	expect_equal(guard.get_value("scaled"), Vector2(6, 8), "the variable is there")
+	scale.set(&"amount_variable", &"")
+	expect_equal(scale.amount, 10.0)
+
+
+func test_settings_of_a_script_are_read_in_order_whatever_their_setters_do() -> void:
+	var meddler := Meddler.new()
+	meddler.from_variables = {&"second": &"one", &"first": &"two"}
+	var guard := start(machine([state("Work", [meddler])], {"variables": {"one": 1.0, "two": 2.0, "three": 3.0}}))
+	await frames(2)
+	meddler.order.clear()
+	await frames(1)
+	expect_equal(meddler.order, [&"second", &"first"])
+	var names := meddler.from_variables
+	names.erase(&"second")
+	names[&"second"] = &"one"
+	meddler.order.clear()
+	await frames(1)
+	expect_equal(meddler.order, [&"first", &"second"], "in the order that they stand in now")
+	meddler.meddle = func() -> void: names[&"second"] = &"three"
+	await frames(1)
+	expect_equal(meddler.second, 3.0, "what the setter before it changed")
+	meddler.meddle = guard.free
+	meddler.second = 0.0
+	await frames(1)
+	expect_equal(meddler.second, 0.0, "nothing is read for a machine that has gone")
+	expect(not is_instance_valid(guard))
+
+
+func test_a_condition_reads_its_settings_each_time() -> void:
+	var compare := SCCompareCondition.new()
+	compare.first = 5.0
+	compare.test = SCCompareCondition.GREATER
+	compare.from_variables = {&"second": &"bar"}
+	var guard := start(machine([state("Idle")], {"variables": {"bar": 3, "other": 7.5}}))
+	for row: Array in [[3, true], [6.0, false], [4.5, true], [5, false]]:
+		guard.set_value("bar", row[0])
+		expect_equal(guard.ask(compare, -1, {}), row[1], str(row[0]))
+	guard.set_value("bar", 3)
+	compare.from_variables[&"second"] = &"other"
+	expect_equal(guard.ask(compare, -1, {}), false)
+	compare.set(&"second_variable", &"")
+	expect_equal(compare.second, 0.0)
+	expect_equal(guard.ask(compare, -1, {}), true)
+
+
 func test_the_run_mode_of_a_file_outlasts_the_script_it_belongs_to() -> void:
 	var creep := Creep.new()
 	expect_equal(creep.run_mode, SCMachineAction.EVERY_FRAME)
@@ -119,3 +221,12 @@ func test_what_an_action_reads_writes_and_sends() -> void:
 	var guard := start(machine([state("Idle")], {"variables": {"might": 3.5, "other": 1}}))
 	for row: Array in [[guard, "", "might = 3.5"], [guard, "Shove", "Shove  might = 3.5"], [null, "Shove", ""]]:
 		expect_equal(shove.live_words(row[0], row[1]), row[2])
+
+
+func _scaling() -> SCVectorAction:
+	var scale := SCVectorAction.new()
+	scale.operation = SCVectorAction.SCALE
+	scale.first = Vector2(3, 4)
+	scale.store_in = &"scaled"
+	scale.run_mode = SCMachineAction.EVERY_FRAME
+	return scale

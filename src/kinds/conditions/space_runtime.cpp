@@ -40,7 +40,7 @@ public:
 	void to(const Node *node) {
 		Vector3 spot;
 		if (placed && node != nullptr && node != body && spots::side_of(node) == side && spots::read(node, side, spot)) {
-			nearest = MIN(nearest, along_the_ground ? spots::flat_distance(from, spot, side) : spots::full_distance(from, spot));
+			nearest = MIN(nearest, along_the_ground ? spots::ground_distance(from, spot, side) : spots::full_distance(from, spot));
 		}
 	}
 };

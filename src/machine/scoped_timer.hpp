@@ -6,8 +6,8 @@
 
 #include <cstdint>
 
-class Measuring {
-	friend class Measured;
+class MachineTime {
+	friend class ScopedTimer;
 	static bool open;
 	static uint64_t now_usec();
 
@@ -18,30 +18,30 @@ public:
 };
 
 // Counts the time from here to the end of the block.
-class Measured {
+class ScopedTimer {
 	bool counts;
 	bool physics;
 	uint64_t since = 0;
 
 public:
-	explicit Measured(bool in_physics = false) :
-			counts(Measuring::on && !Measuring::open), physics(in_physics) {
+	explicit ScopedTimer(bool in_physics = false) :
+			counts(MachineTime::on && !MachineTime::open), physics(in_physics) {
 		if (counts) {
-			Measuring::open = true;
-			since = Measuring::now_usec();
+			MachineTime::open = true;
+			since = MachineTime::now_usec();
 		}
 	}
-	~Measured() {
+	~ScopedTimer() {
 		if (!counts) {
 			return;
 		}
-		const int64_t taken = int64_t(Measuring::now_usec() - since);
-		Measuring::usec += taken;
+		const int64_t taken = int64_t(MachineTime::now_usec() - since);
+		MachineTime::usec += taken;
 		if (physics) {
-			Measuring::physics_usec += taken;
+			MachineTime::physics_usec += taken;
 		}
-		Measuring::open = false;
+		MachineTime::open = false;
 	}
-	Measured(const Measured &) = delete;
-	Measured &operator=(const Measured &) = delete;
+	ScopedTimer(const ScopedTimer &) = delete;
+	ScopedTimer &operator=(const ScopedTimer &) = delete;
 };

@@ -11,7 +11,7 @@
 
 using namespace godot;
 
-class EntryGuard {
+class LoopLimiter {
 	static constexpr int64_t FRAME_FACTOR = 100;
 	static constexpr int64_t MOST_STATES = 100'000;
 	// Not even what gets somewhere goes on for ever: a loop over a list may be what makes the list longer.

@@ -1,6 +1,6 @@
-#include "machine/entry_guard.hpp"
+#include "machine/loop_limiter.hpp"
 
-int64_t EntryGuard::count_entry(uint64_t now) {
+int64_t LoopLimiter::count_entry(uint64_t now) {
 	if (now != frame) {
 		frame = now;
 		chain_count = 1;
@@ -23,7 +23,7 @@ int64_t EntryGuard::count_entry(uint64_t now) {
 	return 0;
 }
 
-void EntryGuard::progress_made(uint64_t walker, int64_t most, uint64_t now) {
+void LoopLimiter::progress_made(uint64_t walker, int64_t most, uint64_t now) {
 	if (now != walkers_frame) {
 		walkers_frame = now;
 		walkers.clear();

@@ -1,6 +1,6 @@
 #pragma once
 
-// Tells the processor that memory will soon be read. The address may be that of something freed: fetching
+// Tells the processor that memory will soon be read. The address may be that of something freed: a prefetch
 // never faults.
 
 #include <cstdint>
@@ -9,9 +9,7 @@
 #include <intrin.h>
 #endif
 
-namespace fetching {
-
-inline void ahead(uintptr_t address) {
+inline void prefetch(uintptr_t address) {
 #if defined(__GNUC__) || defined(__clang__)
 	// NOLINTNEXTLINE(performance-no-int-to-ptr): it is an address, and nobody reads through it.
 	__builtin_prefetch(reinterpret_cast<const void *>(address));
@@ -21,8 +19,6 @@ inline void ahead(uintptr_t address) {
 	_mm_prefetch(reinterpret_cast<const char *>(address), _MM_HINT_T0);
 #endif
 }
-inline void ahead(const void *place) {
-	ahead(uintptr_t(place));
+inline void prefetch(const void *place) {
+	prefetch(uintptr_t(place));
 }
-
-} // namespace fetching

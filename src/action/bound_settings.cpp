@@ -1,0 +1,145 @@
+#include "action/bound_settings.hpp"
+
+#include "action/kind.hpp"
+#include "action/reading.hpp"
+#include "action/values.hpp"
+#include "action/variable_names.hpp"
+#include "machine/machine_run.hpp"
+#include "machine/value_kinds.hpp"
+#include "machine_node/sc_machine_base.hpp"
+#include "settings/class_rows.hpp"
+
+#include <godot_cpp/core/memory.hpp>
+#include <godot_cpp/core/object.hpp>
+
+#include <optional>
+
+namespace {
+
+bool counts(Variant::Type type) {
+	return type == Variant::BOOL || type == Variant::INT || type == Variant::FLOAT;
+}
+
+// A script that stands between may take a setting for itself.
+bool is_the_kind_itself(Object *object, const ClassRow *row) {
+	const Ref<Script> script = object->get_script();
+	return row != nullptr && (script.is_null() || script->get_path() == row->script_path);
+}
+
+struct BoundSetting {
+	StringName setting;
+	StringName variable;
+	// Null for one that is set by its name.
+	SettingRow::Assign assign = nullptr;
+	// Writing it can never call user code.
+	bool is_quiet = false;
+	Variant typed_in;
+
+	bool takes(const Variant &held) const {
+		const Variant::Type wanted = typed_in.get_type();
+		const Variant::Type type = held.get_type();
+		return type == wanted || (counts(type) && counts(wanted));
+	}
+};
+
+// Asked only after something that can have called user code.
+class StillThere {
+	uint64_t object_id;
+	uint64_t machine_id;
+
+public:
+	StillThere(const Object *object, const SCMachineBase *machine) :
+			object_id(object->get_instance_id()), machine_id(machine->get_instance_id()) {}
+	explicit operator bool() const { return ObjectDB::get_instance(object_id) != nullptr && ObjectDB::get_instance(machine_id) != nullptr; }
+};
+
+} // namespace
+
+struct BoundSettings::Rows {
+	uint32_t holders = 0;
+	// As it was when this was worked out.
+	Dictionary named;
+	// The order of its entries counts where user code can be called between them.
+	uint32_t order = 0;
+	bool in_order = false;
+	LocalVector<BoundSetting> settings;
+
+	bool still_say(const Dictionary &now) const { return named == now && (!in_order || order == uint32_t(now.hash())); }
+};
+
+BoundSettings::BoundSettings() = default;
+BoundSettings::~BoundSettings() = default;
+
+void BoundSettings::forget() {
+	rows.let_go();
+}
+
+void BoundSettings::work_out(Object *object, const Dictionary &named, const Dictionary &typed_in) {
+	const Held<Rows> fresh(memnew(Rows));
+	fresh->named = named.duplicate();
+	fresh->order = uint32_t(named.hash());
+	const ClassRow *row = KindFields::of(object).row;
+	const bool by_field = is_the_kind_itself(object, row);
+	const Array settings = named.keys();
+	for (int64_t i = 0; i < settings.size(); i++) {
+		BoundSetting bound;
+		bound.setting = settings[i];
+		bound.variable = named.get(bound.setting, StringName());
+		const SettingRow *declared = by_field ? row->setting(bound.setting) : nullptr;
+		// A pretend property goes through the hook that makes it up.
+		if (declared != nullptr && !bound.variable.is_empty() && !ends_in_variable(bound.setting) && typed_in.has(bound.setting)) {
+			bound.typed_in = typed_in.get(bound.setting, Variant());
+			const bool is_its_type = declared->any_type || declared->info.type == bound.typed_in.get_type();
+			if (is_its_type && !ValueKinds::may_call_out(bound.typed_in.get_type()) && bound.typed_in.get_type() != Variant::NODE_PATH) {
+				bound.assign = declared->assign;
+				bound.is_quiet = !declared->any_type && !declared->relists;
+			}
+		}
+		fresh->in_order = fresh->in_order || bound.assign == nullptr;
+		fresh->settings.push_back(bound);
+	}
+	rows = fresh;
+}
+
+void BoundSettings::read_into(Object *object, const Dictionary &named, const Dictionary &typed_in, SCMachineBase *machine) {
+	if (by_name_alone || machine == nullptr) {
+		reading::read_variables_into(object, named, typed_in, machine);
+		return;
+	}
+	if (!rows.is_valid() || !rows->still_say(named)) {
+		rows.let_go();
+		if (named.is_empty()) {
+			return;
+		}
+		// By name the first time, as that is how what was typed in is remembered.
+		const StillThere there(object, machine);
+		reading::read_variables_into(object, named, typed_in, machine);
+		if (there) {
+			work_out(object, named, typed_in);
+		}
+		return;
+	}
+	// Kept for the length of the pass, in which it may be worked out anew.
+	const Held<Rows> pass = rows;
+	const MachineRun &run = machine->run();
+	std::optional<StillThere> there;
+	bool quiet = true;
+	for (const BoundSetting &bound : pass->settings) {
+		const Variant *held = quiet && bound.assign != nullptr ? run.find_value(bound.variable) : nullptr;
+		const bool by_field = held != nullptr && bound.takes(*held);
+		if (!(by_field && bound.is_quiet) && !there.has_value()) {
+			there.emplace(object, machine);
+		}
+		if (by_field) {
+			const bool as_it_is = held->get_type() == bound.typed_in.get_type();
+			quiet = as_it_is ? bound.assign(object, *held) : bound.assign(object, values::fitted_to(bound.typed_in, *held));
+		} else {
+			// From here on the rows may be out of date, and so may the values that were found.
+			quiet = false;
+			reading::read_one_into(object, bound.setting, named, typed_in, machine);
+		}
+		if (!quiet && !*there) {
+			return;
+		}
+	}
+}
