@@ -48,8 +48,7 @@ class StillThere {
 	uint64_t machine_id;
 
 public:
-	StillThere(const Object *object, const SCMachineBase *machine) :
-			object_id(object->get_instance_id()), machine_id(machine->get_instance_id()) {}
+	StillThere(const Object *object, const SCMachineBase *machine) : object_id(object->get_instance_id()), machine_id(machine->get_instance_id()) {}
 	explicit operator bool() const { return ObjectDB::get_instance(object_id) != nullptr && ObjectDB::get_instance(machine_id) != nullptr; }
 };
 

@@ -15,8 +15,8 @@
 //		kind.setting<&Self::seconds>("seconds", hint::SECONDS, "How long to wait.");
 //	}
 //
-// What shows when, what may stay empty, what is written and how it runs are said there too. The property list, the hints, the free-type settings, the 2D defaults, the script path, the docs of
-// the inspector and of the editor's help, and the palette are all read from that.
+// What shows when, what may stay empty, what is written and how it runs are said there too. The property list, the hints, the free-type settings, the 2D
+// defaults, the script path, the docs of the inspector and of the editor's help, and the palette are all read from that.
 
 #include "action/sc_action.hpp"
 #include "action/sc_condition.hpp"
@@ -75,22 +75,22 @@ public:
 	}
 };
 
-#define SC_KIND(m_class, m_inherits)                \
-	GDCLASS(m_class, m_inherits)                    \
-	SC_FIELDS                                       \
-public:                                             \
-	using Self = m_class;                           \
-	static void describe(KindTable<m_class> &kind); \
-	const ClassRow *class_row() const override {    \
-		return KindOf<m_class>::row;                \
-	}                                               \
-                                                    \
-protected:                                          \
-	static void _bind_methods() {                   \
-		KindTable<m_class> kind;                    \
-		describe(kind);                             \
-	}                                               \
-                                                    \
+#define SC_KIND(m_class, m_inherits)                                                                                                                           \
+	GDCLASS(m_class, m_inherits)                                                                                                                               \
+	SC_FIELDS                                                                                                                                                  \
+public:                                                                                                                                                        \
+	using Self = m_class;                                                                                                                                      \
+	static void describe(KindTable<m_class> &kind);                                                                                                            \
+	const ClassRow *class_row() const override {                                                                                                               \
+		return KindOf<m_class>::row;                                                                                                                           \
+	}                                                                                                                                                          \
+                                                                                                                                                               \
+protected:                                                                                                                                                     \
+	static void _bind_methods() {                                                                                                                              \
+		KindTable<m_class> kind;                                                                                                                               \
+		describe(kind);                                                                                                                                        \
+	}                                                                                                                                                          \
+                                                                                                                                                               \
 private:
 
 // The action as the compiled kind that it is, null when it is none: for a runtime that reads several settings at once, or

@@ -47,7 +47,8 @@ void add_once(TypedArray<StringName> &names, const StringName &name) {
 
 void add_variables_of(const Object *object, TypedArray<StringName> &names) {
 	for (const PropertyInfo &property : properties_of(object)) {
-		const bool names_one = property.type == Variant::STRING_NAME && is_in_editor(property) && (ends_in_variable(property.name) || property.name == ActionShared::get().variable_name || String(property.name).begins_with("store"));
+		const bool names_one = property.type == Variant::STRING_NAME && is_in_editor(property) &&
+				(ends_in_variable(property.name) || property.name == ActionShared::get().variable_name || String(property.name).begins_with("store"));
 		if (names_one) {
 			add_once(names, StringName(object->get(property.name)));
 		}

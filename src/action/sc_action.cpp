@@ -329,14 +329,20 @@ void SCMachineAction::_validate_property(PropertyInfo &property) const {
 void SCMachineAction::_bind_methods() {
 	ClassTable<SCMachineAction> table("One thing a state does. Actions run top to bottom while their state is active.");
 	table.constants_of<RunMode>();
-	table.setting<&SCMachineAction::run_mode>("run_mode", "Once does the work when the state is entered. Every Frame does it over and over while the state is active.");
-	table.setting<&SCMachineAction::update_interval>("update_interval", { PROPERTY_HINT_RANGE, "0,10,0.001,or_greater,suffix:s,hide_slider" }, "Seconds between repeats. Zero repeats every frame.");
+	table.setting<&SCMachineAction::run_mode>(
+			"run_mode", "Once does the work when the state is entered. Every Frame does it over and over while the state is active.");
+	table.setting<&SCMachineAction::update_interval>(
+			"update_interval", { PROPERTY_HINT_RANGE, "0,10,0.001,or_greater,suffix:s,hide_slider" }, "Seconds between repeats. Zero repeats every frame.");
 	table.setting<&SCMachineAction::wait_for_previous>("wait_for_previous", "Only run once the action above this one in the list has finished.");
 	table.setting<&SCMachineAction::disabled>("disabled", "Skip this action without deleting it.");
 	table.setting<&SCMachineAction::display_name>("display_name", "The name on the state's list of actions. Empty uses the action's type.");
-	table.property("from_variables", PropertyInfo(Variant::DICTIONARY, "from_variables", PROPERTY_HINT_DICTIONARY_TYPE, "StringName;StringName", PROPERTY_USAGE_STORAGE), &SCMachineAction::set_from_variables, &SCMachineAction::get_from_variables, "Which settings are read from a variable of the machine, and from which: setting name to variable name.");
+	table.property("from_variables",
+			PropertyInfo(Variant::DICTIONARY, "from_variables", PROPERTY_HINT_DICTIONARY_TYPE, "StringName;StringName", PROPERTY_USAGE_STORAGE),
+			&SCMachineAction::set_from_variables, &SCMachineAction::get_from_variables,
+			"Which settings are read from a variable of the machine, and from which: setting name to variable name.");
 	ClassDB::bind_method(D_METHOD("get_typed_in"), &SCMachineAction::get_typed_in);
-	ClassDB::add_property("SCMachineAction", PropertyInfo(Variant::DICTIONARY, "_typed_in", PROPERTY_HINT_DICTIONARY_TYPE, "StringName;Variant", PROPERTY_USAGE_NONE), "", "get_typed_in");
+	ClassDB::add_property("SCMachineAction",
+			PropertyInfo(Variant::DICTIONARY, "_typed_in", PROPERTY_HINT_DICTIONARY_TYPE, "StringName;Variant", PROPERTY_USAGE_NONE), "", "get_typed_in");
 
 	bind_operations();
 	bind_defaults();

@@ -78,7 +78,8 @@ bool SCNativeActions::has_helper(const StringName &name) {
 Variant SCNativeActions::call_helper(const StringName &name, const Array &arguments) {
 	const NativeHelper *found = shared_tables().helpers.getptr(name);
 	if (found == nullptr) {
-		_err_print_error("sc_native_helper", __FILE__, __LINE__, "Parameter \"found\" is null.", vformat("QuillStead has no compiled helper called %s.", name), false, true);
+		_err_print_error("sc_native_helper", __FILE__, __LINE__, "Parameter \"found\" is null.", vformat("QuillStead has no compiled helper called %s.", name),
+				false, true);
 		return Variant();
 	}
 	return (*found)(arguments);

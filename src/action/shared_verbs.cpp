@@ -54,7 +54,9 @@ bool keep(SCMachineBase *machine, const Object *kind, const StringName &variable
 	if (storing::put(machine, variable, answer.get_type() == Variant::FLOAT ? values::keep_whole(machine, variable, answer) : answer)) {
 		return true;
 	}
-	warn(machine, kind, vformat("%s holds %s, which cannot become %s, so it was left as it is. Pick another variable under %s, or change its type in the Variables tab.", variable, values::kind_in_words(machine->get_value(variable)), values::kind_in_words(answer), setting_in_inspector(setting)));
+	warn(machine, kind,
+			vformat("%s holds %s, which cannot become %s, so it was left as it is. Pick another variable under %s, or change its type in the Variables tab.",
+					variable, values::kind_in_words(machine->get_value(variable)), values::kind_in_words(answer), setting_in_inspector(setting)));
 	return false;
 }
 

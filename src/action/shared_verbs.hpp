@@ -133,6 +133,7 @@ struct Easing {
 };
 // Moves a property to a value and finishes the action when it is there, at once for no time at all.
 // The tween ends with the state. Null when there was nothing to wait for.
-Ref<Tween> tween_property(SCMachineBase *machine, int index, Node *node, const NodePath &property, const Variant &to, double seconds, const Easing &easing = Easing());
+Ref<Tween> tween_property(
+		SCMachineBase *machine, int index, Node *node, const NodePath &property, const Variant &to, double seconds, const Easing &easing = Easing());
 
 } // namespace verbs

@@ -71,8 +71,7 @@ class Tried {
 	LocalVector<Variant> before;
 
 public:
-	explicit Tried(Object *on) :
-			object(on), were_blocked(on->is_blocking_signals()) { object->set_block_signals(true); }
+	explicit Tried(Object *on) : object(on), were_blocked(on->is_blocking_signals()) { object->set_block_signals(true); }
 	~Tried() {
 		for (uint32_t i = settings.size(); i > 0; i--) {
 			object->set(settings[i - 1], before[i - 1]);
@@ -281,8 +280,10 @@ String shown_line(Object *object) {
 	const ActionShared &shared = ActionShared::get();
 	Tried tried(object);
 	for (const PropertyInfo &property : properties_of(object)) {
-		const bool may_gape = property.type == Variant::STRING_NAME || (property.type == Variant::STRING && (property.hint == PROPERTY_HINT_FILE || property.hint == PROPERTY_HINT_FILE_PATH));
-		if (may_gape && is_in_editor(property) && property.name != shared.display_name && !ends_in_variable(property.name) && !optional.has(property.name) && String(object->get(property.name)).is_empty()) {
+		const bool may_gape = property.type == Variant::STRING_NAME ||
+				(property.type == Variant::STRING && (property.hint == PROPERTY_HINT_FILE || property.hint == PROPERTY_HINT_FILE_PATH));
+		if (may_gape && is_in_editor(property) && property.name != shared.display_name && !ends_in_variable(property.name) && !optional.has(property.name) &&
+				String(object->get(property.name)).is_empty()) {
 			tried.set(property.name, String(GAP_MARKER));
 		}
 	}

@@ -49,7 +49,7 @@ void check_events(CheckedDesign &design) {
 		const bool is_a_slip = !meant.is_empty() && !is_sent_elsewhere;
 		design.find(is_a_slip ? DesignFinding::WARNING : DesignFinding::HINT, "unheard_event", use.place, use.about,
 				vformat("it sends %s, and no transition here waits for that", use.name),
-				is_a_slip ? near_names::did_you_mean(meant) + "Give both the same name."
+				is_a_slip ? vformat("%sGive both the same name.", near_names::did_you_mean(meant))
 						  : String("Add a transition for it, unless a script or another machine waits for it."));
 	}
 }
@@ -72,7 +72,7 @@ void check_variables(CheckedDesign &design) {
 			what = vformat("its %s is read from the variable %s, which is not declared", verbs::setting_in_inspector(use.setting), use.name);
 		}
 		design.find(is_sure ? DesignFinding::WARNING : DesignFinding::HINT, "undeclared_variable", use.place, use.about, what,
-				near_names::did_you_mean(meant) + vformat("Add %s in the Variables tab, or pick one that is there.", use.name));
+				vformat("%sAdd %s in the Variables tab, or pick one that is there.", near_names::did_you_mean(meant), use.name));
 	};
 	for (const NameUse &use : design.read) {
 		look_at(use, true);
@@ -94,6 +94,32 @@ void check_variables(CheckedDesign &design) {
 	}
 }
 
+namespace {
+
+// Limits that are numbers; those in variables are known only while the game runs.
+void check_limits_typed(CheckedDesign &design, const SCMachineVariable &variable, const String &place) {
+	const String least = variable.never_below.strip_edges();
+	const String most = variable.never_above.strip_edges();
+	if (least.is_valid_float() && most.is_valid_float() && least.to_float() > most.to_float()) {
+		design.find(DesignFinding::WARNING, "limits_crossed", place, &variable,
+				vformat("its Never Below is %s, which is more than its Never Above, %s", least, most), "Swap them.");
+		return;
+	}
+	if (!variable.is_number() || variable.starts != SCMachineVariable::AT_ITS_STARTING_VALUE) {
+		return;
+	}
+	const double start = values::as_number(variable.default_value);
+	if (least.is_valid_float() && start < least.to_float()) {
+		design.find(DesignFinding::WARNING, "start_beyond_limit", place, &variable,
+				vformat("its Default Value is %s, and its Never Below is %s, so it starts as that", words::number(start), least), "Change one of them.");
+	} else if (most.is_valid_float() && start > most.to_float()) {
+		design.find(DesignFinding::WARNING, "start_beyond_limit", place, &variable,
+				vformat("its Default Value is %s, and its Never Above is %s, so it starts as that", words::number(start), most), "Change one of them.");
+	}
+}
+
+} // namespace
+
 void check_limits(CheckedDesign &design) {
 	HashSet<StringName> names;
 	for (const Ref<SCMachineVariable> &variable : design.variables) {
@@ -113,10 +139,11 @@ void check_limits(CheckedDesign &design) {
 			}
 			design.find(DesignFinding::WARNING, "missing_limit", place, variable,
 					vformat("its %s is %s, which is neither a number nor a variable, so there is no limit", limit, bound),
-					near_names::did_you_mean(near_names::nearest(bound, design.variable_names)) + "Type a number, or the name of a number variable.");
+					vformat("%sType a number, or the name of a number variable.", near_names::did_you_mean(near_names::nearest(bound, design.variable_names))));
 		};
 		look_at(variable->never_below, "Never Below");
 		look_at(variable->get_never_above(), "Never Above");
+		check_limits_typed(design, *variable.ptr(), place);
 	}
 }
 

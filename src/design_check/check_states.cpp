@@ -105,7 +105,7 @@ void check_transitions(CheckedDesign &design) {
 			} else if (!CheckedDesign::holds(design.state_names, to)) {
 				const String meant = near_names::did_you_mean(near_names::nearest(to, design.state_names));
 				design.find(DesignFinding::WARNING, "missing_state", checked.place, transition,
-						vformat("%s leads to %s, and no state is called that", waits_for, to), meant + "Pick a state under To State.");
+						vformat("%s leads to %s, and no state is called that", waits_for, to), vformat("%sPick a state under To State.", meant));
 			}
 		}
 	}

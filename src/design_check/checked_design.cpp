@@ -10,12 +10,13 @@
 
 namespace {
 
-String name_of_action(const SCMachineAction &action) {
-	return action.display_name.is_empty() ? verbs::kind_in_palette(&action) : action.display_name;
-}
-
 String named(const StringName &name, const char *nameless) {
 	return name.is_empty() ? String(nameless) : String(name);
+}
+
+// The base of all kinds, by itself.
+bool is_bare(const SCMachineAction &action) {
+	return action.get_class() == SCMachineAction::get_class_static() && action.get_script().get_type() == Variant::NIL;
 }
 
 void add_once(LocalVector<StringName> &names, const StringName &name) {
@@ -26,12 +27,16 @@ void add_once(LocalVector<StringName> &names, const StringName &name) {
 
 } // namespace
 
+String CheckedDesign::name_of(const SCMachineAction &action) {
+	return action.display_name.is_empty() ? verbs::kind_in_palette(&action) : action.display_name;
+}
+
 Dictionary DesignFinding::as_dictionary() const {
 	Dictionary told;
 	told["severity"] = int64_t(severity);
 	told["rule"] = StringName(rule);
 	told["place"] = place;
-	told["text"] = what + ".";
+	told["text"] = vformat("%s.", what);
 	told["remedy"] = remedy;
 	told["about"] = about;
 	return told;
@@ -46,6 +51,7 @@ CheckedDesign::CheckedDesign(const SCMachineTemplate &from) : initial_state(from
 			find(DesignFinding::WARNING, "empty_row", name, Variant(), vformat("row %d of its events holds nothing", i + 1), "Take the row away.");
 		} else {
 			add_once(heard_events, event->event_name);
+			add_once(declared_events, event->event_name);
 		}
 	}
 	read_variables();
@@ -149,16 +155,31 @@ void CheckedDesign::read_actions(const CheckedState &checked) {
 			find(DesignFinding::WARNING, "empty_row", checked.place, state, vformat("row %d of its actions holds nothing, so nothing is done there", i + 1),
 					"Pick an action for it, or take the row away.");
 		} else if (action != nullptr && !action->disabled) {
+			if (is_bare(*action)) {
+				find(DesignFinding::WARNING, "bare_action", checked.place, held,
+						vformat("row %d of its actions is a plain SCMachineAction, which does nothing", i + 1), "Pick a kind of action in its place.");
+				continue;
+			}
 			// A script's answers are a game's code.
 			const Ref<SCMachineAction> kept(action);
 			read_action(*action, checked);
+			check_waiting(*action, checked, i);
 		}
+	}
+}
+
+void CheckedDesign::check_waiting(SCMachineAction &action, const CheckedState &checked, int64_t row) {
+	const Variant above = action.wait_for_previous && row > 0 ? checked.state->actions[row - 1] : Variant();
+	SCMachineAction *waited_for = Object::cast_to<SCMachineAction>(above.get_type() == Variant::OBJECT ? above.get_validated_object() : nullptr);
+	if (waited_for != nullptr && !waited_for->disabled && !waited_for->holds_its_state().is_empty()) {
+		find(DesignFinding::WARNING, "waits_for_ever", vformat("%s > %s", checked.place, name_of(action)), Ref<SCMachineAction>(&action),
+				vformat("it waits for %s before it, which never finishes", name_of(*waited_for)), "Untick Wait For Previous, or put it first.");
 	}
 }
 
 void CheckedDesign::read_action(SCMachineAction &action, const CheckedState &checked) {
 	NameUse use;
-	use.place = vformat("%s > %s", checked.place, name_of_action(action));
+	use.place = vformat("%s > %s", checked.place, name_of(action));
 	use.about = Ref<SCMachineAction>(&action);
 	use.in_state = checked.state.ptr();
 	const auto note = [&use](LocalVector<NameUse> &into, const PackedStringArray &names) {

@@ -45,17 +45,21 @@ struct CheckedDesign {
 	LocalVector<StringName> variable_names;
 	// The events that transitions wait for, and those that are declared.
 	LocalVector<StringName> heard_events;
+	LocalVector<StringName> declared_events;
 	LocalVector<NameUse> read;
 	LocalVector<NameUse> written;
 	LocalVector<NameUse> sent;
 
 	LocalVector<DesignFinding> findings;
 
+	// With nothing in it.
+	explicit CheckedDesign(const String &of) : name(of) {}
 	explicit CheckedDesign(const SCMachineTemplate &from);
 	explicit CheckedDesign(const SCMachine &machine);
 
 	void find(DesignFinding::Severity severity, const char *rule, const String &place, const Variant &about, const String &what, const String &remedy);
 	static bool holds(const LocalVector<StringName> &names, const StringName &name);
+	static String name_of(const SCMachineAction &action);
 
 private:
 	HashSet<uint64_t> visited;
@@ -63,5 +67,6 @@ private:
 	void read_states(const Array &list, const String &above, const Ref<SCMachineState> &start, const char *in_what);
 	void read_actions(const CheckedState &checked);
 	void read_action(SCMachineAction &action, const CheckedState &checked);
+	void check_waiting(SCMachineAction &action, const CheckedState &checked, int64_t row);
 	void read_variables();
 };

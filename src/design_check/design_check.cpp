@@ -26,6 +26,8 @@ LocalVector<DesignFinding> checked(CheckedDesign design, const Object *of) {
 	check_starts(design);
 	check_state_names(design);
 	check_transitions(design);
+	check_ways_out(design);
+	check_regions(design);
 	check_variables(design);
 	check_limits(design);
 	check_globals(design, of);
@@ -40,6 +42,20 @@ LocalVector<DesignFinding> checked(CheckedDesign design, const Object *of) {
 		}
 	}
 	return in_order;
+}
+
+// What belongs to this one machine, not to the design that others may run as well.
+LocalVector<DesignFinding> findings_on(SCMachine &machine) {
+	CheckedDesign nothing(machine.name_in_messages());
+	check_machine(nothing, machine);
+	return nothing.findings;
+}
+
+LocalVector<DesignFinding> with_further(LocalVector<DesignFinding> findings, const LocalVector<DesignFinding> &further) {
+	for (const DesignFinding &finding : further) {
+		findings.push_back(finding);
+	}
+	return findings;
 }
 
 TypedArray<Dictionary> findings_for_scripts(Object *design) {
@@ -69,6 +85,9 @@ uint64_t identity_of(const SCMachine *machine) {
 void tell_at_start(SCMachine *machine) {
 	if (!ProjectSettings::get_singleton()->get_setting(SETTING, true).booleanize()) {
 		return;
+	}
+	for (const DesignFinding &finding : findings_on(*machine)) {
+		UtilityFunctions::push_warning(finding.sentence());
 	}
 	if (told == nullptr) {
 		told = memnew(HashSet<uint64_t>);
@@ -110,14 +129,15 @@ void tell_at_start(SCMachine *machine) {
 LocalVector<DesignFinding> findings_in(Object *design) {
 	SCMachine *machine = Object::cast_to<SCMachine>(design);
 	const Ref<SCMachineTemplate> its_template(machine != nullptr ? machine->machine_template.ptr() : Object::cast_to<SCMachineTemplate>(design));
+	LocalVector<DesignFinding> findings = machine != nullptr ? findings_on(*machine) : LocalVector<DesignFinding>();
 	if (its_template.is_valid()) {
-		return checked(CheckedDesign(*its_template.ptr()), its_template.ptr());
+		return with_further(findings, checked(CheckedDesign(*its_template.ptr()), its_template.ptr()));
 	}
 	if (machine == nullptr) {
 		ERR_PRINT("Parameter \"design\" is neither a machine nor a template.");
 		return LocalVector<DesignFinding>();
 	}
-	return checked(CheckedDesign(*machine), machine);
+	return with_further(findings, checked(CheckedDesign(*machine), machine));
 }
 
 void register_check() {

@@ -18,10 +18,13 @@ void check_starts(CheckedDesign &design);
 void check_state_names(CheckedDesign &design);
 void check_ways_in(CheckedDesign &design);
 void check_transitions(CheckedDesign &design);
+void check_ways_out(CheckedDesign &design);
+void check_regions(CheckedDesign &design);
 void check_events(CheckedDesign &design);
 void check_variables(CheckedDesign &design);
 void check_limits(CheckedDesign &design);
 void check_globals(CheckedDesign &design, const Object *of);
+void check_machine(CheckedDesign &design, SCMachine &machine);
 
 // Binds what scripts ask, and offers itself to the machines.
 void register_check();

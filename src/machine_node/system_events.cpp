@@ -193,7 +193,8 @@ void SCMachine::warn_never_sent(const StringName &wanted) {
 	const String target_name = target != nullptr ? String(target->get_name()) : String("its node");
 	const String target_kind = target != nullptr ? "a " + target->get_class() : String("missing");
 	const String remedy = CompanionScripts::call(MachineNames::shared().system_events_script, "sent_by", Array::make(wanted));
-	UtilityFunctions::push_warning(vformat("Machine on %s waits for %s, but %s is %s, which never sends it. That takes %s.", machine_name, wanted, target_name, target_kind, remedy));
+	UtilityFunctions::push_warning(
+			vformat("Machine on %s waits for %s, but %s is %s, which never sends it. That takes %s.", machine_name, wanted, target_name, target_kind, remedy));
 }
 
 void SCMachine::disconnect_system_events() {

@@ -38,33 +38,33 @@ struct EnumWords {
 // Declares a nested enum once: the inspector's labels and the constants that scripts see come from it.
 // A file or a script may put any number into it, hence a type that holds any.
 #define SC_ENUM(m_name, ...) SC_ENUM_LABELLED(m_name, nullptr, __VA_ARGS__)
-#define SC_ENUM_LABELLED(m_name, m_labels, ...)              \
-	enum m_name : int { __VA_ARGS__ };                       \
-	friend constexpr EnumWords enum_words_of(m_name) {       \
-		return EnumWords{ #m_name, #__VA_ARGS__, m_labels }; \
+#define SC_ENUM_LABELLED(m_name, m_labels, ...)                                                                                                                \
+	enum m_name : int { __VA_ARGS__ };                                                                                                                         \
+	friend constexpr EnumWords enum_words_of(m_name) {                                                                                                         \
+		return EnumWords{ #m_name, #__VA_ARGS__, m_labels };                                                                                                   \
 	}
 
 // Goes into the class body beside GDCLASS: the accessors that setting() binds.
-#define SC_FIELDS                                                                     \
-public:                                                                               \
-	template <auto Field>                                                             \
-	void put_field(typename FieldOf<Field>::Argument given_) {                        \
-		const auto fresh_ = typename FieldOf<Field>::Value(given_);                   \
-		const ClassRow *row_ = setting_edits::row_of(this);                           \
-		if (!setting_edits::matter(row_, FieldOf<Field>::row)) {                      \
-			this->*Field = fresh_;                                                    \
-			return;                                                                   \
-		}                                                                             \
-		const uint64_t before_ = setting_edits::shown(this, row_);                    \
-		const bool relists_ = FieldOf<Field>::relists() && !(fresh_ == this->*Field); \
-		this->*Field = fresh_;                                                        \
-		setting_edits::tell(this, row_, before_, relists_);                           \
-	}                                                                                 \
-	template <auto Field>                                                             \
-	typename FieldOf<Field>::Bound take_field() const {                               \
-		return typename FieldOf<Field>::Bound(this->*Field);                          \
-	}                                                                                 \
-                                                                                      \
+#define SC_FIELDS                                                                                                                                              \
+public:                                                                                                                                                        \
+	template <auto Field>                                                                                                                                      \
+	void put_field(typename FieldOf<Field>::Argument given_) {                                                                                                 \
+		const auto fresh_ = typename FieldOf<Field>::Value(given_);                                                                                            \
+		const ClassRow *row_ = setting_edits::row_of(this);                                                                                                    \
+		if (!setting_edits::matter(row_, FieldOf<Field>::row)) {                                                                                               \
+			this->*Field = fresh_;                                                                                                                             \
+			return;                                                                                                                                            \
+		}                                                                                                                                                      \
+		const uint64_t before_ = setting_edits::shown(this, row_);                                                                                             \
+		const bool relists_ = FieldOf<Field>::relists() && !(fresh_ == this->*Field);                                                                          \
+		this->*Field = fresh_;                                                                                                                                 \
+		setting_edits::tell(this, row_, before_, relists_);                                                                                                    \
+	}                                                                                                                                                          \
+	template <auto Field>                                                                                                                                      \
+	typename FieldOf<Field>::Bound take_field() const {                                                                                                        \
+		return typename FieldOf<Field>::Bound(this->*Field);                                                                                                   \
+	}                                                                                                                                                          \
+                                                                                                                                                               \
 private:
 
 // The engine's description of a value of type V, as far as the type alone decides it.
@@ -80,9 +80,7 @@ struct PropertyOf<Variant> {
 };
 template <class T>
 struct PropertyOf<Ref<T>> {
-	static PropertyInfo info(const StringName &) {
-		return PropertyInfo(Variant::OBJECT, StringName(), PROPERTY_HINT_RESOURCE_TYPE, T::get_class_static());
-	}
+	static PropertyInfo info(const StringName &) { return PropertyInfo(Variant::OBJECT, StringName(), PROPERTY_HINT_RESOURCE_TYPE, T::get_class_static()); }
 };
 // "24/17:SCMachineState": objects, resources by hint, of that class.
 template <class T>
@@ -103,8 +101,7 @@ class SettingHandle {
 	SettingRow &row;
 
 public:
-	SettingHandle(ClassRow &class_row, SettingRow &setting_row) :
-			owner(class_row), row(setting_row) {}
+	SettingHandle(ClassRow &class_row, SettingRow &setting_row) : owner(class_row), row(setting_row) {}
 	// The default is in metres; a 2D machine takes it times the pixels of a metre.
 	SettingHandle &px_in_2d() {
 		row.px_in_2d = true;
@@ -193,8 +190,7 @@ class ClassTable : public ClassTableBase {
 	}
 
 public:
-	explicit ClassTable(const char *about = "") :
-			ClassTableBase(T::get_class_static(), T::get_parent_class_static(), about) {}
+	explicit ClassTable(const char *about = "") : ClassTableBase(T::get_class_static(), T::get_parent_class_static(), about) {}
 
 	template <auto Field>
 	SettingHandle setting(const char *name, const char *doc) {
@@ -228,7 +224,8 @@ public:
 		return SettingHandle(row, *added);
 	}
 	template <class Setter, class Getter>
-	SettingHandle property(const char *name, const PropertyInfo &info, Setter setter, Getter getter, const char *doc, const char *accessors = nullptr, const char *argument = nullptr) {
+	SettingHandle property(const char *name, const PropertyInfo &info, Setter setter, Getter getter, const char *doc, const char *accessors = nullptr,
+			const char *argument = nullptr) {
 		const String accessor = accessors != nullptr ? accessors : name;
 		const StringName set_name = accessor_name("set_", accessor);
 		const StringName get_name = accessor_name("get_", accessor);

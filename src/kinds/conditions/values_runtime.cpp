@@ -7,13 +7,25 @@
 
 namespace {
 
+bool is_text(const Variant &value) {
+	return value.get_type() == Variant::STRING || value.get_type() == Variant::STRING_NAME;
+}
+
 bool is_such_variable(SCMachineBase *machine, SCMachineCondition *condition) {
 	using Kind = SCVariableCondition;
 	Variant held;
 	if (!conditions::read<&Kind::variable_name>(machine, condition, held)) {
 		return false;
 	}
-	return comparing::passes(held, comparing::Test(setting_of<&Kind::test>(condition)), setting_of<&Kind::value>(condition));
+	const auto test = comparing::Test(setting_of<&Kind::test>(condition));
+	const Variant value = setting_of<&Kind::value>(condition);
+	if (test <= comparing::LESS_OR_EQUAL && (is_text(held) ? values::is_number(value) : values::is_number(held) && is_text(value))) {
+		verbs::warn(machine, condition,
+				vformat("%s holds %s and is compared with %s, which is never the same. Give Value the right kind of value, or pick another variable under "
+						"Variable Name.",
+						setting_of<&Kind::variable_name>(condition), values::kind_in_words(held), values::kind_in_words(value)));
+	}
+	return comparing::passes(held, test, value);
 }
 
 bool compare(SCMachineBase *, SCMachineCondition *condition) {

@@ -122,8 +122,14 @@ bool may_be_whole(Operation operation) {
 }
 
 class Math_ : public SCNativeAction {
-	static double side(SCMachineBase *machine, double typed_in, const StringName &variable, bool &is_int) {
-		is_int = !variable.is_empty() && machine->get_value(variable).get_type() == Variant::INT;
+	static double side(SCMachineBase *machine, const SCMachineAction *action, double typed_in, const StringName &variable, bool &is_int) {
+		const Variant held = variable.is_empty() ? Variant(typed_in) : machine->get_value(variable);
+		is_int = held.get_type() == Variant::INT;
+		if (held.get_type() != Variant::NIL && held.get_type() != Variant::BOOL && !values::is_number(held)) {
+			verbs::warn(machine, action,
+					vformat("%s holds %s, which is no number, so it was taken as 0. Pick a number variable in its place.", variable,
+							values::kind_in_words(held)));
+		}
 		return values::number_of(machine, typed_in, variable);
 	}
 
@@ -137,8 +143,8 @@ class Math_ : public SCNativeAction {
 		const Operation operation = setting_of<&Kind::operation>(action);
 		bool first_is_int = false;
 		bool second_is_int = false;
-		const double first = side(machine, setting_of<&Kind::first>(action), setting_of<&Kind::first_variable>(action), first_is_int);
-		const double second = side(machine, setting_of<&Kind::second>(action), setting_of<&Kind::second_variable>(action), second_is_int);
+		const double first = side(machine, action, setting_of<&Kind::first>(action), setting_of<&Kind::first_variable>(action), first_is_int);
+		const double second = side(machine, action, setting_of<&Kind::second>(action), setting_of<&Kind::second_variable>(action), second_is_int);
 		double answer = 0.0;
 		if (divides(operation) && std::abs(second) < NEAR_ENOUGH) {
 			const StillHere here(machine);

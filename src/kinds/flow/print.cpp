@@ -1,5 +1,7 @@
 #include "kinds/flow/print.hpp"
 
+#include "action/words.hpp"
+
 void SCPrintAction::describe(KindTable<Self> &kind) {
 	kind.about("flow", "print", "Print a line to the Output panel.");
 	kind.runs(Runs::ONCE_OR_REPEATING);
@@ -11,4 +13,15 @@ void SCPrintAction::describe(KindTable<Self> &kind) {
 
 String SCPrintAction::summary_default() {
 	return vformat("Print \"%s\"", text);
+}
+
+PackedStringArray SCPrintAction::variables_read_default() {
+	PackedStringArray names = SCMachineAction::variables_read_default();
+	const PackedStringArray in_braces = words::names_in(text);
+	for (int64_t i = 0; i < in_braces.size(); i++) {
+		if (!names.has(in_braces[i])) {
+			names.push_back(in_braces[i]);
+		}
+	}
+	return names;
 }

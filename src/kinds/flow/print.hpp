@@ -14,4 +14,5 @@ public:
 	Loudness loudness = AS_LINE;
 
 	String summary_default() override;
+	PackedStringArray variables_read_default() override;
 };

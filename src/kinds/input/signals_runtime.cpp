@@ -52,6 +52,10 @@ class EventOnSignal : public SCNativeAction {
 			verbs::say<&Kind::warn_signal>(action, machine, index, int(Kind::NO_SUCH_SIGNAL), node);
 			return;
 		}
+		if (setting_of<&Kind::event_name>(action).is_empty() && setting_of<&Kind::store_argument_in>(action).is_empty()) {
+			verbs::warn(machine, action,
+					vformat("it hears %s and has nothing to send. Type an event under Event Name, or pick a variable under Store Argument In.", signal));
+		}
 		const Callable handler = ActionCall::make("Event On Signal", machine, action, index, hear);
 		Dictionary slot = machine->slot(index);
 		slot[names().handler] = handler;

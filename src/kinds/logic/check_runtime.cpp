@@ -41,6 +41,9 @@ class Check : public SCNativeAction {
 		const StringName true_event = setting_of<&Kind::true_event>(action);
 		const StringName false_event = setting_of<&Kind::false_event>(action);
 		const bool only_changes = setting_of<&Kind::only_when_it_changes>(action);
+		if (store_in.is_empty() && true_event.is_empty() && false_event.is_empty()) {
+			verbs::warn(machine, action, "nothing is done with the answer. Type an event under True Event or False Event, or pick a variable under Store In.");
+		}
 		Dictionary slot = machine->slot(index);
 		const bool answer = machine->ask(condition.ptr(), index, slot);
 		if (here && !store_in.is_empty()) {

@@ -90,7 +90,11 @@ public:
 			progress.move_to(count + 1);
 			if (here) {
 				machine->progress_made(action, int(MIN(times, int64_t(INT32_MAX))));
-				machine->send_event(setting_of<&SCRepeatAction::again_event>(action));
+				const StringName again = setting_of<&SCRepeatAction::again_event>(action);
+				if (again.is_empty()) {
+					verbs::warn(machine, action, "it has no event to send each time, so it stays at the first. Type one under Again Event.");
+				}
+				machine->send_event(again);
 			}
 			return;
 		}
