@@ -168,7 +168,8 @@ func within(property: Dictionary, before: Variant = null) -> Variant:
 		TYPE_BOOL:
 			return dice.one_in(2)
 		TYPE_INT, TYPE_FLOAT:
-			return type_convert(_number(property["hint"], options), type)
+			# Every machine that reaches every machine would be all that a town is busy with.
+			return 0 if name == "reach" and well > 0 and not dice.one_in(8) else type_convert(_number(property["hint"], options), type)
 		TYPE_STRING, TYPE_STRING_NAME:
 			return type_convert(_text(property, options), type)
 		TYPE_NODE_PATH:
@@ -275,6 +276,10 @@ func _text(property: Dictionary, options: PackedStringArray) -> String:
 func _name_for(setting: String) -> StringName:
 	if setting == "variable_there":
 		return &"heard"
+	# What comes in late may be of any type.
+	if setting.ends_with("_in") and well > 0:
+		declared[StringName("any %d of %s" % [well, setting])] = null
+		return StringName("any %d of %s" % [well, setting])
 	if setting.ends_with("variable") or setting.ends_with("_in") or setting == "variable_name":
 		for like: StringName in [&"list", &"table"]:
 			if setting.begins_with(like) and dice.one_in(2):
