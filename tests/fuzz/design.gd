@@ -33,6 +33,8 @@ var called: Callable
 ## How many of ten actions are the game's own.
 var own_in_ten: int = 0
 var wants_mate: bool = false
+## The action that runs this same design, which may have been taken out of it meanwhile.
+var runs_itself: SCRunTemplateAction
 
 var _deck: Array[StringName]
 var _next: int = 0
@@ -81,10 +83,9 @@ func state(name: StringName, actions: Array = [], transitions: Variant = {}, opt
 
 func take_apart() -> void:
 	filling.live = null
+	if runs_itself != null:
+		runs_itself.template = null
 	for made in _states:
-		for run in made.actions:
-			if run is SCRunTemplateAction:
-				run.set(&"template", null)
 		made.actions = []
 		made.transitions = []
 		made.sub_states = []

@@ -175,6 +175,7 @@ func _plant_in_values(fault: String) -> Fault:
 		"a_template_that_runs_itself":
 			var endless := _kind(&"SCRunTemplateAction", {"template": _of.design}, ["Run Template on", "inside one another"])
 			endless.of_machine = "TemplateRunning"
+			_of.runs_itself = _of.first.actions[0]
 			return endless
 		"limits_that_name_one_another":
 			variables.append_array([
