@@ -26,7 +26,6 @@ const TO_THE_SCENE: Array[StringName] = [
 	&"put back", &"take out", &"reparent", &"move", &"change mode", &"show", &"rename", &"replace", &"replace", &"leave", &"leave", &"take a node away",
 	&"press", &"edit", &"edit", &"edit", &"start elsewhere", &"measure", &"change speed", &"pause the game",
 ]
-## Once in a while will do where there are many machines.
 const TO_ALL: Array[StringName] = [&"measure", &"change speed", &"pause the game"]
 const ROUGH_ONES: Array[StringName] = [&"ask", &"replace values", &"finish", &"progress", &"take a node away"]
 const KEPT: int = 12
@@ -90,7 +89,7 @@ func do_one(where: String, machine: SCMachine, index: int = -1) -> void:
 	trail.append("%s: %s %s" % [where, deed, machine.name])
 	if trail.size() > TRAIL:
 		trail.remove_at(0)
-	if (deed in ROUGH_ONES and not _rough) or (deed in TO_ALL and _dice.randi_range(0, _town.size()) > 20):
+	if (deed in ROUGH_ONES and not _rough) or (deed in TO_ALL and not _may_reach_all()):
 		return
 	if deed in TO_MACHINES:
 		_do_to_machine(deed, machine, index)
@@ -144,7 +143,7 @@ func _do_to_machine(deed: StringName, machine: SCMachine, index: int) -> void:
 			else:
 				machine.send_event(event, data)
 		&"broadcast":
-			if _dice.one_in(2):
+			if _may_reach_all() and _dice.one_in(2):
 				SCMachine.broadcast_everywhere(_any_event(), data)
 			else:
 				machine.broadcast_event(Town.RUNNERS, _any_event(), data)
@@ -316,7 +315,13 @@ func _any_state() -> SCMachineState:
 
 
 func _any_event() -> StringName:
-	return _dice.pick(Filling.EVENTS + ([Design.BEGIN, Filling.AHEAD, &"answer", &"again", &"hidden"] as Array[StringName]))
+	var event: StringName = _dice.pick(Filling.EVENTS + ([Design.BEGIN, Filling.AHEAD, &"answer", &"again", &"hidden"] as Array[StringName]))
+	return event if event != Design.GLOBAL_EVENT or _may_reach_all() else &"go"
+
+
+## Once in a while will do where there are thousands of machines.
+func _may_reach_all() -> bool:
+	return _dice.randi_range(0, _town.size()) < 20
 
 
 func _any_bell() -> Own.Bell:

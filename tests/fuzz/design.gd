@@ -13,6 +13,7 @@ const MOST_DEPTH: int = 3
 const SPARES: int = 4
 ## Leads from the first state to the others.
 const BEGIN: StringName = &"begin"
+const GLOBAL_EVENT: StringName = &"alarm"
 ## What an action may bring about within its own frame.
 const AT_ONCE: Array[StringName] = [Filling.AHEAD, &"hidden", &"shown"]
 
@@ -32,6 +33,8 @@ var called: Callable
 ## How many of ten actions are the game's own.
 var own_in_ten: int = 0
 var wants_mate: bool = false
+## The action that runs this same design, which may have been taken out of it meanwhile.
+var runs_itself: SCRunTemplateAction
 
 var _deck: Array[StringName]
 var _next: int = 0
@@ -60,13 +63,14 @@ func draw() -> SCMachineTemplate:
 	for i in SPARES:
 		_spares.append(_new_action())
 	first = state(&"Start", [wait(60.0)], {BEGIN: &"S0", &"answer": Filling.ANSWERED})
-	design = template([first, state(Filling.ANSWERED, [], {&"again": &"Start"})] + behind, {"variables": _declared, "events": [declared_event(&"alarm", {"is_global": true})]})
+	design = template([first, state(Filling.ANSWERED, [], {&"again": &"Start"})] + behind, {"variables": _declared, "events": [declared_event(GLOBAL_EVENT, {"is_global": true})]})
 	design.carries_over = valid and dice.one_in(3)
 	design.variables[0].never_above = "level"
 	design.variables[1].is_global = dice.one_in(2)
+	if dice.one_in(2):
+		design.initial_state = dice.pick(behind)
 	if not valid and dice.one_in(2):
 		design.variables[1].never_above = "whole"
-		design.initial_state = dice.pick(behind)
 	return design
 
 
@@ -79,10 +83,9 @@ func state(name: StringName, actions: Array = [], transitions: Variant = {}, opt
 
 func take_apart() -> void:
 	filling.live = null
+	if runs_itself != null:
+		runs_itself.template = null
 	for made in _states:
-		for run in made.actions:
-			if run is SCRunTemplateAction:
-				run.set(&"template", null)
 		made.actions = []
 		made.transitions = []
 		made.sub_states = []
@@ -110,9 +113,9 @@ func next_kind() -> StringName:
 
 static func of_filling(kind: StringName, number: int) -> Filling:
 	var own_dice := Dice.new()
-	own_dice.seed = hash("%s %d" % [kind, number])
+	own_dice.seed = absi(hash("%s %d" % [kind, number])) + 1
 	var made := Filling.new(own_dice, true)
-	made.well = number
+	made.well = own_dice.seed
 	return made
 
 

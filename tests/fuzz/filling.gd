@@ -39,6 +39,11 @@ const STAND_INS: Dictionary[String, StringName] = {
 	"Shape3D": &"SphereShape3D", "Texture": &"GradientTexture2D", "Texture2D": &"GradientTexture2D", "VideoStream": &"VideoStreamTheora",
 }
 
+static var _odd: Array = [
+	NAN, INF, -INF, 1e300, -1, 9223372036854775807, -9223372036854775807, "", &"a name", Vector2(NAN, INF), Vector3(1e38, NAN, -INF), Vector3.ZERO,
+	Color(NAN, -4.0, 1e30), RID(), Transform3D(Basis(Vector3.ZERO, Vector3.ZERO, Vector3.ZERO), Vector3.ZERO), Vector2i(-1, 2147483647), null,
+	PackedByteArray([1]),
+]
 static var _settings: Dictionary[StringName, Array] = {}
 
 var dice: Dice
@@ -168,7 +173,8 @@ func within(property: Dictionary, before: Variant = null) -> Variant:
 		TYPE_BOOL:
 			return dice.one_in(2)
 		TYPE_INT, TYPE_FLOAT:
-			return type_convert(_number(property["hint"], options), type)
+			# Every machine that reaches every machine would be all that a town is busy with.
+			return 0 if name == "reach" and well > 0 and not dice.one_in(8) else type_convert(_number(property["hint"], options), type)
 		TYPE_STRING, TYPE_STRING_NAME:
 			return type_convert(_text(property, options), type)
 		TYPE_NODE_PATH:
@@ -197,36 +203,17 @@ func within(property: Dictionary, before: Variant = null) -> Variant:
 
 
 func odd() -> Variant:
-	match dice.randi() % 30:
-		0: return NAN
-		1: return INF
-		2: return -INF
-		3: return 1e300
-		4: return -1
-		5: return 9223372036854775807
-		6: return -9223372036854775807
-		7: return ""
-		8: return "x".repeat(5000)
-		9: return &"a name"
-		10, 11: return dice.pick(PATHS_TO_NOWHERE)
-		12: return Vector2(NAN, INF)
-		13: return Vector3(1e38, NAN, -INF)
-		14: return Vector3.ZERO
-		15: return Color(NAN, -4.0, 1e30)
-		16: return live
-		17: return Callable()
-		18: return Signal(self, &"nothing")
-		19: return RID()
-		20: return Transform3D(Basis(Vector3.ZERO, Vector3.ZERO, Vector3.ZERO), Vector3.ZERO)
-		21: return Vector2i(-1, 2147483647)
-		22: return SCMachineState.new()
-		23: return Gradient.new()
-		24: return SCCompareCondition.new()
-		25: return [null, NAN, "x", []]
-		26: return {null: NAN, "x": {}}
-		27: return PackedByteArray([1])
-		28: return _gone()
-	return null
+	match dice.randi_range(0, _odd.size() + 9):
+		0: return live
+		1: return Callable()
+		2: return Signal(self, &"nothing")
+		3: return "x".repeat(5000)
+		4: return [SCMachineState, Gradient, SCCompareCondition][dice.randi_range(0, 2)].new()
+		5: return _gone()
+		6, 7: return dice.pick(PATHS_TO_NOWHERE)
+		8: return [null, NAN, "x", []]
+		9: return {null: NAN, "x": {}}
+	return dice.pick(_odd)
 
 
 func _gone() -> Variant:
@@ -275,6 +262,10 @@ func _text(property: Dictionary, options: PackedStringArray) -> String:
 func _name_for(setting: String) -> StringName:
 	if setting == "variable_there":
 		return &"heard"
+	# What comes in late may be of any type.
+	if setting.ends_with("_in") and well > 0:
+		declared[StringName("any %d of %s" % [well, setting])] = null
+		return StringName("any %d of %s" % [well, setting])
 	if setting.ends_with("variable") or setting.ends_with("_in") or setting == "variable_name":
 		for like: StringName in [&"list", &"table"]:
 			if setting.begins_with(like) and dice.one_in(2):

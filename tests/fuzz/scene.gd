@@ -6,13 +6,13 @@ enum Dimension { NONE, IN_2D, IN_3D }
 const ENDINGS: Array[String] = ["", "2D", "3D"]
 ## Classes that end in a star are those of the side.
 const NODES: Dictionary[String, String] = {
-	"Plain": "Node", "Label": "Label", "Button": "Button", "Sprite": "Sprite*",
+	"Plain": "Node", "Sprite": "Sprite*", "Label": "Label", "Button": "Button",
 	"Area": "Area*", "Body": "CharacterBody*", "Rigid": "RigidBody*", "Sound": "AudioStreamPlayer*", "Track": "Path*",
 	"Track/Rider": "PathFollow*", "Eye": "Camera*", "Animations": "AnimationPlayer", "Ticker": "Timer", "Box": "HBoxContainer",
 	"Box/Inside": "LineEdit",
 }
 ## So many of them stand for all where there are thousands of machines.
-const FEW: int = 4
+const FEW: int = 2
 const MATE: NodePath = ^"../Mate"
 
 

@@ -109,6 +109,11 @@ func build(design: Design, number: int) -> Node:
 	built.name = "Host%d" % number
 	if built is Node2D:
 		(built as Node2D).position = Vector2(dice.randf(), dice.randf()) * WIDTH
+	# There before the one that may ask for it at once.
+	if design.wants_mate:
+		var mate := SCMachine.new()
+		mate.template = _mate
+		_put_under(built, mate, "Mate")
 	var brain := SCMachine.new()
 	if size() < 40 and dice.one_in(5):
 		brain.states = design.design.states
@@ -117,10 +122,6 @@ func build(design: Design, number: int) -> Node:
 	else:
 		brain.template = design.design
 	_put_under(built, brain, "Machine%d" % number)
-	if design.wants_mate:
-		var mate := SCMachine.new()
-		mate.template = _mate
-		_put_under(built, mate, "Mate")
 	made[built.get_instance_id()] = built.get_class()
 	return built
 
@@ -149,7 +150,7 @@ func remember(resource: Resource) -> void:
 	for property in resource.get_property_list():
 		var held: Variant = resource.get(property["name"]) if property["usage"] & PROPERTY_USAGE_STORAGE else null
 		for item: Variant in held if held is Array else [held]:
-			if item is Resource:
+			if is_instance_valid(item) and item is Resource:
 				remember(item)
 
 

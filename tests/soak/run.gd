@@ -39,7 +39,10 @@ func _initialize() -> void:
 func _play_rounds() -> bool:
 	var stage := Node.new()
 	root.add_child(stage)
+	# The rehearsal judges what it provokes.
+	print("== stories begin")
 	await Rehearsal.hold(stage, _catcher)
+	print("== stories end")
 	stage.free()
 	var round := Round.new(self)
 	round.machines = maxi(1, _options["machines"])

@@ -4,7 +4,6 @@ extends Story
 
 const Dice := preload("res://tests/fuzz/dice.gd")
 const Filling := preload("res://tests/fuzz/filling.gd")
-const Scene := preload("res://tests/fuzz/scene.gd")
 const Tables := preload("res://tests/stories/files/kind_tables.gd")
 
 const FILE: String = "user://story_sweep.tres"
@@ -44,7 +43,7 @@ func test_they_are_registered_wait_first_and_assert_last() -> void:
 func test_each_can_be_made_and_tells_what_it_is() -> void:
 	for kind in Filling.kinds():
 		expect(ClassDB.can_instantiate(kind), "%s cannot be made" % kind)
-		var made := Filling.made_of(kind)
+		var made := _bare(kind)
 		expect_equal(SCMachineAction.kind_name(made), kind)
 		var is_condition := made is SCMachineCondition
 		expect(String(kind).ends_with("Condition") == is_condition and (is_condition or made is SCMachineAction), "%s is named after the other base" % kind)
@@ -64,7 +63,7 @@ func test_each_setting_has_its_words() -> void:
 
 func test_each_starts_with_what_its_settings_allow() -> void:
 	for kind in Filling.kinds():
-		var made := Filling.made_of(kind)
+		var made := _bare(kind)
 		for property in Filling.settings_of(kind):
 			var fault := _out_of_place(property, made.get(property["name"]))
 			expect(fault.is_empty(), "%s.%s starts as %s" % [kind, property["name"], fault])
@@ -72,7 +71,7 @@ func test_each_starts_with_what_its_settings_allow() -> void:
 
 func test_a_file_keeps_every_setting() -> void:
 	for kind in Filling.kinds():
-		var made := Filling.made_of(kind)
+		var made := _bare(kind)
 		_fill_in(made)
 		var loaded := _saved_and_loaded(made)
 		expect(loaded != null and loaded.get_class() == String(kind), "%s does not come back from a file" % kind)
@@ -82,7 +81,7 @@ func test_a_file_keeps_every_setting() -> void:
 
 func test_a_file_keeps_which_variables_are_read() -> void:
 	for kind in Filling.kinds():
-		var made := Filling.made_of(kind)
+		var made := _bare(kind)
 		var settings := SCMachineAction.can_be_read_from_a_variable_of(made)
 		_read_everything_from_variables(made)
 		var said: String = made.call(&"shown_summary")
@@ -109,7 +108,7 @@ func test_each_has_its_script_and_the_script_its_runtime() -> void:
 		var script: GDScript = load(path)
 		expect_equal(script.get_instance_base_type(), kind, path)
 		expect(script.get_base_script() == null and script.get_global_name().is_empty(), "%s stands for more than its kind" % path)
-		var bare := Filling.made_of(kind)
+		var bare := _bare(kind)
 		var scripted: Resource = script.new()
 		var has := SCMachineAction._core_has_runtime(bare)
 		if not has:
@@ -154,7 +153,7 @@ func test_the_2d_defaults_are_the_settled_ones() -> void:
 		expect(settled.has(key), "%s has a 2D default that is not settled" % key)
 	for kind in Filling.kinds():
 		for way: StringName in [&"suit_settings_2d", &"suit_2d"]:
-			var suited := Filling.made_of(kind)
+			var suited := _bare(kind)
 			if way == &"suit_settings_2d":
 				SCMachineAction.suit_settings_2d(suited)
 			elif suited is SCMachineAction:
@@ -173,7 +172,7 @@ func test_settings_of_one_side_are_there() -> void:
 		for on_2d: bool in [false, true]:
 			SCMachineAction.set_shown_on_2d(1 if on_2d else 0)
 			var shown := false
-			for property in Filling.made_of(parts[0]).get_property_list():
+			for property in _bare(parts[0]).get_property_list():
 				if property["name"] == parts[1] and property["usage"] & PROPERTY_USAGE_EDITOR:
 					shown = true
 			expect(shown == (on_2d == Tables.ON_ONE_SIDE[entry]), "%s is %s in %s" % [key, "shown" if shown else "hidden", "2D" if on_2d else "3D"])
@@ -221,7 +220,7 @@ func _run_everywhere(kind: StringName, prepare: Callable) -> void:
 
 func _put_to_work(kind: StringName, host: Node, mode: int, prepare: Callable) -> SCMachine:
 	add(host)
-	var made: Resource = ClassDB.instantiate(kind)
+	var made := _bare(kind)
 	prepare.call(made)
 	var action := Filling.action_with(made)
 	action.run_mode = mode
@@ -232,6 +231,10 @@ func _put_the_game_back() -> void:
 	tree.paused = false
 	Engine.time_scale = 1.0
 	Input.mouse_mode = Input.MOUSE_MODE_VISIBLE
+
+
+func _bare(kind: StringName) -> Resource:
+	return ClassDB.instantiate(kind)
 
 
 func _expect_words(whose: String, words: String) -> void:
@@ -334,7 +337,7 @@ func _same(a: Variant, b: Variant) -> bool:
 
 
 func _expect_suited(kind: StringName, way: StringName, suited: Resource, settled: Dictionary[String, Variant]) -> void:
-	var bare := Filling.made_of(kind)
+	var bare := _bare(kind)
 	for property in Filling.stored_of(kind):
 		var setting: String = property["name"]
 		var key := "%s:%s" % [kind, setting]
