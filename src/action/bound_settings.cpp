@@ -29,16 +29,36 @@ bool is_the_kind_itself(Object *object, const ClassRow *row) {
 struct BoundSetting {
 	StringName setting;
 	StringName variable;
+	Variant typed_in;
+	// What was typed in is a value of its own and no node or path, so that another of its type only has to be written.
+	bool is_simple = false;
 	// Null for one that is set by its name.
 	SettingRow::Assign assign = nullptr;
 	// Writing it can never call user code.
 	bool is_quiet = false;
-	Variant typed_in;
 
 	bool takes(const Variant &held) const {
 		const Variant::Type wanted = typed_in.get_type();
 		const Variant::Type type = held.get_type();
 		return type == wanted || (counts(type) && counts(wanted));
+	}
+	// As what `assign` answers.
+	bool write(Object *object, const Variant &held) const {
+		if (held.get_type() != typed_in.get_type()) {
+			return put(object, values::fitted_to(typed_in, held));
+		}
+		return put(object, held);
+	}
+
+private:
+	bool put(Object *object, const Variant &value) const {
+		if (assign != nullptr) {
+			return assign(object, value);
+		}
+		// The variable may be written, and its machine freed, while the setter runs.
+		const Variant kept = value;
+		object->set(setting, kept);
+		return false;
 	}
 };
 
@@ -84,17 +104,17 @@ void BoundSettings::work_out(Object *object, const Dictionary &named, const Dict
 		BoundSetting bound;
 		bound.setting = settings[i];
 		bound.variable = named.get(bound.setting, StringName());
-		const SettingRow *declared = by_field ? row->setting(bound.setting) : nullptr;
-		// A pretend property goes through the hook that makes it up.
-		if (declared != nullptr && !bound.variable.is_empty() && !ends_in_variable(bound.setting) && typed_in.has(bound.setting)) {
+		if (!bound.variable.is_empty() && typed_in.has(bound.setting)) {
 			bound.typed_in = typed_in.get(bound.setting, Variant());
-			const bool is_its_type = declared->any_type || declared->info.type == bound.typed_in.get_type();
-			if (is_its_type && !ValueKinds::may_call_out(bound.typed_in.get_type()) && bound.typed_in.get_type() != Variant::NODE_PATH) {
-				bound.assign = declared->assign;
-				bound.is_quiet = !declared->any_type && !declared->relists;
-			}
+			bound.is_simple = !ValueKinds::may_call_out(bound.typed_in.get_type()) && bound.typed_in.get_type() != Variant::NODE_PATH;
 		}
-		fresh->in_order = fresh->in_order || bound.assign == nullptr;
+		// A pretend property goes through the hook that makes it up.
+		const SettingRow *declared = by_field && bound.is_simple && !ends_in_variable(bound.setting) ? row->setting(bound.setting) : nullptr;
+		if (declared != nullptr && (declared->any_type || declared->info.type == bound.typed_in.get_type())) {
+			bound.assign = declared->assign;
+			bound.is_quiet = bound.assign != nullptr && !declared->any_type && !declared->relists;
+		}
+		fresh->in_order = fresh->in_order || !bound.is_quiet;
 		fresh->settings.push_back(bound);
 	}
 	rows = fresh;
@@ -122,23 +142,25 @@ void BoundSettings::read_into(Object *object, const Dictionary &named, const Dic
 	const Held<Rows> pass = rows;
 	const MachineRun &run = machine->run();
 	std::optional<StillThere> there;
-	bool quiet = true;
+	bool still_true = true;
 	for (const BoundSetting &bound : pass->settings) {
-		const Variant *held = quiet && bound.assign != nullptr ? run.find_value(bound.variable) : nullptr;
-		const bool by_field = held != nullptr && bound.takes(*held);
-		if (!(by_field && bound.is_quiet) && !there.has_value()) {
+		const Variant *held = still_true && bound.is_simple ? run.find_value(bound.variable) : nullptr;
+		const bool only_written = held != nullptr && bound.takes(*held);
+		if (!(only_written && bound.is_quiet) && !there.has_value()) {
 			there.emplace(object, machine);
 		}
-		if (by_field) {
-			const bool as_it_is = held->get_type() == bound.typed_in.get_type();
-			quiet = as_it_is ? bound.assign(object, *held) : bound.assign(object, values::fitted_to(bound.typed_in, *held));
+		bool quiet = false;
+		if (only_written) {
+			quiet = bound.write(object, *held);
 		} else {
-			// From here on the rows may be out of date, and so may the values that were found.
-			quiet = false;
 			reading::read_one_into(object, bound.setting, named, typed_in, machine);
 		}
-		if (!quiet && !*there) {
-			return;
+		if (!quiet) {
+			if (!*there) {
+				return;
+			}
+			// What that called may have bound other settings, or have asked for what was typed in.
+			still_true = rows.ptr() == pass.ptr() && !by_name_alone && pass->still_say(named);
 		}
 	}
 }
