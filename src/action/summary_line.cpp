@@ -62,7 +62,7 @@ TypedArray<StringName> optional_names_of(Object *object) {
 	return action != nullptr ? action->optional_names() : TypedArray<StringName>();
 }
 
-// Settings set for the length of a question. Nobody hears of it, or the inspector would draw itself
+// Settings set for as long as the kind is asked. Nobody hears of it, or the inspector would draw itself
 // anew for every line that the graph draws.
 class Tried {
 	Object *object;
