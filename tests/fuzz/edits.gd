@@ -43,7 +43,7 @@ func edit() -> void:
 			state.is_end_state = not state.is_end_state
 		&"add transition":
 			var to: SCMachineState = _town.dice.pick(of.design.states)
-			_add(state, &"transitions", of.transition(_town.dice.pick(Filling.EVENTS.slice(0, -1)), to.state_name))
+			_add(state, &"transitions", of.transition(_town.dice.pick(Filling.EVENTS.slice(0, -1)), to.state_name if to != null else &""))
 		&"drop transition" when not state.transitions.is_empty() and state != of.first:
 			state.transitions.remove_at(_town.dice.randi_range(0, state.transitions.size() - 1))
 		&"add sub-state" when may_hold and state.parallel_states.is_empty():

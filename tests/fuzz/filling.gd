@@ -7,7 +7,7 @@ const Scene := preload("res://tests/fuzz/scene.gd")
 
 ## What every random design declares, a variable of each type.
 const VARIABLES: Dictionary[StringName, Variant] = {
-	&"whole": 3, &"level": 2.5, &"words": "some words", &"flag": true, &"place_2d": Vector2(3, 4), &"place_3d": Vector3(1, 2, 3),
+	&"whole": 3, &"level": 0.5, &"words": "some words", &"flag": true, &"place_2d": Vector2(3, 4), &"place_3d": Vector3(1, 2, 3),
 	&"tint": Color.ORANGE, &"list": [1, 2, 3], &"table": {"key": 1}, &"thing": null,
 }
 ## A name that no variable, state, event, group or node has.
@@ -25,6 +25,8 @@ const PATHS_TO_NOWHERE: Array[NodePath] = [
 ## Whatever a property of these is set to, the engine takes it calmly.
 const PROPERTIES: Array[String] = ["visible", "process_priority", "modulate", "modulate:a", "text", "", "nothing_like_it", "visible:nothing", "::"]
 const TEXTS: Array[String] = ["some words", "7.5", "a,b,c", "{level} of {whole}", "{nobody} {level:2} {", "", "  ", "ÄÖ \n\t"]
+## Seconds that anything lasts that may outlive its machine.
+const LONGEST: float = 0.5
 ## They would end the run that plays them.
 const ENDS_THE_GAME: Array[StringName] = [&"SCQuitGameAction"]
 ## Not drawn: they would end the run as well, or print what looks like a fault.
@@ -57,13 +59,13 @@ var declared: Dictionary[StringName, Variant] = {}
 var wants_mate: bool = false
 var faults: PackedStringArray = []
 
-# The variable that most settings of one filling are about.
+# The variable that most settings of one filling are about; not the whole one, as fractions get into it in the end.
 var _theme: StringName
 
 
 func _init(with_dice: Dice, few_nodes: bool) -> void:
 	dice = with_dice
-	_theme = dice.pick(VARIABLES.keys())
+	_theme = dice.pick(VARIABLES.keys().slice(1))
 	paths = Scene.paths(few_nodes)
 
 
@@ -239,7 +241,8 @@ func _number(hint: PropertyHint, options: PackedStringArray) -> float:
 		PROPERTY_HINT_ENUM:
 			return dice.pick(choices_of(options))
 		PROPERTY_HINT_RANGE:
-			return options[0].to_float() + floorf(pow(dice.randf(), 6.0) * (options[1].to_float() - options[0].to_float()) * 16.0) / 16.0
+			var number := options[0].to_float() + floorf(pow(dice.randf(), 6.0) * (options[1].to_float() - options[0].to_float()) * 16.0) / 16.0
+			return minf(number, LONGEST) if well > 0 and "suffix:s" in options else number
 		PROPERTY_HINT_FLAGS:
 			return dice.randi() % (1 << options.size())
 	return dice.randi_range(-12, 48) / 4.0

@@ -12,7 +12,6 @@ const MOST_SECONDS: float = 570.0
 ## A round that is played alone is played so often, to see whether memory grows.
 const REPLAYS: int = 8
 ## Lists and tables that have reached their size are kept.
-const WARM_UP: int = 3
 const MEMORY_SLACK: int = 16 * 1024
 
 var _options: Dictionary[String, int] = {"seed": 1, "seconds": 300, "machines": 3000, "round": -1}
@@ -69,13 +68,14 @@ func _play_rounds() -> bool:
 	return faults.is_empty()
 
 
-## From the end of the warm-up on, memory may go up and down, but not only up: the least of the last rounds is held against
-## the most of as many after the warm-up.
+## In its second half, memory may go up and down, but not only up: the least of the last rounds is held against the most of as
+## many from the middle on. Until then there are kinds that have not been played before.
 func _judge_memory() -> PackedStringArray:
-	var count := mini(5, floori((_memory.size() - WARM_UP) / 2.0))
+	var count := mini(5, floori(_memory.size() / 4.0))
 	if count < 2:
 		return []
-	var early: Array = Array(_memory.slice(WARM_UP, WARM_UP + count))
+	var middle := floori(_memory.size() / 2.0)
+	var early: Array = Array(_memory.slice(middle, middle + count))
 	var late: Array = Array(_memory.slice(-count))
 	var growth: int = late.min() - early.max()
 	if growth <= MEMORY_SLACK:

@@ -7,6 +7,7 @@ const Census := preload("res://tests/soak/soak_census.gd")
 const Deeds := preload("res://tests/fuzz/deeds.gd")
 const Design := preload("res://tests/fuzz/design.gd")
 const Dice := preload("res://tests/fuzz/dice.gd")
+const Filling := preload("res://tests/fuzz/filling.gd")
 const Scene := preload("res://tests/fuzz/scene.gd")
 const Town := preload("res://tests/fuzz/town.gd")
 
@@ -157,8 +158,8 @@ func _end(stage: Node) -> void:
 	_deeds = null
 	_square = null
 	_town.let_go()
-	# Lanes notice in their next call that there is nothing to do.
-	for i in 2:
+	# Lanes notice in their next call that there is nothing to do; what is drawn stays for a while.
+	for i in ceili(Filling.LONGEST * 60.0) + 2:
 		await tree.process_frame
 		await tree.physics_frame
 	await tree.process_frame
