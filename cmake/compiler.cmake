@@ -42,16 +42,16 @@ endif()
 
 add_library(quillstead_warnings INTERFACE)
 if(MSVC)
-	add_compile_options(/GR- /utf-8 $<$<CONFIG:Debug>:/O2>)
+	add_compile_options(/utf-8 $<$<CONFIG:Debug>:/O2>)
 	add_compile_definitions(_HAS_EXCEPTIONS=0 NOMINMAX)
-	target_compile_options(quillstead_warnings INTERFACE /W4 /WX)
+	target_compile_options(quillstead_warnings INTERFACE /W4 $<$<BOOL:${QUILLSTEAD_WARNINGS_AS_ERRORS}>:/WX>)
 else()
 	# An engine error tells the source file: from the root, not from where somebody has it checked out.
-	add_compile_options($<$<COMPILE_LANGUAGE:CXX>:-fno-exceptions> $<$<COMPILE_LANGUAGE:CXX>:-fno-rtti> -fmacro-prefix-map=${CMAKE_SOURCE_DIR}/=)
+	add_compile_options($<$<COMPILE_LANGUAGE:CXX>:-fno-exceptions> -fmacro-prefix-map=${CMAKE_SOURCE_DIR}/=)
 	# A game is made with the debug library, so it must not be slow; lines for a backtrace are all that is kept.
 	set(CMAKE_CXX_FLAGS_DEBUG "-O2 -g1")
 	set(CMAKE_CXX_FLAGS_RELEASE "-O3")
-	target_compile_options(quillstead_warnings INTERFACE -Wall -Wextra -Wshadow -Werror)
+	target_compile_options(quillstead_warnings INTERFACE -Wall -Wextra -Wshadow $<$<BOOL:${QUILLSTEAD_WARNINGS_AS_ERRORS}>:-Werror>)
 endif()
 
 if(QUILLSTEAD_SANITIZE)

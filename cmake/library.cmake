@@ -24,6 +24,14 @@ set_target_properties(quillstead_core PROPERTIES
 	RUNTIME_OUTPUT_DIRECTORY "${output_dir}"
 	ARCHIVE_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}")
 
+# The compiler marks templates of its standard library as visible, whatever it is told; the engine asks for the entry alone.
+if(APPLE)
+	target_link_options(quillstead_core PRIVATE "LINKER:-exported_symbol,_quillstead_core_init")
+elseif(NOT MSVC)
+	set(exports "${CMAKE_CURRENT_LIST_DIR}/core_exports.map")
+	target_link_options(quillstead_core PRIVATE "LINKER:--version-script,${exports}")
+	set_property(TARGET quillstead_core APPEND PROPERTY LINK_DEPENDS "${exports}")
+endif()
 if(NOT MSVC AND NOT APPLE)
 	target_link_options(quillstead_core PRIVATE -Wl,--gc-sections)
 	target_compile_options(quillstead_core PRIVATE -ffunction-sections -fdata-sections)

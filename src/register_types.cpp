@@ -13,6 +13,7 @@
 #include "design/sc_machine_template.hpp"
 #include "design/sc_machine_transition.hpp"
 #include "design/sc_machine_variable.hpp"
+#include "design_check/design_check.hpp"
 #include "fast_lane/sc_fast_lane.hpp"
 #include "kinds/flow/debug_drawings.hpp"
 #include "machine/companion_scripts.hpp"
@@ -48,20 +49,12 @@ void initialize_quillstead(ModuleInitializationLevel level) {
 	GDREGISTER_VIRTUAL_CLASS(SCFastLane);
 	GDREGISTER_VIRTUAL_CLASS(SCMachineCore);
 	GDREGISTER_VIRTUAL_CLASS(SCMachineBase);
-	register_classes<
-			SCMachine,
-			SCMachineAction,
-			SCMachineCondition,
-			SCMachineTransition,
-			SCMachineVariable,
-			SCMachineEvent,
-			SCMachineNote,
-			SCMachineState,
-			SCMachineParallelState,
-			SCMachineTemplate>();
+	register_classes<SCMachine, SCMachineAction, SCMachineCondition, SCMachineTransition, SCMachineVariable, SCMachineEvent, SCMachineNote, SCMachineState,
+			SCMachineParallelState, SCMachineTemplate>();
 	GDREGISTER_INTERNAL_CLASS(SCDebugDrawings2D);
 	GDREGISTER_INTERNAL_CLASS(SCDebugDrawings3D);
 	register_kinds();
+	design_check::register_check();
 	EditorHelp::hand_over_when_ready();
 }
 
@@ -70,6 +63,8 @@ void terminate_quillstead(ModuleInitializationLevel level) {
 	if (level != MODULE_INITIALIZATION_LEVEL_SCENE) {
 		return;
 	}
+	design_check::free_shared();
+	design_check::forget_what_was_told();
 	EventRegistry::free_shared();
 	ScriptMethods::free_shared();
 	CompiledDesign::free_shared();
@@ -89,7 +84,8 @@ void terminate_quillstead(ModuleInitializationLevel level) {
 
 extern "C" {
 
-GDExtensionBool GDE_EXPORT quillstead_core_init(GDExtensionInterfaceGetProcAddress get_proc_address, GDExtensionClassLibraryPtr library, GDExtensionInitialization *initialization) {
+GDExtensionBool GDE_EXPORT quillstead_core_init(
+		GDExtensionInterfaceGetProcAddress get_proc_address, GDExtensionClassLibraryPtr library, GDExtensionInitialization *initialization) {
 	EditorHelp::remember_interface(get_proc_address);
 	GDExtensionBinding::InitObject init(get_proc_address, library, initialization);
 	init.register_initializer(initialize_quillstead);

@@ -282,7 +282,7 @@ class BuiltinWriter:
         self.operators()
         self.methods()
         self.includes.add("<godot_cpp/variant/opaque_value.hpp>")
-        lines = ["// Generated from the engine's description.", "", "#pragma once", ""]
+        lines = ["// Generated from the engine's description.", ""]
         lines += ["#include " + include for include in sorted(self.includes)]
         lines += ["", "namespace godot {", "", *self.forwards(), "", "class %s : public %s {" % (self.name, self.base())]
         if self.private:
@@ -294,7 +294,7 @@ class BuiltinWriter:
         if self.name in WITH_VARIANT:
             lines += ["", "// Not from within the list of all types, which Variant waits for.", "#ifndef GODOT_CPP_LISTING_BUILTIN_TYPES"]
             lines += ["#include <godot_cpp/variant/variant.hpp>", "#endif"]
-        out.write("include/godot_cpp/variant/%s.hpp" % snake_case(self.name), "\n".join(lines) + "\n")
+        out.write_header("godot_cpp/variant/%s.hpp" % snake_case(self.name), "\n".join(lines))
 
 
 def builtin_sizes(api):
@@ -338,8 +338,6 @@ def emit_vararg_methods(templates, out):
         "// Generated from the engine's description: methods that take any number of arguments. Their bodies need Variant whole, while the",
         "// classes' own headers only name it; variant.hpp includes this at its end.",
         "",
-        "#pragma once",
-        "",
         "#include <godot_cpp/variant/variant.hpp>",
         "#include <godot_cpp/variant/variant_arguments.hpp>",
         "#include <godot_cpp/variant/vformat.hpp>",
@@ -349,4 +347,4 @@ def emit_vararg_methods(templates, out):
         *templates,
         "} // namespace godot",
     ]
-    out.write("include/godot_cpp/variant/builtin_vararg_methods.hpp", "\n".join(lines) + "\n")
+    out.write_header("godot_cpp/variant/builtin_vararg_methods.hpp", "\n".join(lines))

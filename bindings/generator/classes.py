@@ -216,7 +216,7 @@ class ClassWriter:
             includes.add("godot_cpp/core/class_db.hpp")
         elif casts:
             includes.add("godot_cpp/core/binder_common.hpp")
-        lines = ["#pragma once", ""]
+        lines = []
         if not whole:
             lines += ["// Hollow: no source includes this header. Including it (and building again) gives %s its methods." % cpp, ""]
         lines += ["#include <%s>" % include for include in sorted(includes)]
@@ -363,7 +363,7 @@ class ClassWriter:
     def emit(self, headers, out):
         whole, hollow = self.choose(headers)
         for name in whole | hollow:
-            out.write("include/" + self.types.header(name), self.header(name, name in whole))
+            out.write_header(self.types.header(name), self.header(name, name in whole))
         for index in range(BATCHES):
             names = sorted(n for n in whole | hollow if batch_of(n) == index)
             out.write(batch_path(index), self.batch(index, names, whole))

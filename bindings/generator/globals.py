@@ -16,7 +16,7 @@ def emit_globals(api, out):
 
 
 def emit_constants(enums, constants, out):
-    lines = ["// Generated from the engine's description.", "", "#pragma once", "", "#include <cstdint>", "", "namespace godot {", ""]
+    lines = ["// Generated from the engine's description.", "", "#include <cstdint>", "", "namespace godot {", ""]
     for constant in constants:
         lines += ["const int64_t %s = %d;" % (escape(constant["name"]), constant["value"])]
     for enum in enums:
@@ -24,14 +24,12 @@ def emit_constants(enums, constants, out):
         lines += ["\t%s = %d," % (escape(value["name"]), value["value"]) for value in enum["values"]]
         lines += ["};", ""]
     lines.append("} // namespace godot")
-    out.write("include/godot_cpp/classes/global_constants.hpp", "\n".join(lines) + "\n")
+    out.write_header("godot_cpp/classes/global_constants.hpp", "\n".join(lines))
 
 
 def emit_casts(enums, out):
     lines = [
         "// Generated from the engine's description: lets the global enumerations pass through Variants and bound methods.",
-        "",
-        "#pragma once",
         "",
         "#include <godot_cpp/classes/global_constants.hpp>",
         "#include <godot_cpp/core/binder_common.hpp>",
@@ -40,7 +38,7 @@ def emit_casts(enums, out):
     # The macros name namespace godot themselves where they specialise its templates.
     for enum in enums:
         lines.append("VARIANT_%s_CAST(godot::%s);" % ("BITFIELD" if enum["is_bitfield"] else "ENUM", enum["name"]))
-    out.write("include/godot_cpp/classes/global_constants_binds.hpp", "\n".join(lines) + "\n")
+    out.write_header("godot_cpp/classes/global_constants_binds.hpp", "\n".join(lines))
 
 
 def emit_utility_functions(types, functions, out):
@@ -74,8 +72,6 @@ def emit_utility_functions(types, functions, out):
     header = [
         "// Generated from the engine's description.",
         "",
-        "#pragma once",
-        "",
         "#include <godot_cpp/variant/builtin_types.hpp>",
         "#include <godot_cpp/variant/variant.hpp>",
         "#include <godot_cpp/variant/variant_arguments.hpp>",
@@ -93,7 +89,7 @@ def emit_utility_functions(types, functions, out):
         "",
         "} // namespace godot",
     ]
-    out.write("include/godot_cpp/variant/utility_functions.hpp", "\n".join(header) + "\n")
+    out.write_header("godot_cpp/variant/utility_functions.hpp", "\n".join(header))
     source = [
         "// Generated from the engine's description.",
         "",

@@ -2,9 +2,7 @@
 
 import re
 
-HEADER = """#pragma once
-
-// Every function of the engine's C interface, as a pointer of the same name. Filled once, when the engine opens the library;
+HEADER = """// Every function of the engine's C interface, as a pointer of the same name. Filled once, when the engine opens the library;
 // everything else in the bindings calls through it.
 
 #include <gdextension_interface.h>
@@ -77,9 +75,6 @@ bool load_interface(GDExtensionInterfaceGetProcAddress p_get_proc_address) {
 
 
 def _type_name(function):
-    legacy = function.get("legacy_type_name")
-    if legacy:
-        return legacy
     return "GDExtensionInterface" + "".join(part[:1].upper() + part[1:] for part in function["name"].split("_"))
 
 
@@ -88,7 +83,13 @@ def _required(function):
 
 
 def emit_interface_loader(interface, header_text, out):
-    typedefs = set(re.findall(r"\(\s*\*\s*(GDExtensions?Interface\w+)\s*\)", header_text))
+    # The engine's own header keeps the names that some types had before all were made from the functions' names.
+    for function in interface["interface"]:
+        legacy = function.get("legacy_type_name")
+        if legacy:
+            header_text = re.sub(r"\b%s\b" % legacy, _type_name(function), header_text)
+    header_text = header_text.replace("#pragma once\n", "")
+    typedefs = set(re.findall(r"\(\s*\*\s*(GDExtensionInterface\w+)\s*\)", header_text))
     functions = []
     for function in interface["interface"]:
         type_name = _type_name(function)
@@ -99,15 +100,15 @@ def emit_interface_loader(interface, header_text, out):
     declarations = "\n".join("extern %s %s;" % (t, n) for n, t, _r in functions)
     definitions = "\n".join("%s %s = nullptr;" % (t, n) for n, t, _r in functions)
     entries = "\n".join('\t\t{ "%s", slot(%s), %s },' % (n, n, "true" if r else "false") for n, _t, r in functions)
-    out.write("include/godot_cpp/core/gdextension_interface_loader.hpp", HEADER % declarations)
+    out.write_header("godot_cpp/core/gdextension_interface_loader.hpp", HEADER % declarations)
     out.write("src/gdextension_interface_loader.cpp", SOURCE % (definitions, entries))
-    out.write("include/gdextension_interface.h", header_text)
+    out.write_header("gdextension_interface.h", header_text)
 
 
 def emit_version(header, out):
-    lines = ["#pragma once", "", "// The engine whose description these bindings were generated from.", ""]
+    lines = ["// The engine whose description these bindings were generated from.", ""]
     for key in ("major", "minor", "patch"):
         lines.append("#define GODOT_VERSION_%s %d" % (key.upper(), header["version_" + key]))
     for key in ("status", "build"):
         lines.append('#define GODOT_VERSION_%s "%s"' % (key.upper(), header["version_" + key]))
-    out.write("include/godot_cpp/core/version.hpp", "\n".join(lines))
+    out.write_header("godot_cpp/core/version.hpp", "\n".join(lines))

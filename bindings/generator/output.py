@@ -1,6 +1,7 @@
 """Where generated text goes: files are touched only when their text changes, so that a rebuild compiles only what changed."""
 
 import os
+import re
 
 
 class Output:
@@ -27,6 +28,12 @@ class Output:
             file.write(text)
         os.replace(temporary, path)
         self.changed += 1
+
+    def write_header(self, relpath, text):
+        """A header, by its path below include/. With a guard of its own: of a precompiled header that ccache kept, a compiler that
+        goes by the file would read it twice."""
+        guard = re.sub(r"\W", "_", relpath).upper()
+        self.write("include/" + relpath, "#ifndef %s\n#define %s\n\n%s\n\n#endif // %s\n" % (guard, guard, text.strip("\n"), guard))
 
     def remove_stale(self, subdirs=("include", "src")):
         """Drops what an earlier run wrote and this one did not: a stale header would hide a missing include."""

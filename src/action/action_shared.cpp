@@ -11,7 +11,8 @@ std::mutex making;
 } // namespace
 
 ActionShared::ActionShared() {
-	for (const char *name : { "run_mode", "run_mode_saved", "from_variables", "invert", "update_interval", "wait_for_previous", "wait_for_actions", "disabled", "display_name" }) {
+	for (const char *name : { "run_mode", "run_mode_saved", "from_variables", "invert", "update_interval", "wait_for_previous", "wait_for_actions", "disabled",
+				 "display_name" }) {
 		the_machines_own.insert(name);
 	}
 }

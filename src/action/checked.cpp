@@ -43,7 +43,10 @@ bool sound_or_warn(SCMachineBase *machine, const Object *kind, const Variant &va
 		return true;
 	}
 	const String shown = verbs::setting_in_inspector(setting);
-	verbs::warn(machine, kind, vformat("%s holds a number that is none, as 0 divided by 0 is, or one too large to work with, so it did nothing. Type another beside %s, or look at the variable that it reads.", shown, shown));
+	verbs::warn(machine, kind,
+			vformat("%s holds a number that is none, as 0 divided by 0 is, or one too large to work with, so it did nothing. Type another beside %s, or look "
+					"at the variable that it reads.",
+					shown, shown));
 	return false;
 }
 
@@ -51,13 +54,17 @@ double number_in_place_of(double held, SCMachineBase *machine, const Object *kin
 	const String shown = verbs::setting_in_inspector(setting);
 	const double taken = Math::is_nan(held) ? 0.0 : (held < 0.0 ? -LARGEST : LARGEST);
 	const char *what = Math::is_nan(held) ? "is no number, as 0 divided by 0 is none" : "is too large to work with";
-	verbs::warn(machine, kind, vformat("its %s %s, so it was taken as %s. Type another under %s, or look at the variable that it reads.", shown, what, words::number(taken), shown));
+	verbs::warn(machine, kind,
+			vformat("its %s %s, so it was taken as %s. Type another under %s, or look at the variable that it reads.", shown, what, words::number(taken),
+					shown));
 	return taken;
 }
 
 void warn_no_such_choice(int64_t held, int64_t otherwise, SCMachineBase *machine, const Object *kind, const PropertyInfo &setting) {
 	const String shown = verbs::setting_in_inspector(setting.name);
-	verbs::warn(machine, kind, vformat("its %s is %d, which is none of the choices there are, so it was taken as %s. Pick one beside %s.", shown, held, choice_in_inspector(setting, otherwise), shown));
+	verbs::warn(machine, kind,
+			vformat("its %s is %d, which is none of the choices there are, so it was taken as %s. Pick one beside %s.", shown, held,
+					choice_in_inspector(setting, otherwise), shown));
 }
 
 } // namespace checked

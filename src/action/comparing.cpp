@@ -54,30 +54,11 @@ bool passes(const Variant &held, Test test, const Variant &value) {
 }
 
 String in_words(Test test, const Variant &value) {
-	const String shown = words::text_of(value);
-	switch (test) {
-		case EQUALS:
-			return "is " + shown;
-		case NOT_EQUALS:
-			return "is not " + shown;
-		case GREATER:
-			return "is above " + shown;
-		case GREATER_OR_EQUAL:
-			return "is at least " + shown;
-		case LESS:
-			return "is below " + shown;
-		case LESS_OR_EQUAL:
-			return "is at most " + shown;
-		case IS_TRUE:
-			return "is true";
-		case IS_FALSE:
-			break;
+	const char *const before_value[] = { "is", "is not", "is above", "is at least", "is below", "is at most" };
+	if (test >= EQUALS && test <= LESS_OR_EQUAL) {
+		return vformat("%s %s", before_value[test], words::text_of(value));
 	}
-	return "is false";
-}
-
-bool needs_value(Test test) {
-	return test != IS_TRUE && test != IS_FALSE;
+	return test == IS_TRUE ? "is true" : "is false";
 }
 
 } // namespace comparing

@@ -1,7 +1,6 @@
 #pragma once
 
-// The tests that questions about a value offer, in the order in which each of those kinds lists them in
-// an enum of its own.
+// The tests that conditions about a value offer, in the order in which each of those kinds lists them in an enum of its own.
 
 #include <godot_cpp/variant/string.hpp>
 #include <godot_cpp/variant/variant.hpp>
@@ -10,7 +9,8 @@ using namespace godot;
 
 namespace comparing {
 
-enum Test {
+// A file may hold any number for one.
+enum Test : int {
 	EQUALS,
 	NOT_EQUALS,
 	GREATER,
@@ -25,6 +25,5 @@ enum Test {
 bool passes(const Variant &held, Test test, const Variant &value);
 // "is above 5", "is true".
 String in_words(Test test, const Variant &value);
-bool needs_value(Test test);
 
 } // namespace comparing

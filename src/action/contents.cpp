@@ -1,6 +1,7 @@
 #include "action/contents.hpp"
 
 #include "action/values.hpp"
+#include "action/words.hpp"
 #include "machine/value_kinds.hpp"
 
 #include <godot_cpp/classes/script.hpp>
@@ -95,6 +96,33 @@ bool Takes::fits_object(Variant &value) const {
 		}
 	}
 	return false;
+}
+
+void Outcome::tell_whether(bool is_there, const Variant &wanted, const Variant &told) {
+	is_condition = true;
+	found = is_there;
+	looked_for = wanted;
+	answer = told;
+}
+
+Variant own_copy(const Variant &value) {
+	switch (value.get_type()) {
+		case Variant::ARRAY:
+			return Array(value).duplicate(true);
+		case Variant::DICTIONARY:
+			return Dictionary(value).duplicate(true);
+		default:
+			return value;
+	}
+}
+
+String shown_or(const Variant &value, const char *otherwise) {
+	const String text = words::text_of(value);
+	return text.is_empty() ? String(otherwise) : text;
+}
+
+String into(const StringName &variable) {
+	return variable.is_empty() ? String() : vformat(" into %s", variable);
 }
 
 } // namespace contents

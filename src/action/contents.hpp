@@ -1,7 +1,7 @@
 #pragma once
 
-// What may go into a list or a table that a variable holds, and what one piece of work on it came to. For
-// the runtimes of the kinds that work with lists and tables.
+// What may go into a list or a table that a variable holds, what one piece of work on it came to, and how both read in a summary.
+// For the kinds that work with lists and tables.
 
 #include <godot_cpp/variant/array.hpp>
 #include <godot_cpp/variant/dictionary.hpp>
@@ -37,6 +37,20 @@ struct Outcome {
 	Variant answer;
 	// Set when it could not be done at all.
 	String problem;
+	// Whether something is there was all that was asked, so that not finding it is nothing to tell of.
+	bool is_condition = false;
+	Variant looked_for;
+
+	// The answer of a condition.
+	void tell_whether(bool is_there, const Variant &wanted, const Variant &told);
 };
+
+// A list or a table typed in belongs to the design: what a game does to its own must never reach it.
+Variant own_copy(const Variant &value);
+
+// Nothing typed in reads as what is meant by it, not as a gap.
+String shown_or(const Variant &value, const char *otherwise);
+// " into gold", or nothing for an answer that is not kept.
+String into(const StringName &variable);
 
 } // namespace contents

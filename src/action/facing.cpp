@@ -16,17 +16,18 @@ Quaternion rotation_of(const Basis &basis) {
 	return spaces::has_a_way_back(basis) ? basis.get_rotation_quaternion() : Quaternion();
 }
 
-Variant flat_goal(const CanvasItem *flat, double rotation, const Vector2 &direction, const Stance &stance) {
-	const Transform2D parent = spaces::parent_of(flat);
+Variant goal_2d(const CanvasItem *item, const Vector2 &direction, const Stance &stance) {
+	const Transform2D parent = spaces::parent_of(item);
 	if (direction.is_zero_approx() || !spaces::has_a_way_back(parent)) {
 		return Variant();
 	}
 	const Vector2 turned = direction.rotated(real_t(Math::deg_to_rad(stance.degrees)));
 	const Vector2 inside = parent.affine_inverse().basis_xform(turned);
+	const double rotation = spaces::rotation_of(item);
 	return inside.is_finite() ? Variant(rotation + Math::angle_difference(rotation, double(inside.angle()))) : Variant();
 }
 
-Variant deep_goal(const Node3D *deep, Vector3 direction, const Stance &stance) {
+Variant goal_3d(const Node3D *node_3d, Vector3 direction, const Stance &stance) {
 	if (stance.level) {
 		direction.y = 0.0f;
 	}
@@ -41,42 +42,36 @@ Variant deep_goal(const Node3D *deep, Vector3 direction, const Stance &stance) {
 	Vector3 up(0, 1, 0);
 	if (Math::abs(direction.y) > STRAIGHT_UP) {
 		// Tipping its head back or forward: what was behind it comes up, or goes down.
-		const Quaternion now = rotation_of(spaces::world_of(deep).basis);
+		const Quaternion now = rotation_of(spaces::world_of(node_3d).basis);
 		up = now.xform(Vector3(0, 0, direction.y > 0.0f ? 1.0f : -1.0f));
 		if (Math::abs(up.dot(direction)) > STRAIGHT_UP) {
 			up = now.xform(Vector3(0, 1, 0));
 		}
 	}
 	const Basis turned = Basis::looking_at(direction, up) * Basis(Vector3(0, 1, 0), real_t(Math::deg_to_rad(stance.degrees)));
-	return rotation_of(spaces::parent_of(deep).basis).inverse() * turned.get_rotation_quaternion();
+	return rotation_of(spaces::parent_of(node_3d).basis).inverse() * turned.get_rotation_quaternion();
 }
 
 } // namespace
 
 Variant goal(const Node *placed, const Variant &direction, const Stance &stance) {
-	if (const Node2D *flat = Object::cast_to<Node2D>(placed)) {
-		return flat_goal(flat, flat->get_rotation(), places::as_vector2(direction), stance);
+	if (const CanvasItem *item = Object::cast_to<CanvasItem>(placed)) {
+		return goal_2d(item, places::as_vector2(direction), stance);
 	}
-	if (const Control *control = Object::cast_to<Control>(placed)) {
-		return flat_goal(control, control->get_rotation(), places::as_vector2(direction), stance);
-	}
-	const Node3D *deep = Object::cast_to<Node3D>(placed);
-	return deep != nullptr ? deep_goal(deep, places::as_vector3(direction), stance) : Variant();
+	const Node3D *node_3d = Object::cast_to<Node3D>(placed);
+	return node_3d != nullptr ? goal_3d(node_3d, places::as_vector3(direction), stance) : Variant();
 }
 
 NodePath property_of(const Node *placed) {
-	return spaces::is_flat(placed) ? "rotation" : "quaternion";
+	return places::is_2d(placed) ? "rotation" : "quaternion";
 }
 
 double angle_to(const Node *placed, const Variant &goal) {
-	if (const Node2D *flat = Object::cast_to<Node2D>(placed)) {
-		return Math::abs(Math::angle_difference(flat->get_rotation(), double(goal)));
+	if (const CanvasItem *item = Object::cast_to<CanvasItem>(placed)) {
+		return Math::abs(Math::angle_difference(double(spaces::rotation_of(item)), double(goal)));
 	}
-	if (const Control *control = Object::cast_to<Control>(placed)) {
-		return Math::abs(Math::angle_difference(double(control->get_rotation()), double(goal)));
-	}
-	const Node3D *deep = Object::cast_to<Node3D>(placed);
-	return deep != nullptr ? double(deep->get_quaternion().angle_to(goal)) : 0.0;
+	const Node3D *node_3d = Object::cast_to<Node3D>(placed);
+	return node_3d != nullptr ? double(node_3d->get_quaternion().angle_to(goal)) : 0.0;
 }
 
 void turn(Node *placed, const Variant &goal, double most) {
@@ -85,12 +80,10 @@ void turn(Node *placed, const Variant &goal, double most) {
 	}
 	const double left = angle_to(placed, goal);
 	const double share = left > most ? MAX(most, 0.0) / left : 1.0;
-	if (Node3D *deep = Object::cast_to<Node3D>(placed)) {
-		deep->set_quaternion(share < 1.0 ? deep->get_quaternion().slerp(goal, real_t(share)) : Quaternion(goal));
-	} else if (Node2D *flat = Object::cast_to<Node2D>(placed)) {
-		flat->set_rotation(Math::lerp_angle(double(flat->get_rotation()), double(goal), share));
-	} else if (Control *control = Object::cast_to<Control>(placed)) {
-		control->set_rotation(real_t(Math::lerp_angle(double(control->get_rotation()), double(goal), share)));
+	if (Node3D *node_3d = Object::cast_to<Node3D>(placed)) {
+		node_3d->set_quaternion(share < 1.0 ? node_3d->get_quaternion().slerp(goal, real_t(share)) : Quaternion(goal));
+	} else if (CanvasItem *item = Object::cast_to<CanvasItem>(placed)) {
+		spaces::set_rotation_of(item, Math::lerp_angle(spaces::rotation_of(item), double(goal), share));
 	}
 }
 

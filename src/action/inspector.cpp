@@ -3,9 +3,12 @@
 #include "action/action_shared.hpp"
 #include "action/places.hpp"
 #include "action/sc_action.hpp"
+#include "action/twins.hpp"
+#include "action/variable_names.hpp"
 #include "machine_node/sc_machine.hpp"
 #include "settings/class_rows.hpp"
 #include "settings/plumbing.hpp"
+#include "settings/setting_rules.hpp"
 
 #include <godot_cpp/classes/class_db_singleton.hpp>
 #include <godot_cpp/classes/engine.hpp>
@@ -38,7 +41,8 @@ const SCMachine *machine_behind(const Object *object) {
 
 void hide_what_is_on_the_other_side(const Object *object, PropertyInfo &property) {
 	for (const SideBound &bound : SIDE_BOUND) {
-		if (property.name == StringName(bound.setting) && Kind::of(object).name() == StringName(bound.kind) && shown_on_2d_known(object) && shown_on_2d(object) != bound.on_2d) {
+		if (property.name == StringName(bound.setting) && Kind::of(object).name() == StringName(bound.kind) && shown_on_2d_known(object) &&
+				shown_on_2d(object) != bound.on_2d) {
 			hide_from_inspector(property);
 		}
 	}
@@ -58,8 +62,25 @@ void find_exported_variants(const Ref<Script> &script, AnyTypeSettings &settings
 
 } // namespace
 
+// A setting and the twin that reads it from a variable are shown and hidden together.
+void hide_by_rules(const Object *object, PropertyInfo &property) {
+	const ClassRow *row = KindFields::of(const_cast<Object *>(object)).row;
+	if (row == nullptr || !row->has_rules) {
+		return;
+	}
+	const SettingRow *setting = row->setting(property.name);
+	if (setting == nullptr && ends_in_variable(property.name)) {
+		const StringName *behind = twins::of_object(object).setting_of_twin.getptr(property.name);
+		setting = behind != nullptr ? row->setting(*behind) : nullptr;
+	}
+	if (setting != nullptr && !setting_rules::all_hold(setting->shown_if, object)) {
+		hide_from_inspector(property);
+	}
+}
+
 void validate(const Object *object, PropertyInfo &property) {
 	const ActionShared &shared = ActionShared::get();
+	hide_by_rules(object, property);
 	hide_what_is_on_the_other_side(object, property);
 	if (is_plumbing(property.name)) {
 		hide_from_inspector(property);

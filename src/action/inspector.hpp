@@ -7,6 +7,8 @@
 
 namespace inspector {
 
+// A setting and the twin that reads it from a variable are shown and hidden together.
+void hide_by_rules(const Object *object, PropertyInfo &property);
 // The rules that hold for every kind, on a property about to be shown.
 void validate(const Object *object, PropertyInfo &property);
 // The same for a description that a script's _validate_property got.

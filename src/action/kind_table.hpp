@@ -9,23 +9,31 @@
 //		double seconds = 1.0;
 //	};
 //
-//	void SCWaitAction::describe(KindTable<SCWaitAction> &kind) {
+//	void SCWaitAction::describe(KindTable<Self> &kind) {
 //		kind.about("flow", "wait", "Wait a number of seconds, then finish.");
-//		kind.setting<&SCWaitAction::seconds>("seconds", hint::SECONDS, "How long to wait.");
+//		kind.runs_for_a_while<&Self::seconds>();
+//		kind.setting<&Self::seconds>("seconds", hint::SECONDS, "How long to wait.");
 //	}
 //
-// The property list, the hints, the free-type settings, the 2D defaults, the script path, the docs of
-// the inspector and of the editor's help, and the palette are all read from that.
+// What shows when, what may stay empty, what is written and how it runs are said there too. The property list, the hints, the free-type settings, the 2D
+// defaults, the script path, the docs of the inspector and of the editor's help, and the palette are all read from that.
 
 #include "action/sc_action.hpp"
 #include "action/sc_condition.hpp"
 #include "settings/class_table.hpp"
+#include "settings/setting_rules.hpp"
 
 #include <godot_cpp/core/object.hpp>
 
 template <class T>
 struct KindOf {
 	inline static const ClassRow *row = nullptr;
+};
+
+// The name that one of a kind's `_warn_...` methods goes by.
+template <auto Method>
+struct WarningOf {
+	inline static const StringName *name = nullptr;
 };
 
 template <class T>
@@ -37,30 +45,52 @@ public:
 	void about(const char *category, const char *word, const char *text) {
 		this->row.category = category;
 		this->row.word = word;
-		this->row.about = text;
+		this->row.about = String::utf8(text);
 		if constexpr (std::is_base_of_v<SCMachineCondition, T>) {
 			this->row.script_path = vformat("res://addons/quillstead/conditions/condition_%s.gd", word);
 		} else {
 			this->row.script_path = vformat("res://addons/quillstead/actions/%s/action_%s.gd", category, word);
 		}
 	}
+
+	// How it goes about its work. For a while: `runs_for_a_while<&Self::duration, &Self::speed>()` is done as it enters when
+	// none of these is set.
+	void runs(Runs how) { this->row.runs = how; }
+	template <auto... Times>
+	void runs_for_a_while() {
+		this->row.runs = Runs::FOR_A_WHILE;
+		(this->row.takes_time_if.push_back(setting_rules::made<true, Times>()), ...);
+	}
+	void wants_physics() { this->row.wants_physics = true; }
+	// A condition's promise that nothing but a variable's change can change its answer.
+	void depends_only_on_variables() { this->row.depends_only_on_variables = true; }
+
+	// A sentence of its own that scripts may replace: bound under this name, said with verbs::say<&Self::warn_...>().
+	template <auto Method, class... Arguments>
+	void warns(const char *name, Arguments... arguments) {
+		LocalVector<StringName *> &names = this->row.warnings;
+		names.push_back(memnew(StringName(name)));
+		WarningOf<Method>::name = names[names.size() - 1];
+		ClassDB::bind_method(D_METHOD(name, arguments...), Method);
+	}
 };
 
-#define SC_KIND(m_class, m_inherits)                \
-	GDCLASS(m_class, m_inherits)                    \
-	SC_FIELDS                                       \
-public:                                             \
-	static void describe(KindTable<m_class> &kind); \
-	const ClassRow *class_row() const override {    \
-		return KindOf<m_class>::row;                \
-	}                                               \
-                                                    \
-protected:                                          \
-	static void _bind_methods() {                   \
-		KindTable<m_class> kind;                    \
-		describe(kind);                             \
-	}                                               \
-                                                    \
+#define SC_KIND(m_class, m_inherits)                                                                                                                           \
+	GDCLASS(m_class, m_inherits)                                                                                                                               \
+	SC_FIELDS                                                                                                                                                  \
+public:                                                                                                                                                        \
+	using Self = m_class;                                                                                                                                      \
+	static void describe(KindTable<m_class> &kind);                                                                                                            \
+	const ClassRow *class_row() const override {                                                                                                               \
+		return KindOf<m_class>::row;                                                                                                                           \
+	}                                                                                                                                                          \
+                                                                                                                                                               \
+protected:                                                                                                                                                     \
+	static void _bind_methods() {                                                                                                                              \
+		KindTable<m_class> kind;                                                                                                                               \
+		describe(kind);                                                                                                                                        \
+	}                                                                                                                                                          \
+                                                                                                                                                               \
 private:
 
 // The action as the compiled kind that it is, null when it is none: for a runtime that reads several settings at once, or

@@ -1,6 +1,8 @@
 #include "action/naming.hpp"
 
 #include "action/variable_names.hpp"
+#include "settings/class_rows.hpp"
+#include "settings/setting_rules.hpp"
 
 #include <godot_cpp/core/object.hpp>
 #include <godot_cpp/variant/dictionary.hpp>
@@ -45,7 +47,8 @@ void add_once(TypedArray<StringName> &names, const StringName &name) {
 
 void add_variables_of(const Object *object, TypedArray<StringName> &names) {
 	for (const PropertyInfo &property : properties_of(object)) {
-		const bool names_one = property.type == Variant::STRING_NAME && is_in_editor(property) && (ends_in_variable(property.name) || property.name == ActionShared::get().variable_name || String(property.name).begins_with("store"));
+		const bool names_one = property.type == Variant::STRING_NAME && is_in_editor(property) &&
+				(ends_in_variable(property.name) || property.name == ActionShared::get().variable_name || String(property.name).begins_with("store"));
 		if (names_one) {
 			add_once(names, StringName(object->get(property.name)));
 		}
@@ -94,7 +97,15 @@ PackedStringArray variables_read(const Object *object) {
 }
 
 PackedStringArray variables_written(const Object *object) {
-	return names_held_in(object, of_object(object).written);
+	PackedStringArray names = names_held_in(object, of_object(object).written);
+	for (const ClassRow *row = KindFields::of(const_cast<Object *>(object)).row; row != nullptr; row = row->parent) {
+		for (const SettingRow *setting : row->settings) {
+			if (setting->written && setting_rules::all_hold(setting->written_if, object)) {
+				add_once(names, object->get(setting->info.name).stringify());
+			}
+		}
+	}
+	return names;
 }
 
 PackedStringArray events_sent(const Object *object) {

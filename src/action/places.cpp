@@ -1,14 +1,12 @@
 #include "action/places.hpp"
 
 #include "action/kind.hpp"
+#include "action/spaces.hpp"
 #include "action/values.hpp"
 #include "settings/class_rows.hpp"
 
 #include <godot_cpp/classes/canvas_item.hpp>
 #include <godot_cpp/classes/canvas_layer.hpp>
-#include <godot_cpp/classes/control.hpp>
-#include <godot_cpp/classes/node2d.hpp>
-#include <godot_cpp/classes/node3d.hpp>
 #include <godot_cpp/core/math.hpp>
 #include <godot_cpp/core/object.hpp>
 
@@ -25,12 +23,20 @@ Variant place_of(const Variant &value) {
 	return value.get_type() == Variant::OBJECT ? position_of(as_node(value)) : value;
 }
 
-bool is_flat(const Variant &place) {
+bool is_vector2(const Variant &place) {
 	return place.get_type() == Variant::VECTOR2 || place.get_type() == Variant::VECTOR2I;
 }
 
-bool is_deep(const Variant &place) {
+bool is_vector3(const Variant &place) {
 	return place.get_type() == Variant::VECTOR3 || place.get_type() == Variant::VECTOR3I;
+}
+
+Vector2 vector_for(const CanvasItem *, const Variant &place) {
+	return as_vector2(place);
+}
+
+Vector3 vector_for(const Node3D *, const Variant &place) {
+	return as_vector3(place);
 }
 
 // Every setting of a kind that starts otherwise in 2D, those of its bases included.
@@ -53,26 +59,16 @@ bool has_a_place(const Node *node) {
 
 // A node outside the tree has no global place, and asking for one is an engine error.
 Variant position_of(const Node *node) {
-	if (const Node3D *deep = Object::cast_to<Node3D>(node)) {
-		return deep->is_inside_tree() ? deep->get_global_position() : deep->get_position();
-	}
-	if (const Node2D *flat = Object::cast_to<Node2D>(node)) {
-		return flat->is_inside_tree() ? flat->get_global_position() : flat->get_position();
-	}
-	if (const Control *control = Object::cast_to<Control>(node)) {
-		return control->is_inside_tree() ? control->get_global_position() : control->get_position();
-	}
-	return Variant();
+	Variant position;
+	spaces::visit(node, [&position](const auto *placed) { position = placed->is_inside_tree() ? placed->get_global_position() : placed->get_position(); });
+	return position;
 }
 
 void set_position_of(Node *node, const Variant &place) {
-	if (Node3D *deep = Object::cast_to<Node3D>(node)) {
-		deep->is_inside_tree() ? deep->set_global_position(as_vector3(place)) : deep->set_position(as_vector3(place));
-	} else if (Node2D *flat = Object::cast_to<Node2D>(node)) {
-		flat->is_inside_tree() ? flat->set_global_position(as_vector2(place)) : flat->set_position(as_vector2(place));
-	} else if (Control *control = Object::cast_to<Control>(node)) {
-		control->is_inside_tree() ? control->set_global_position(as_vector2(place)) : control->set_position(as_vector2(place));
-	}
+	spaces::visit(node, [&place](auto *placed) {
+		const auto position = vector_for(placed, place);
+		placed->is_inside_tree() ? placed->set_global_position(position) : placed->set_position(position);
+	});
 }
 
 String no_place_words(const Node *node, const String &setting) {
@@ -80,7 +76,8 @@ String no_place_words(const Node *node, const String &setting) {
 		values::report_null("no_place_words", "p_node");
 		return String();
 	}
-	return vformat("%s is a %s, which has no place in the world, so it cannot stand for one. Pick a 2D or 3D node under %s", node->get_name(), node->get_class(), setting);
+	return vformat("%s is a %s, which has no place in the world, so it cannot stand for one. Pick a 2D or 3D node under %s", node->get_name(),
+			node->get_class(), setting);
 }
 
 bool is_2d(const Node *node) {
@@ -97,26 +94,26 @@ bool is_2d(const Node *node) {
 
 Vector2 as_vector2(const Variant &value) {
 	const Variant place = place_of(value);
-	if (is_flat(place)) {
+	if (is_vector2(place)) {
 		return place;
 	}
-	if (is_deep(place)) {
-		const Vector3 deep = place;
-		return Vector2(deep.x, deep.y);
+	if (is_vector3(place)) {
+		const Vector3 vector = place;
+		return Vector2(vector.x, vector.y);
 	}
 	const double number = values::as_number(place);
 	return Vector2(real_t(number), real_t(number));
 }
 
-// A flat place keeps its two numbers: x and y stay x and y.
+// A place in 2D keeps its two numbers: x and y stay x and y.
 Vector3 as_vector3(const Variant &value) {
 	const Variant place = place_of(value);
-	if (is_deep(place)) {
+	if (is_vector3(place)) {
 		return place;
 	}
-	if (is_flat(place)) {
-		const Vector2 flat = place;
-		return Vector3(flat.x, flat.y, 0.0);
+	if (is_vector2(place)) {
+		const Vector2 vector = place;
+		return Vector3(vector.x, vector.y, 0.0);
 	}
 	const double number = values::as_number(place);
 	return Vector3(real_t(number), real_t(number), real_t(number));
@@ -125,10 +122,10 @@ Vector3 as_vector3(const Variant &value) {
 double distance_between(const Variant &first, const Variant &second) {
 	const Variant from = place_of(first);
 	const Variant to = place_of(second);
-	if (!(is_flat(from) || is_deep(from)) || !(is_flat(to) || is_deep(to))) {
-		return Math_INF;
+	if (!(is_vector2(from) || is_vector3(from)) || !(is_vector2(to) || is_vector3(to))) {
+		return Math::INF;
 	}
-	if (is_flat(from) || is_flat(to)) {
+	if (is_vector2(from) || is_vector2(to)) {
 		return as_vector2(from).distance_to(as_vector2(to));
 	}
 	return as_vector3(from).distance_to(as_vector3(to));

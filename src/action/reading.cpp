@@ -74,7 +74,8 @@ void read_one_into(Object *object, const StringName &setting, const Dictionary &
 	}
 }
 
-void say_it_cannot_fit(Object *object, const StringName &setting, const StringName &variable, const Variant &held, const Variant &typed_in, SCMachineBase *machine) {
+void say_it_cannot_fit(
+		Object *object, const StringName &setting, const StringName &variable, const Variant &held, const Variant &typed_in, SCMachineBase *machine) {
 	if (object == nullptr || machine == nullptr) {
 		values::report_null("_say_it_cannot_fit", object == nullptr ? "p_object" : "p_machine");
 		return;
@@ -90,7 +91,10 @@ void say_it_cannot_fit(Object *object, const StringName &setting, const StringNa
 		kind = "An action";
 	}
 	const String line_form = words::property_in_line(setting);
-	const String text = vformat("%s on %s cannot use %s for %s, because %s holds %s, and %s needs %s. It used the value typed in instead. Pick a variable of the right kind in its Var list, or change what %s holds.", kind, machine->name_in_messages(), variable, line_form, variable, values::kind_in_words(held), line_form, values::kind_in_words(typed_in), variable);
+	const String text = vformat("%s on %s cannot use %s for %s, because %s holds %s, and %s needs %s. It used the value typed in instead. Pick a variable of "
+								"the right kind in its Var list, or change what %s holds.",
+			kind, machine->name_in_messages(), variable, line_form, variable, values::kind_in_words(held), line_form, values::kind_in_words(typed_in),
+			variable);
 	MakerWarnings::once_for(machine, vformat("cannot fit %s", key), text);
 }
 

@@ -20,6 +20,7 @@ void read_variables_into(Object *object, const Dictionary &named, Dictionary typ
 // One setting of those. Reading it may call user code, which may free the object and the machine.
 void read_one_into(Object *object, const StringName &setting, const Dictionary &named, Dictionary typed_in, SCMachineBase *machine);
 // Once per object, setting and machine.
-void say_it_cannot_fit(Object *object, const StringName &setting, const StringName &variable, const Variant &held, const Variant &typed_in, SCMachineBase *machine);
+void say_it_cannot_fit(
+		Object *object, const StringName &setting, const StringName &variable, const Variant &held, const Variant &typed_in, SCMachineBase *machine);
 
 } // namespace reading

@@ -153,15 +153,40 @@ String SCMachineAction::summary_default() {
 }
 
 bool SCMachineAction::wants_physics_default() {
-	return false;
+	const ClassRow *row = class_row();
+	return row != nullptr && row->wants_physics;
+}
+
+bool SCMachineAction::uses_run_mode_default() {
+	const ClassRow *row = class_row();
+	return row == nullptr || row->runs == Runs::AS_IT_SAYS || row->runs == Runs::ONCE_OR_REPEATING;
 }
 
 bool SCMachineAction::finishes_as_it_starts_default() {
-	return false;
+	const ClassRow *row = class_row();
+	switch (row != nullptr ? row->runs : Runs::AS_IT_SAYS) {
+		case Runs::AS_IT_SAYS:
+			return false;
+		case Runs::ONCE_OR_REPEATING:
+			return !repeats();
+		case Runs::AT_ONCE:
+		case Runs::ON_AND_ON:
+			return true;
+		case Runs::FOR_A_WHILE:
+			break;
+	}
+	return !row->takes_time_if.is_empty() && !setting_rules::any_holds(row->takes_time_if, this);
 }
 
 bool SCMachineAction::works_after_finishing_default() {
-	return !uses_run_mode() || repeats();
+	const ClassRow *row = class_row();
+	switch (row != nullptr ? row->runs : Runs::AS_IT_SAYS) {
+		case Runs::AT_ONCE:
+		case Runs::FOR_A_WHILE:
+			return false;
+		default:
+			return !uses_run_mode() || repeats();
+	}
 }
 
 bool SCMachineAction::needs_every_tick_default() {
@@ -189,7 +214,15 @@ PackedStringArray SCMachineAction::events_sent_default() {
 }
 
 TypedArray<StringName> SCMachineAction::optional_names_default() {
-	return TypedArray<StringName>();
+	TypedArray<StringName> names;
+	for (const ClassRow *row = class_row(); row != nullptr; row = row->parent) {
+		for (const SettingRow *setting : row->settings) {
+			if (setting->optional && setting_rules::all_hold(setting->optional_if, this)) {
+				names.push_back(setting->info.name);
+			}
+		}
+	}
+	return names;
 }
 
 void SCMachineAction::suit_2d_default() {
@@ -213,7 +246,7 @@ String SCMachineAction::live_words_default(SCMachineBase *machine, const String 
 		}
 	}
 	const String values = String(", ").join(words_of_each);
-	return line.is_empty() || values.is_empty() ? line + values : line + "  " + values;
+	return line.is_empty() || values.is_empty() ? line + values : line + String("  ") + values;
 }
 
 bool SCMachineAction::has_enter() {
@@ -296,14 +329,20 @@ void SCMachineAction::_validate_property(PropertyInfo &property) const {
 void SCMachineAction::_bind_methods() {
 	ClassTable<SCMachineAction> table("One thing a state does. Actions run top to bottom while their state is active.");
 	table.constants_of<RunMode>();
-	table.setting<&SCMachineAction::run_mode>("run_mode", "Once does the work when the state is entered. Every Frame does it over and over while the state is active.");
-	table.setting<&SCMachineAction::update_interval>("update_interval", { PROPERTY_HINT_RANGE, "0,10,0.001,or_greater,suffix:s,hide_slider" }, "Seconds between repeats. Zero repeats every frame.");
+	table.setting<&SCMachineAction::run_mode>(
+			"run_mode", "Once does the work when the state is entered. Every Frame does it over and over while the state is active.");
+	table.setting<&SCMachineAction::update_interval>(
+			"update_interval", { PROPERTY_HINT_RANGE, "0,10,0.001,or_greater,suffix:s,hide_slider" }, "Seconds between repeats. Zero repeats every frame.");
 	table.setting<&SCMachineAction::wait_for_previous>("wait_for_previous", "Only run once the action above this one in the list has finished.");
 	table.setting<&SCMachineAction::disabled>("disabled", "Skip this action without deleting it.");
 	table.setting<&SCMachineAction::display_name>("display_name", "The name on the state's list of actions. Empty uses the action's type.");
-	table.property("from_variables", PropertyInfo(Variant::DICTIONARY, "from_variables", PROPERTY_HINT_DICTIONARY_TYPE, "StringName;StringName", PROPERTY_USAGE_STORAGE), &SCMachineAction::set_from_variables, &SCMachineAction::get_from_variables, "Which settings are read from a variable of the machine, and from which: setting name to variable name.");
+	table.property("from_variables",
+			PropertyInfo(Variant::DICTIONARY, "from_variables", PROPERTY_HINT_DICTIONARY_TYPE, "StringName;StringName", PROPERTY_USAGE_STORAGE),
+			&SCMachineAction::set_from_variables, &SCMachineAction::get_from_variables,
+			"Which settings are read from a variable of the machine, and from which: setting name to variable name.");
 	ClassDB::bind_method(D_METHOD("get_typed_in"), &SCMachineAction::get_typed_in);
-	ClassDB::add_property("SCMachineAction", PropertyInfo(Variant::DICTIONARY, "_typed_in", PROPERTY_HINT_DICTIONARY_TYPE, "StringName;Variant", PROPERTY_USAGE_NONE), "", "get_typed_in");
+	ClassDB::add_property("SCMachineAction",
+			PropertyInfo(Variant::DICTIONARY, "_typed_in", PROPERTY_HINT_DICTIONARY_TYPE, "StringName;Variant", PROPERTY_USAGE_NONE), "", "get_typed_in");
 
 	bind_operations();
 	bind_defaults();
@@ -315,6 +354,8 @@ void SCMachineAction::_bind_methods() {
 	ClassDB::bind_method(D_METHOD("has_update"), &SCMachineAction::has_update);
 	ClassDB::bind_method(D_METHOD("has_exit"), &SCMachineAction::has_exit);
 	static_facilities::bind_to_action();
+	setting_edits::in_editor = Engine::get_singleton()->is_editor_hint();
+	setting_rules::is_read_from_a_variable = &twins::is_read_from_a_variable;
 }
 
 void SCMachineAction::bind_operations() {

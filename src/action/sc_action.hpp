@@ -10,6 +10,7 @@
 #include "action/bound_settings.hpp"
 #include "machine_node/sc_machine.hpp"
 #include "settings/class_table.hpp"
+#include "settings/setting_rules.hpp"
 
 #include <godot_cpp/classes/resource.hpp>
 #include <godot_cpp/core/gdvirtual.gen.inc>
@@ -43,7 +44,7 @@ public:
 	void exit(SCMachineBase *machine, int index);
 	String summary();
 	bool wants_physics();
-	bool uses_run_mode() { return kind_alone ? uses_run_mode_default() : ask_uses_run_mode(); }
+	bool uses_run_mode() { return kind_alone ? kind_uses_run_mode : ask_uses_run_mode(); }
 	bool finishes_as_it_starts();
 	bool works_after_finishing();
 	bool needs_every_tick();
@@ -64,7 +65,7 @@ public:
 	virtual void exit_default(SCMachineBase *machine, int index);
 	virtual String summary_default();
 	virtual bool wants_physics_default();
-	virtual bool uses_run_mode_default() { return true; }
+	virtual bool uses_run_mode_default();
 	virtual bool finishes_as_it_starts_default();
 	virtual bool works_after_finishing_default();
 	virtual bool needs_every_tick_default();
@@ -78,6 +79,9 @@ public:
 	virtual void suit_2d_default();
 	virtual void read_variables_default(SCMachineBase *machine);
 	virtual String live_words_default(SCMachineBase *machine, const String &line);
+
+	// The event that it sends later when it waits with sending one.
+	virtual StringName delayed_event() const { return StringName(); }
 
 	// Whether the operation does anything at all, in a script or in the compiled half.
 	bool has_enter();
@@ -106,12 +110,20 @@ public:
 	// Noted as its state is compiled: no script has a word in what this action is, so none is asked while it runs.
 	void note_kind_alone(bool is_kind_alone) {
 		kind_alone = is_kind_alone;
+		kind_uses_run_mode = uses_run_mode_default();
 		bound_settings.forget();
 	}
 	// The inspector's rules, for a script that has a _validate_property of its own.
 	void validate_setting(Dictionary property) const;
 
 protected:
+	// Whether a setting says something, or may: it is on, above zero or holds something, or it is read from a variable.
+	template <auto Field>
+	bool has_some() const {
+		const auto &value = static_cast<const typename FieldOf<Field>::Owner *>(this)->*Field;
+		return setting_rules::says_something(value) || !is_typed_in(FieldOf<Field>::row->info.name);
+	}
+
 	static void _bind_methods();
 	bool _get(const StringName &name, Variant &value) const;
 	bool _set(const StringName &name, const Variant &value);
@@ -148,6 +160,7 @@ private:
 	TypedArray<StringName> used;
 	bool used_known = false;
 	bool kind_alone = false;
+	bool kind_uses_run_mode = true;
 
 	void reapply_run_mode();
 	static void bind_operations();

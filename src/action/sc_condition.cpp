@@ -62,7 +62,8 @@ String SCMachineCondition::summary_default() {
 }
 
 bool SCMachineCondition::wants_physics_default() {
-	return false;
+	const ClassRow *row = class_row();
+	return row != nullptr && row->wants_physics;
 }
 
 Array SCMachineCondition::rest_signals_default(SCMachineBase *machine, const Dictionary &slot) {
@@ -72,7 +73,8 @@ Array SCMachineCondition::rest_signals_default(SCMachineBase *machine, const Dic
 }
 
 bool SCMachineCondition::depends_only_on_variables_default() {
-	return false;
+	const ClassRow *row = class_row();
+	return row != nullptr && row->depends_only_on_variables;
 }
 
 PackedStringArray SCMachineCondition::variables_read_default() {
@@ -133,9 +135,13 @@ void SCMachineCondition::_bind_methods() {
 	ClassTable<SCMachineCondition> table("A yes or no question, asked by a Check action in a state.");
 	table.setting<&SCMachineCondition::invert>("invert", "Ask the question the other way round, so yes becomes no and no becomes yes.");
 	table.setting<&SCMachineCondition::wait_for_actions>("wait_for_actions", "Only ask once every action in the state has finished.");
-	table.setting<&SCMachineCondition::can_rest>("can_rest", hint::NEITHER_STORED_NOR_SHOWN, "True for a question that can answer [method rest_signals] at all, so a Check asking any other every frame does not ask it that too, every frame.");
+	table.setting<&SCMachineCondition::can_rest>("can_rest", hint::NEITHER_STORED_NOR_SHOWN,
+			"True for a question that can answer [method rest_signals] at all, so a Check asking any other every frame does not ask it that too, every frame.");
 	table.setting<&SCMachineCondition::display_name>("display_name", "Name shown on the row. Empty uses the condition's type.");
-	table.property("from_variables", PropertyInfo(Variant::DICTIONARY, "from_variables", PROPERTY_HINT_DICTIONARY_TYPE, "StringName;StringName", PROPERTY_USAGE_STORAGE), &SCMachineCondition::set_from_variables, &SCMachineCondition::get_from_variables, "Which settings are read from a variable of the machine, and from which: setting name to variable name.");
+	table.property("from_variables",
+			PropertyInfo(Variant::DICTIONARY, "from_variables", PROPERTY_HINT_DICTIONARY_TYPE, "StringName;StringName", PROPERTY_USAGE_STORAGE),
+			&SCMachineCondition::set_from_variables, &SCMachineCondition::get_from_variables,
+			"Which settings are read from a variable of the machine, and from which: setting name to variable name.");
 	bind_operations();
 	ClassDB::bind_method(D_METHOD("read_variables", "m"), &SCMachineCondition::read_variables);
 	ClassDB::bind_method(D_METHOD("evaluate", "m", "slot"), &SCMachineCondition::evaluate);

@@ -1,11 +1,9 @@
 #pragma once
 
-// The base of every question, and of a game maker's own questions. A condition is a shared resource
-// that remembers nothing per machine; what it must remember lies in the record that the machine lends
-// it while it is asked.
+// The base of every condition, and of a game maker's own. A condition is a shared resource that remembers nothing per machine; what
+// it must remember lies in the record that the machine lends it while it is asked.
 //
-// Its operations exist three times, as an action's do: the public one, the script's `_name`, and the
-// `_default` one that kinds override.
+// Its operations exist three times, as an action's do: the public one, the script's `_name`, and the `_default` one that kinds override.
 
 #include "action/bound_settings.hpp"
 #include "machine_node/sc_machine.hpp"
@@ -32,7 +30,7 @@ public:
 	TypedDictionary<StringName, Variant> typed_in;
 	mutable BoundSettings bound_settings;
 
-	// The row of the compiled kind this is, null for a question made by a script.
+	// The row of the compiled kind this is, null for one made by a script.
 	virtual const ClassRow *class_row() const { return nullptr; }
 
 	// `slot` is the record it remembers by.
@@ -65,7 +63,7 @@ public:
 		from_variables = bindings;
 	}
 	void read_variables(SCMachineBase *machine);
-	// The answer with `invert` applied and without a compiled question.
+	// The answer with `invert` applied and without a compiled check.
 	bool evaluate(SCMachineBase *machine, const Dictionary &slot);
 	String shown_summary();
 	// The inspector's rules, for a script that has a _validate_property of its own. A property named

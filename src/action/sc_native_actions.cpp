@@ -78,7 +78,8 @@ bool SCNativeActions::has_helper(const StringName &name) {
 Variant SCNativeActions::call_helper(const StringName &name, const Array &arguments) {
 	const NativeHelper *found = shared_tables().helpers.getptr(name);
 	if (found == nullptr) {
-		_err_print_error("sc_native_helper", __FILE__, __LINE__, "Parameter \"found\" is null.", vformat("QuillStead has no compiled helper called %s.", name), false, true);
+		_err_print_error("sc_native_helper", __FILE__, __LINE__, "Parameter \"found\" is null.", vformat("QuillStead has no compiled helper called %s.", name),
+				false, true);
 		return Variant();
 	}
 	return (*found)(arguments);
@@ -108,8 +109,8 @@ void SCNativeActions::add_entry(const StringName &word, const String &script_pat
 	shared_tables().by_path.insert(script_path, shared_tables().by_word.getptr(word));
 }
 
-void SCNativeActions::add_condition(const String &script_path, NativeCondition question) {
-	shared_tables().conditions.insert(script_path, question);
+void SCNativeActions::add_condition(const String &script_path, NativeCondition check) {
+	shared_tables().conditions.insert(script_path, check);
 }
 
 void SCNativeActions::add_helper(const StringName &name, NativeHelper helper) {

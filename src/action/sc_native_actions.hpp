@@ -60,7 +60,7 @@ public:
 		entry.has_other = !std::is_same_v<decltype(&Runtime::other), decltype(&SCNativeAction::other)>;
 		add_entry(word, script_path, entry);
 	}
-	static void add_condition(const String &script_path, NativeCondition question);
+	static void add_condition(const String &script_path, NativeCondition check);
 	static void add_helper(const StringName &name, NativeHelper helper);
 	static void free_shared();
 

@@ -4,7 +4,10 @@
 #include "action/storing.hpp"
 #include "settings/class_rows.hpp"
 
+#include <godot_cpp/classes/method_tweener.hpp>
+#include <godot_cpp/classes/node3d.hpp>
 #include <godot_cpp/classes/property_tweener.hpp>
+#include <godot_cpp/variant/callable_method_pointer.hpp>
 
 namespace verbs {
 
@@ -14,6 +17,12 @@ void warn(SCMachineBase *machine, const Object *kind, const String &what) {
 	}
 	const String text = vformat("%s on %s: %s", kind_in_palette(kind), machine->name_in_messages(), what);
 	MakerWarnings::once_for(machine, vformat("%d %s", kind->get_instance_id(), what), text);
+}
+
+void warn_whole(SCMachineBase *machine, const Object *kind, int which, const String &sentence) {
+	if (machine != nullptr && kind != nullptr) {
+		MakerWarnings::once_for(machine, vformat("%s:%d:%d", kind->get_class(), kind->get_instance_id(), which), sentence);
+	}
 }
 
 String kind_in_palette(const Object *kind) {
@@ -37,14 +46,23 @@ void warn_wrong_class(SCMachineBase *machine, const Object *kind, const Node *no
 	warn(machine, kind, vformat("%s is a %s, not %s. Pick %s under %s.", node->get_name(), node->get_class(), a_t, a_t, setting_in_inspector(setting)));
 }
 
-void store(SCMachineBase *machine, const StringName &variable, const Variant &value) {
-	if (variable.is_empty() || machine == nullptr) {
-		return;
+bool keep(SCMachineBase *machine, const Object *kind, const StringName &variable, const Variant &answer, const StringName &setting, const char *what) {
+	if (variable.is_empty()) {
+		warn(machine, kind, vformat("there is nowhere to put %s, so it was lost. Pick a variable under %s.", what, setting_in_inspector(setting)));
+		return false;
 	}
-	const Variant kept = value.get_type() == Variant::FLOAT ? values::keep_whole(machine, variable, value) : value;
-	if (!storing::put(machine, variable, kept)) {
-		const String text = vformat("%s on %s holds %s, so %s was not kept in it. Pick a variable of the right kind.", variable, machine->name_in_messages(), values::kind_in_words(machine->get_value(variable)), values::kind_in_words(value));
-		MakerWarnings::once_for(machine, vformat("not kept:%s", variable), text);
+	if (storing::put(machine, variable, answer.get_type() == Variant::FLOAT ? values::keep_whole(machine, variable, answer) : answer)) {
+		return true;
+	}
+	warn(machine, kind,
+			vformat("%s holds %s, which cannot become %s, so it was left as it is. Pick another variable under %s, or change its type in the Variables tab.",
+					variable, values::kind_in_words(machine->get_value(variable)), values::kind_in_words(answer), setting_in_inspector(setting)));
+	return false;
+}
+
+void let_go(SCMachineBase *machine, const StringName &variable) {
+	if (!variable.is_empty() && machine->get_value(variable).get_type() == Variant::OBJECT) {
+		machine->set_value(variable, Variant());
 	}
 }
 
@@ -54,19 +72,31 @@ void send(SCMachineBase *machine, const StringName &event, const Variant &data) 
 	}
 }
 
-void store_and_send(SCMachineBase *machine, const StringName &variable, const Variant &value, const StringName &event, const Variant &data) {
-	const StillHere here(machine);
-	store(machine, variable, value);
-	if (here) {
-		send(machine, event, data);
-	}
-}
-
 void finish_unless_repeating(SCMachineBase *machine, SCMachineAction *action, int index, const StillHere &here) {
 	if (here && !action->repeats()) {
 		machine->finish(index);
 	}
 }
+
+namespace {
+
+// A 3D node outside the tree has no place in the world, and giving it one is an engine error. It goes on once it is back.
+void set_in_world(const Variant &value, uint64_t node_id, const NodePath &property) {
+	Node *node = Object::cast_to<Node>(ObjectDB::get_instance(ObjectID(node_id)));
+	if (node != nullptr && node->is_inside_tree()) {
+		node->set_indexed(property, value);
+	}
+}
+
+template <class Tweener>
+void shape(const Ref<Tweener> &tweener, const Easing &easing) {
+	if (tweener.is_valid()) {
+		tweener->set_trans(easing.transition);
+		tweener->set_ease(easing.ease);
+	}
+}
+
+} // namespace
 
 Ref<Tween> tween_property(SCMachineBase *machine, int index, Node *node, const NodePath &property, const Variant &to, double seconds, const Easing &easing) {
 	if (machine == nullptr || node == nullptr) {
@@ -83,10 +113,11 @@ Ref<Tween> tween_property(SCMachineBase *machine, int index, Node *node, const N
 	// Of the machine and not of the node: a node that is freed on its way then ends the tween, where its
 	// own tween would go with it and never tell, and hold the state up for ever.
 	const Ref<Tween> tween = machine->create_tween();
-	const Ref<PropertyTweener> tweener = tween->tween_property(node, property, to, seconds);
-	if (tweener.is_valid()) {
-		tweener->set_trans(easing.transition);
-		tweener->set_ease(easing.ease);
+	if (Object::cast_to<Node3D>(node) != nullptr && String(property).begins_with("global_")) {
+		const Callable step = callable_mp_static(&set_in_world).bind(node->get_instance_id(), property);
+		shape(tween->tween_method(step, node->get_indexed(property), to, seconds), easing);
+	} else {
+		shape(tween->tween_property(node, property, to, seconds), easing);
 	}
 	machine->finish_with_tween(index, tween);
 	return tween;

@@ -14,11 +14,26 @@
 
 #include <godot_cpp/classes/tween.hpp>
 
+#include <initializer_list>
+
 namespace verbs {
+
+// A setting as the code names it.
+template <auto Field>
+const StringName &name_of() {
+	return FieldOf<Field>::row->info.name;
+}
 
 // "Set Visible on Door: there is no node at ../Panel. Pick one under Node." The first word is what the
 // kind is called in the palette, taken from its class. Said once for this action in this machine.
 void warn(SCMachineBase *machine, const Object *kind, const String &what);
+// A sentence of its own, once for each thing that can be wrong with the action, however the sentence comes out.
+void warn_whole(SCMachineBase *machine, const Object *kind, int which, const String &sentence);
+// The sentence that the kind bound with KindTable::warns(), which a script that extends it may have replaced.
+template <auto Method, class... Arguments>
+Variant say(SCMachineAction *action, SCMachineBase *machine, int index, const Arguments &...arguments) {
+	return action->call(*WarningOf<Method>::name, machine, index, arguments...);
+}
 String kind_in_palette(const Object *kind);
 // The setting's name as the inspector shows it: "body_path" reads "Body Path".
 String setting_in_inspector(const StringName &setting);
@@ -35,6 +50,15 @@ T *node_or_warn_as(SCMachineBase *machine, const Object *kind, const NodePath &p
 		warn_wrong_class(machine, kind, node, a_t, setting);
 	}
 	return found;
+}
+// The same by the setting's field: `node_or_warn<&Kind::node_path>(machine, action)`.
+template <auto Field, class Kind>
+Node *node_or_warn(SCMachineBase *machine, const Kind *kind) {
+	return node_or_warn(machine, kind, setting_of<Field>(kind), name_of<Field>());
+}
+template <auto Field, class T, class Kind>
+T *node_or_warn_as(SCMachineBase *machine, const Kind *kind, const String &a_t) {
+	return node_or_warn_as<T>(machine, kind, setting_of<Field>(kind), name_of<Field>(), a_t);
 }
 
 // The node itself or the first below it of that class, from the top down.
@@ -54,13 +78,51 @@ T *first_of(Node *node) {
 	return nullptr;
 }
 
-// Keeps a value in a variable, when one is named, as the kind of value it holds. A fraction for an int
-// variable is rounded, and what does not fit is told of and not kept.
-void store(SCMachineBase *machine, const StringName &variable, const Variant &value);
+// Puts an answer into the variable that the setting names, as the kind of value the variable holds: a fraction for an int is
+// rounded. When it does not fit, or there is no variable, the game maker is told. `what` is lost then: "the number". False when
+// nothing was kept. May run a game's code.
+bool keep(SCMachineBase *machine, const Object *kind, const StringName &variable, const Variant &answer, const StringName &setting, const char *what);
+template <auto Field, class Kind>
+bool keep(SCMachineBase *machine, const Kind *kind, const Variant &answer, const char *what) {
+	return keep(machine, kind, setting_of<Field>(kind), answer, name_of<Field>(), what);
+}
+// The same where naming no variable is fine.
+template <auto Field, class Kind>
+bool keep_if_named(SCMachineBase *machine, const Kind *kind, const Variant &answer) {
+	const StringName variable = setting_of<Field>(kind);
+	return !variable.is_empty() && keep(machine, kind, variable, answer, name_of<Field>(), "it");
+}
+// Several answers, each with a setting of its own that may name no variable. False when none of them does.
+template <auto... Fields>
+bool keep_each(SCMachineBase *machine, const SCMachineAction *action, std::initializer_list<Variant> answers) {
+	const StillHere here(machine);
+	const Variant *answer = answers.begin();
+	bool any = false;
+	const auto keep_next = [&](const StringName &variable, const StringName &setting) {
+		if (here && !variable.is_empty()) {
+			any = true;
+			keep(machine, action, variable, *answer, setting, "it");
+		}
+		answer++;
+	};
+	(keep_next(setting_of<Fields>(action), name_of<Fields>()), ...);
+	return any;
+}
+// For an answer that is not there: what the variable held of it goes, so that nobody works with a node or a resource that was
+// not found. Any other value stays.
+void let_go(SCMachineBase *machine, const StringName &variable);
+
 // Sends an event from this machine, when one is named.
 void send(SCMachineBase *machine, const StringName &event, const Variant &data = Variant());
-// First the variable, so that whoever hears the event finds the value there.
-void store_and_send(SCMachineBase *machine, const StringName &variable, const Variant &value, const StringName &event, const Variant &data = Variant());
+template <auto Field>
+void send(SCMachineBase *machine, const SCMachineAction *action, const Variant &data = Variant()) {
+	send(machine, setting_of<Field>(action), data);
+}
+// One event or the other, by whether something was found or is so.
+template <auto Yes, auto No>
+void send_either(SCMachineBase *machine, const SCMachineAction *action, bool answer, const Variant &data = Variant()) {
+	send(machine, answer ? setting_of<Yes>(action) : setting_of<No>(action), data);
+}
 
 // Only when the run it was asked in is still there.
 void finish_unless_repeating(SCMachineBase *machine, SCMachineAction *action, int index, const StillHere &here);
@@ -71,23 +133,7 @@ struct Easing {
 };
 // Moves a property to a value and finishes the action when it is there, at once for no time at all.
 // The tween ends with the state. Null when there was nothing to wait for.
-Ref<Tween> tween_property(SCMachineBase *machine, int index, Node *node, const NodePath &property, const Variant &to, double seconds, const Easing &easing = Easing());
+Ref<Tween> tween_property(
+		SCMachineBase *machine, int index, Node *node, const NodePath &property, const Variant &to, double seconds, const Easing &easing = Easing());
 
 } // namespace verbs
-
-// A runtime that does the same work on entering and, repeating, on every tick. The derived class has
-// `static void work(SCMachineBase *, SCMachineAction *, int index, double delta)`, with a delta of 0 on entering.
-template <class Derived>
-class OnceOrRepeating : public SCNativeAction {
-public:
-	void enter(SCMachineBase *machine, SCMachineAction *action, int index) override {
-		const StillHere here(machine);
-		Derived::work(machine, action, index, 0.0);
-		verbs::finish_unless_repeating(machine, action, index, here);
-	}
-	void update(SCMachineBase *machine, SCMachineAction *action, int index, double delta) override {
-		if (action->repeats()) {
-			Derived::work(machine, action, index, delta);
-		}
-	}
-};

@@ -13,8 +13,7 @@
 
 namespace sorting {
 
-Key::Key(const Variant &compared, const Variant &of_item) :
-		item(of_item) {
+Key::Key(const Variant &compared, const Variant &of_item) : item(of_item) {
 	switch (compared.get_type()) {
 		case Variant::BOOL:
 		case Variant::INT:

@@ -1,7 +1,6 @@
 #include "action/spaces.hpp"
 
 #include "action/checked.hpp"
-#include "action/shared_verbs.hpp"
 
 #include <godot_cpp/classes/container.hpp>
 #include <godot_cpp/classes/rigid_body2d.hpp>
@@ -28,13 +27,18 @@ Node *placed_or_warn(SCMachineBase *machine, const Object *kind, const NodePath 
 void warn_if_placed_by_another(SCMachineBase *machine, const Object *kind, const Node *node) {
 	const Node *above = node->get_parent();
 	if (Object::cast_to<Control>(node) != nullptr && Object::cast_to<Container>(above) != nullptr) {
-		verbs::warn(machine, kind, vformat("%s lies in %s, a %s, which places what it holds, so it will not stay there. Move something inside %s instead, or take it out of the container.", node->get_name(), above->get_name(), above->get_class(), node->get_name()));
+		verbs::warn(machine, kind,
+				vformat("%s lies in %s, a %s, which places what it holds, so it will not stay there. Move something inside %s instead, or take it out of the "
+						"container.",
+						node->get_name(), above->get_name(), above->get_class(), node->get_name()));
 		return;
 	}
-	const RigidBody2D *flat = Object::cast_to<RigidBody2D>(node);
-	const RigidBody3D *deep = Object::cast_to<RigidBody3D>(node);
-	if ((flat != nullptr && !flat->is_freeze_enabled()) || (deep != nullptr && !deep->is_freeze_enabled())) {
-		verbs::warn(machine, kind, vformat("%s is a %s, which the physics moves too, so the two fight over where it is. Tick Freeze on it, or push it with Apply Force.", node->get_name(), node->get_class()));
+	const RigidBody2D *body_2d = Object::cast_to<RigidBody2D>(node);
+	const RigidBody3D *body_3d = Object::cast_to<RigidBody3D>(node);
+	if ((body_2d != nullptr && !body_2d->is_freeze_enabled()) || (body_3d != nullptr && !body_3d->is_freeze_enabled())) {
+		verbs::warn(machine, kind,
+				vformat("%s is a %s, which the physics moves too, so the two fight over where it is. Tick Freeze on it, or push it with Apply Force.",
+						node->get_name(), node->get_class()));
 	}
 }
 
@@ -60,16 +64,14 @@ bool place_or_warn(SCMachineBase *machine, const Object *kind, const Variant &va
 			break;
 	}
 	const String shown = verbs::setting_in_inspector(setting);
-	verbs::warn(machine, kind, vformat("%s holds %s, which is no place and no direction, so it did nothing. Pick a Vector2, a Vector3 or a node beside %s.", shown, values::kind_in_words(value), shown));
+	verbs::warn(machine, kind,
+			vformat("%s holds %s, which is no place and no direction, so it did nothing. Pick a Vector2, a Vector3 or a node beside %s.", shown,
+					values::kind_in_words(value), shown));
 	return false;
 }
 
-bool is_flat(const Node *placed) {
-	return Object::cast_to<CanvasItem>(placed) != nullptr;
-}
-
 Variant on_side_of(const Node *placed, const Variant &place) {
-	return is_flat(placed) ? Variant(places::as_vector2(place)) : Variant(places::as_vector3(place));
+	return places::is_2d(placed) ? Variant(places::as_vector2(place)) : Variant(places::as_vector3(place));
 }
 
 // The inverse of something smaller than a normal number is endless.
@@ -81,51 +83,65 @@ bool has_a_way_back(const Basis &space) {
 	return std::isnormal(space.determinant());
 }
 
-Transform2D world_of(const CanvasItem *flat) {
-	return flat->get_global_transform();
+Transform2D world_of(const CanvasItem *item) {
+	return item->get_global_transform();
 }
 
 // Outside the tree there is no world, and asking for it is an engine error.
-Transform3D world_of(const Node3D *deep) {
-	return deep->is_inside_tree() ? deep->get_global_transform() : deep->get_transform();
+Transform3D world_of(const Node3D *node_3d) {
+	return node_3d->is_inside_tree() ? node_3d->get_global_transform() : node_3d->get_transform();
 }
 
-Transform2D parent_of(const CanvasItem *flat) {
-	const CanvasItem *above = flat->is_set_as_top_level() ? nullptr : Object::cast_to<CanvasItem>(flat->get_parent());
+Transform2D parent_of(const CanvasItem *item) {
+	const CanvasItem *above = item->is_set_as_top_level() ? nullptr : Object::cast_to<CanvasItem>(item->get_parent());
 	return above != nullptr ? world_of(above) : Transform2D();
 }
 
-Transform3D parent_of(const Node3D *deep) {
-	const Node3D *above = deep->is_set_as_top_level() ? nullptr : Object::cast_to<Node3D>(deep->get_parent());
+Transform3D parent_of(const Node3D *node_3d) {
+	const Node3D *above = node_3d->is_set_as_top_level() ? nullptr : Object::cast_to<Node3D>(node_3d->get_parent());
 	return above != nullptr ? world_of(above) : Transform3D();
 }
 
-Variant to_world(const Node *placed, const Variant &place) {
-	if (const CanvasItem *flat = Object::cast_to<CanvasItem>(placed)) {
-		return world_of(flat).xform(places::as_vector2(place));
+double rotation_of(const CanvasItem *item) {
+	const Control *control = Object::cast_to<Control>(item);
+	const Node2D *node_2d = Object::cast_to<Node2D>(item);
+	return control != nullptr ? double(control->get_rotation()) : (node_2d != nullptr ? double(node_2d->get_rotation()) : 0.0);
+}
+
+void set_rotation_of(CanvasItem *item, double rotation) {
+	if (Control *control = Object::cast_to<Control>(item)) {
+		control->set_rotation(real_t(rotation));
+	} else if (Node2D *node_2d = Object::cast_to<Node2D>(item)) {
+		node_2d->set_rotation(real_t(rotation));
 	}
-	const Node3D *deep = Object::cast_to<Node3D>(placed);
-	return deep != nullptr ? Variant(world_of(deep).xform(places::as_vector3(place))) : Variant();
+}
+
+Variant to_world(const Node *placed, const Variant &place) {
+	if (const CanvasItem *item = Object::cast_to<CanvasItem>(placed)) {
+		return world_of(item).xform(places::as_vector2(place));
+	}
+	const Node3D *node_3d = Object::cast_to<Node3D>(placed);
+	return node_3d != nullptr ? Variant(world_of(node_3d).xform(places::as_vector3(place))) : Variant();
 }
 
 Variant to_own(const Node *placed, const Variant &place) {
-	if (const CanvasItem *flat = Object::cast_to<CanvasItem>(placed)) {
-		const Transform2D world = world_of(flat);
+	if (const CanvasItem *item = Object::cast_to<CanvasItem>(placed)) {
+		const Transform2D world = world_of(item);
 		return has_a_way_back(world) ? Variant(world.affine_inverse().xform(places::as_vector2(place))) : Variant();
 	}
-	if (const Node3D *deep = Object::cast_to<Node3D>(placed)) {
-		const Transform3D world = world_of(deep);
+	if (const Node3D *node_3d = Object::cast_to<Node3D>(placed)) {
+		const Transform3D world = world_of(node_3d);
 		return has_a_way_back(world.basis) ? Variant(world.affine_inverse().xform(places::as_vector3(place))) : Variant();
 	}
 	return Variant();
 }
 
 Variant own_direction(const Node *placed, const Variant &direction) {
-	if (const CanvasItem *flat = Object::cast_to<CanvasItem>(placed)) {
-		return places::as_vector2(direction).rotated(world_of(flat).get_rotation());
+	if (const CanvasItem *item = Object::cast_to<CanvasItem>(placed)) {
+		return places::as_vector2(direction).rotated(world_of(item).get_rotation());
 	}
-	if (const Node3D *deep = Object::cast_to<Node3D>(placed)) {
-		const Basis basis = world_of(deep).basis;
+	if (const Node3D *node_3d = Object::cast_to<Node3D>(placed)) {
+		const Basis basis = world_of(node_3d).basis;
 		return has_a_way_back(basis) ? basis.get_rotation_quaternion().xform(places::as_vector3(direction)) : places::as_vector3(direction);
 	}
 	return direction;

@@ -207,7 +207,8 @@ Variant help_number(const Array &arguments) {
 
 Variant help_fill_in(const Array &arguments) {
 	const Variant also = argument(arguments, 3);
-	return words::fill_in(argument(arguments, 0).stringify(), object_argument<SCMachineBase>(arguments, 1), object_argument<Node>(arguments, 2), also.get_type() == Variant::DICTIONARY ? Dictionary(also) : Dictionary());
+	return words::fill_in(argument(arguments, 0).stringify(), object_argument<SCMachineBase>(arguments, 1), object_argument<Node>(arguments, 2),
+			also.get_type() == Variant::DICTIONARY ? Dictionary(also) : Dictionary());
 }
 
 Variant help_shown_as(const Array &arguments) {
@@ -224,8 +225,7 @@ class Binder {
 	const char *class_name;
 
 public:
-	explicit Binder(const char *to) :
-			class_name(to) {}
+	explicit Binder(const char *to) : class_name(to) {}
 	template <class Function, class... Defaults>
 	void operator()(const MethodDefinition &definition, Function function, const Defaults &...defaults) const {
 		ClassDB::bind_static_method(class_name, definition, function, defaults...);

@@ -1,7 +1,7 @@
 #pragma once
 
 // Hands the framework of kinds to scripts, as static methods of SCMachineAction and, the ones that a
-// question needs, of SCMachineCondition. Called while those two classes register.
+// condition needs, of SCMachineCondition. Called while those two classes register.
 
 namespace static_facilities {
 

@@ -15,7 +15,7 @@ namespace summary_line {
 
 namespace {
 
-constexpr char GAP_MARKER[] = "¤gap¤";
+constexpr char32_t GAP_MARKER[] = U"¤gap¤";
 // A part is only swapped in a line that can be taken in at a glance, and only when it is not half of it.
 constexpr int64_t SHORT_LINE = 60;
 constexpr int64_t LONGEST_PART = 40;
@@ -43,7 +43,7 @@ String in_brackets(const String &name) {
 }
 
 String text_marker(int64_t number) {
-	return vformat("¤marked%d¤", number);
+	return vformat(U"¤marked%d¤", number);
 }
 
 String summary_of(Object *object) {
@@ -62,7 +62,7 @@ TypedArray<StringName> optional_names_of(Object *object) {
 	return action != nullptr ? action->optional_names() : TypedArray<StringName>();
 }
 
-// Settings set for the length of a question. Nobody hears of it, or the inspector would draw itself
+// Settings set for as long as the kind is asked. Nobody hears of it, or the inspector would draw itself
 // anew for every line that the graph draws.
 class Tried {
 	Object *object;
@@ -71,8 +71,7 @@ class Tried {
 	LocalVector<Variant> before;
 
 public:
-	explicit Tried(Object *on) :
-			object(on), were_blocked(on->is_blocking_signals()) { object->set_block_signals(true); }
+	explicit Tried(Object *on) : object(on), were_blocked(on->is_blocking_signals()) { object->set_block_signals(true); }
 	~Tried() {
 		for (uint32_t i = settings.size(); i > 0; i--) {
 			object->set(settings[i - 1], before[i - 1]);
@@ -281,8 +280,10 @@ String shown_line(Object *object) {
 	const ActionShared &shared = ActionShared::get();
 	Tried tried(object);
 	for (const PropertyInfo &property : properties_of(object)) {
-		const bool may_gape = property.type == Variant::STRING_NAME || (property.type == Variant::STRING && (property.hint == PROPERTY_HINT_FILE || property.hint == PROPERTY_HINT_FILE_PATH));
-		if (may_gape && is_in_editor(property) && property.name != shared.display_name && !ends_in_variable(property.name) && !optional.has(property.name) && String(object->get(property.name)).is_empty()) {
+		const bool may_gape = property.type == Variant::STRING_NAME ||
+				(property.type == Variant::STRING && (property.hint == PROPERTY_HINT_FILE || property.hint == PROPERTY_HINT_FILE_PATH));
+		if (may_gape && is_in_editor(property) && property.name != shared.display_name && !ends_in_variable(property.name) && !optional.has(property.name) &&
+				String(object->get(property.name)).is_empty()) {
 			tried.set(property.name, String(GAP_MARKER));
 		}
 	}

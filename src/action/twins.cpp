@@ -1,7 +1,10 @@
 #include "action/twins.hpp"
 
+#include "action/inspector.hpp"
 #include "action/sc_action.hpp"
 #include "action/variable_names.hpp"
+
+#include "settings/setting_edits.hpp"
 
 #include <godot_cpp/core/object.hpp>
 
@@ -40,10 +43,12 @@ void find_out(const Kind &kind, KindTwins &twins) {
 	}
 	for (const PropertyInfo &property : properties) {
 		const String name = property.name;
-		const StringName twin = name + "_variable";
+		const StringName twin = name + String("_variable");
 		// A kind that has a variable setting of its own beside it keeps that.
-		const bool has_its_own = names.has(twin) || (property.type == Variant::NODE_PATH && name.ends_with("_path") && names.has(StringName(name.trim_suffix("_path") + "_variable")));
-		if (is_in_editor(property) && has_a_fitting_type(property) && !has_its_own && !ends_in_variable(property.name) && !shared.the_machines_own.has(property.name) && !twins.twin_of_setting.has(property.name)) {
+		const bool has_its_own = names.has(twin) ||
+				(property.type == Variant::NODE_PATH && name.ends_with("_path") && names.has(StringName(name.trim_suffix("_path") + "_variable")));
+		if (is_in_editor(property) && has_a_fitting_type(property) && !has_its_own && !ends_in_variable(property.name) &&
+				!shared.the_machines_own.has(property.name) && !twins.twin_of_setting.has(property.name)) {
 			twins.settings.push_back(property.name);
 			twins.twins.push_back(twin);
 			twins.setting_of_twin.insert(twin, property.name);
@@ -84,6 +89,7 @@ bool set(Object *object, const StringName &property, const Variant &value) {
 	}
 	const KindFields fields = KindFields::of(object);
 	const StringName variable = value;
+	const uint64_t shown_before = setting_edits::shown(object, fields.row);
 	if (!variable.is_empty()) {
 		(*fields.from_variables)[*setting] = variable;
 		fields.bound->note_names();
@@ -99,6 +105,9 @@ bool set(Object *object, const StringName &property, const Variant &value) {
 	if (SCMachineAction *action = Object::cast_to<SCMachineAction>(object)) {
 		action->forget_variables_used();
 	}
+	if (setting_edits::shown(object, fields.row) != shown_before) {
+		object->notify_property_list_changed();
+	}
 	object->emit_signal(ActionShared::get().changed);
 	return true;
 }
@@ -108,9 +117,17 @@ void list(const Object *object, List<PropertyInfo> *properties) {
 	if (!twins_of_object.is_empty()) {
 		properties->push_back(PropertyInfo(Variant::NIL, "Read From Variables", PROPERTY_HINT_NONE, String(), PROPERTY_USAGE_GROUP));
 	}
+	// The engine hands only what a class declares to _validate_property, so a twin's rules are applied here.
 	for (const StringName &twin : twins_of_object) {
-		properties->push_back(describe(twin));
+		PropertyInfo shown = describe(twin);
+		inspector::hide_by_rules(object, shown);
+		properties->push_back(shown);
 	}
+}
+
+bool is_read_from_a_variable(const Object *object, const StringName &setting) {
+	const KindFields fields = KindFields::of(const_cast<Object *>(object));
+	return fields && !StringName(fields.from_variables->get(setting, StringName())).is_empty();
 }
 
 PropertyInfo describe(const StringName &twin) {

@@ -18,6 +18,8 @@ bool get(const Object *object, const StringName &property, Variant &value);
 bool set(Object *object, const StringName &property, const Variant &value);
 void list(const Object *object, List<PropertyInfo> *properties);
 
+bool is_read_from_a_variable(const Object *object, const StringName &setting);
+
 PropertyInfo describe(const StringName &twin);
 // Every setting that a variable is named for, by a twin or by a `<setting>_variable` of the kind's own.
 Dictionary variables_behind(const Object *object);

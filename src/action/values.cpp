@@ -196,7 +196,10 @@ void say_no_such_variable(SCMachineBase *machine, const StringName &variable) {
 		report_null("_no_such_variable", "p_machine");
 		return;
 	}
-	MakerWarnings::once_for(machine, vformat("no_variable:%s", variable), vformat("%s reads the variable %s, which it does not have, so the value typed in beside that setting is used instead. Add %s in its Variables tab, or pick a variable it has.", machine->name_in_messages(), variable, variable));
+	MakerWarnings::once_for(machine, vformat("no_variable:%s", variable),
+			vformat("%s reads the variable %s, which it does not have, so the value typed in beside that setting is used instead. Add %s in its Variables tab, "
+					"or pick a variable it has.",
+					machine->name_in_messages(), variable, variable));
 }
 
 Variant keep_whole(SCMachineBase *machine, const StringName &variable, double answer) {
@@ -209,7 +212,9 @@ Variant keep_whole(SCMachineBase *machine, const StringName &variable, double an
 	}
 	const int64_t whole = ValueKinds::whole_part(Math::round(answer));
 	if (Math::abs(double(whole) - answer) > AS_GOOD_AS_WHOLE) {
-		MakerWarnings::once_for(machine, vformat("whole:%s", variable), vformat("%s on %s is an int, so %s was rounded to %d. Make it a float in the Variables tab to keep fractions.", variable, machine->name_in_messages(), words::number(answer), whole));
+		MakerWarnings::once_for(machine, vformat("whole:%s", variable),
+				vformat("%s on %s is an int, so %s was rounded to %d. Make it a float in the Variables tab to keep fractions.", variable,
+						machine->name_in_messages(), words::number(answer), whole));
 	}
 	return whole;
 }
@@ -231,7 +236,10 @@ Ref<Resource> item_in(SCMachineBase *machine, const StringName &variable) {
 		}
 		script = script->get_base_script();
 	}
-	MakerWarnings::once_for(machine, vformat("not an item:%s", variable), vformat("%s on %s holds %s, not an item, so the item actions reading it have no item to work with. Put an item in it, with Pick Item or Set Variable.", variable, machine->name_in_messages(), kind_in_words(held)));
+	MakerWarnings::once_for(machine, vformat("not an item:%s", variable),
+			vformat("%s on %s holds %s, not an item, so the item actions reading it have no item to work with. Put an item in it, with Pick Item or Set "
+					"Variable.",
+					variable, machine->name_in_messages(), kind_in_words(held)));
 	return Ref<Resource>();
 }
 

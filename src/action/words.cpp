@@ -256,4 +256,20 @@ String property_in_line(const StringName &property) {
 	return String(" ").join(String(property).split("_", false));
 }
 
+String event_in_words(const StringName &event) {
+	return event.is_empty() ? String("nothing") : String(event);
+}
+
+String picked(const StringName &name) {
+	return name.is_empty() ? ActionShared::get().not_picked : String(name);
+}
+
+String listed(const Array &names) {
+	PackedStringArray shown;
+	for (int64_t i = 0; i < names.size(); i++) {
+		shown.push_back(picked(text_of(names[i])));
+	}
+	return String(", ").join(shown);
+}
+
 } // namespace words

@@ -43,5 +43,12 @@ PackedStringArray names_in(const String &line);
 String name_in_line(const NodePath &path, const String &self = "Self", const String &otherwise = "Self");
 // "body_path" reads "body path".
 String property_in_line(const StringName &property);
+// An event as a sentence names it: "nothing" when there is none.
+String event_in_words(const StringName &event);
+// A name in a summary: "(pick one)" when there is none. The drawn line fills such a gap by itself, but for a setting that
+// ends in "_variable".
+String picked(const StringName &name);
+// A list of names in a summary.
+String listed(const Array &names);
 
 } // namespace words

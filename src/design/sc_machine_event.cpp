@@ -48,12 +48,14 @@ void SCMachineEvent::_validate_property(PropertyInfo &property) const {
 }
 
 void SCMachineEvent::_bind_methods() {
-	ClassTable<SCMachineEvent> table("A declared event. Events themselves are only names; declaring one says what it means, what it carries and whether every machine hears it.");
+	ClassTable<SCMachineEvent> table(
+			"A declared event. Events themselves are only names; declaring one says what it means, what it carries and whether every machine hears it.");
 	table.constants_of<Carries>();
 	table.setting<&SCMachineEvent::event_name>("event_name", "Exact name under which it is sent and awaited.");
 	table.setting<&SCMachineEvent::description>("description", hint::MULTILINE, "What the event means, shown when the pointer rests on it.");
 	table.setting<&SCMachineEvent::is_global>("is_global", "Every machine in the game hears it, whoever sends it.");
-	table.property("carries", table.enum_info<Carries>("carries"), &SCMachineEvent::set_carries, &SCMachineEvent::get_carries, "The kind of value the event carries.");
+	table.property(
+			"carries", table.enum_info<Carries>("carries"), &SCMachineEvent::set_carries, &SCMachineEvent::get_carries, "The kind of value the event carries.");
 	table.setting<&SCMachineEvent::data_name>("data_name", "What the value is called, for example Points.");
 	table.setting<&SCMachineEvent::data_description>("data_description", hint::MULTILINE, "What the value means.");
 	ClassDB::bind_method(D_METHOD("value_label"), &SCMachineEvent::value_label);

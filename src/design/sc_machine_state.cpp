@@ -106,18 +106,26 @@ int64_t SCMachineState::inner_slot_of(const Ref<Resource> &state) const {
 }
 
 void SCMachineState::_bind_methods() {
-	ClassTable<SCMachineState> table("One state of a machine, with the actions it runs while active, the transitions that leave it, and any states nested inside it.");
-	table.setting<&SCMachineState::state_name>("state_name", "The state's name. Transitions name their destination, so every state in a machine needs its own.");
+	ClassTable<SCMachineState> table(
+			"One state of a machine, with the actions it runs while active, the transitions that leave it, and any states nested inside it.");
+	table.setting<&SCMachineState::state_name>(
+			"state_name", "The state's name. Transitions name their destination, so every state in a machine needs its own.");
 	table.setting<&SCMachineState::actions>("actions", "What the state does while active, run top to bottom on their own intervals.");
 	table.setting<&SCMachineState::transitions>("transitions", "Ways out of the state, asked in order. The first one that fires wins.");
-	table.setting<&SCMachineState::sub_states>("sub_states", "States nested inside this one. One of them runs underneath it and gets each event first; this state takes an event only when the one inside did not.");
-	table.setting<&SCMachineState::parallel_states>("parallel_states", "Sets of states running side by side inside this state, each with its own current state. All stop when this state is left.");
+	table.setting<&SCMachineState::sub_states>("sub_states",
+			"States nested inside this one. One of them runs underneath it and gets each event first; this state takes an event only when the one inside did "
+			"not.");
+	table.setting<&SCMachineState::parallel_states>(
+			"parallel_states", "Sets of states running side by side inside this state, each with its own current state. All stop when this state is left.");
 	table.setting<&SCMachineState::start_sub_state>("start_sub_state", "The nested state entered first. Empty uses the first in the list.");
-	table.setting<&SCMachineState::is_end_state>("is_end_state", "Marks a nested state as the end of its parent's work. Reaching it with its actions done tells the parent its work has completed.");
-	table.setting<&SCMachineState::pause_here>("pause_here", "While testing from the editor, hold the machine the moment it arrives here. Does nothing in a finished game.");
+	table.setting<&SCMachineState::is_end_state>(
+			"is_end_state", "Marks a nested state as the end of its parent's work. Reaching it with its actions done tells the parent its work has completed.");
+	table.setting<&SCMachineState::pause_here>(
+			"pause_here", "While testing from the editor, hold the machine the moment it arrives here. Does nothing in a finished game.");
 	table.setting<&SCMachineState::graph_position>("graph_position", "Where the state's box sits in the graph.");
 	table.setting<&SCMachineState::graph_color>("graph_color", "Colour of the box's title band and its arrows. Transparent uses the default.");
-	table.setting<&SCMachineState::run_facts>("run_facts", hint::NEITHER_STORED_NOR_SHOWN, "What a running machine found out about this state's actions the first time it entered it, shared by every machine running the state. Not saved.");
+	table.setting<&SCMachineState::run_facts>("run_facts", hint::NEITHER_STORED_NOR_SHOWN,
+			"What a running machine found out about this state's actions the first time it entered it, shared by every machine running the state. Not saved.");
 	ClassDB::bind_method(D_METHOD("contains", "state"), &SCMachineState::contains);
 	ClassDB::bind_method(D_METHOD("first_sub_state"), &SCMachineState::first_sub_state);
 	ClassDB::bind_method(D_METHOD("inner_starts"), &SCMachineState::inner_starts);

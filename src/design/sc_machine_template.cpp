@@ -120,16 +120,21 @@ String SCMachineTemplate::_to_string() const {
 }
 
 void SCMachineTemplate::_bind_methods() {
-	ClassTable<SCMachineTemplate> table("A whole machine saved as a file, with its states, the one it starts in and its variables. Put one on any number of Machine nodes, and editing the file changes all of them.");
+	ClassTable<SCMachineTemplate> table("A whole machine saved as a file, with its states, the one it starts in and its variables. Put one on any number of "
+										"Machine nodes, and editing the file changes all of them.");
 	table.setting<&SCMachineTemplate::display_name>("display_name", "Name shown in the graph's picker.");
 	table.setting<&SCMachineTemplate::description>("description", hint::MULTILINE, "What this machine does.");
 	table.setting<&SCMachineTemplate::initial_state>("initial_state", "The state the machine starts in.");
 	table.setting<&SCMachineTemplate::states>("states", "Every top-level state. Nested states belong to their parent.");
 	table.setting<&SCMachineTemplate::variables>("variables", "Variables every machine using this template starts with.");
-	table.setting<&SCMachineTemplate::events>("events", "Events this machine declares: what each means, what it carries, and whether every machine in the game hears it.");
-	table.setting<&SCMachineTemplate::loop_increment_limit>("loop_increment_limit", { PROPERTY_HINT_RANGE, "1,1000,1,or_greater" }, "How many states a machine may enter in one run of moves before it decides that its states lead round in a circle with nothing to wait for and stops with a message naming the state. Each event arriving from outside starts a fresh count.");
+	table.setting<&SCMachineTemplate::events>(
+			"events", "Events this machine declares: what each means, what it carries, and whether every machine in the game hears it.");
+	table.setting<&SCMachineTemplate::loop_increment_limit>("loop_increment_limit", { PROPERTY_HINT_RANGE, "1,1000,1,or_greater" },
+			"How many states a machine may enter in one run of moves before it decides that its states lead round in a circle with nothing to wait for and "
+			"stops with a message naming the state. Each event arriving from outside starts a fresh count.");
 	table.setting<&SCMachineTemplate::notes>("notes", "Boxes drawn behind the states. They have no effect on running.");
-	table.setting<&SCMachineTemplate::carries_over>("carries_over", "Carry this machine on into the next scene, with its variables, stats and inventories, to the machine running the same template there.");
+	table.setting<&SCMachineTemplate::carries_over>("carries_over",
+			"Carry this machine on into the next scene, with its variables, stats and inventories, to the machine running the same template there.");
 	ClassDB::bind_method(D_METHOD("global_event_names"), &SCMachineTemplate::global_event_names);
 	ClassDB::bind_method(D_METHOD("event_named", "wanted"), &SCMachineTemplate::event_named);
 	ClassDB::bind_method(D_METHOD("all_states"), &SCMachineTemplate::all_states);

@@ -22,6 +22,7 @@ void SCMachineTransition::_bind_methods() {
 	table.setting<&SCMachineTransition::event>("event", "The event that takes this transition: FINISHED, or any name an action or another machine sends.");
 	table.setting<&SCMachineTransition::to_state>("to_state", "Name of the state to go to. Must match a state in the machine.");
 	table.setting<&SCMachineTransition::store_data_in>("store_data_in", "The variable that receives the value the event carries, as the transition is taken.");
-	table.setting<&SCMachineTransition::graph_position>("graph_position", "Where this transition's box sits when it floats as a global transition inside a parent state.");
+	table.setting<&SCMachineTransition::graph_position>(
+			"graph_position", "Where this transition's box sits when it floats as a global transition inside a parent state.");
 	ClassDB::bind_static_method("SCMachineTransition", D_METHOD("finished_event"), &SCMachineTransition::finished_event);
 }

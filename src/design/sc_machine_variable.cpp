@@ -42,7 +42,8 @@ Variant SCMachineVariable::starting_value_for(Node *machine) const {
 		}
 		Node *found = machine->get_node_or_null(starting_node);
 		if (found == nullptr) {
-			MakerWarnings::once_for(Object::cast_to<SCMachine>(machine), vformat("starting node %s", name), vformat("Variable %s on %s starts with no node, as nothing is at %s from the machine.", name, machine->get_name(), starting_node));
+			MakerWarnings::once_for(Object::cast_to<SCMachine>(machine), vformat("starting node %s", name),
+					vformat("Variable %s on %s starts with no node, as nothing is at %s from the machine.", name, machine->get_name(), starting_node));
 		}
 		return found != nullptr ? Variant(found) : Variant();
 	}
@@ -67,7 +68,8 @@ Variant SCMachineVariable::list_for(Node *machine) const {
 		const NodePath path = list[i];
 		Node *found = path.is_empty() ? nullptr : machine->get_node_or_null(path);
 		if (found == nullptr) {
-			MakerWarnings::once_for(Object::cast_to<SCMachine>(machine), vformat("list node %s %d", name, i), vformat("Item %d of list %s on %s holds no node, as nothing is at %s from the machine.", i + 1, name, machine->get_name(), path));
+			MakerWarnings::once_for(Object::cast_to<SCMachine>(machine), vformat("list node %s %d", name, i),
+					vformat("Item %d of list %s on %s holds no node, as nothing is at %s from the machine.", i + 1, name, machine->get_name(), path));
 		}
 		list[i] = found != nullptr ? Variant(found) : Variant();
 	}
@@ -131,20 +133,27 @@ void SCMachineVariable::_validate_property(PropertyInfo &property) const {
 }
 
 void SCMachineVariable::_bind_methods() {
-	ClassTable<SCMachineVariable> table("A named value a machine carries. Actions read and write it, and it may be limited, or shared by every machine in the game.");
+	ClassTable<SCMachineVariable> table(
+			"A named value a machine carries. Actions read and write it, and it may be limited, or shared by every machine in the game.");
 	table.constants_of<ListItems>();
 	table.constants_of<Starts>();
 	table.setting_as<&SCMachineVariable::name>("name", "variable_name", hint::PLAIN, "The name actions and conditions use.");
 	table.setting<&SCMachineVariable::items_are>("items_are", "What a list's items are.").relists();
 	table.setting<&SCMachineVariable::default_value>("default_value", "What the value starts as when the machine starts. Its type is the variable's type.");
-	table.setting<&SCMachineVariable::starting_node>("starting_node", "The node held at start, kept as the way to it from the machine, so every machine running this template finds its own.");
+	table.setting<&SCMachineVariable::starting_node>(
+			"starting_node", "The node held at start, kept as the way to it from the machine, so every machine running this template finds its own.");
 	table.setting<&SCMachineVariable::description>("description", hint::MULTILINE, "What the value is for, shown when the pointer rests on it in the graph.");
-	table.setting<&SCMachineVariable::never_below>("never_below", "The lowest value: a number such as 0, or the name of another float or int variable. Empty means no limit.");
-	table.property("never_above", PropertyInfo(Variant::STRING, "never_above"), &SCMachineVariable::set_never_above, &SCMachineVariable::get_never_above, "The highest value: a number such as 100, or the name of another float or int variable such as max_health. Empty means no limit.", nullptr, "most");
-	table.property("starts", table.enum_info<Starts>("starts"), &SCMachineVariable::set_starts, &SCMachineVariable::get_starts, "Where it starts: at its starting value, full, or a share of the way up.");
+	table.setting<&SCMachineVariable::never_below>(
+			"never_below", "The lowest value: a number such as 0, or the name of another float or int variable. Empty means no limit.");
+	table.property("never_above", PropertyInfo(Variant::STRING, "never_above"), &SCMachineVariable::set_never_above, &SCMachineVariable::get_never_above,
+			"The highest value: a number such as 100, or the name of another float or int variable such as max_health. Empty means no limit.", nullptr, "most");
+	table.property("starts", table.enum_info<Starts>("starts"), &SCMachineVariable::set_starts, &SCMachineVariable::get_starts,
+			"Where it starts: at its starting value, full, or a share of the way up.");
 	table.setting<&SCMachineVariable::share>("share", hint::PERCENT, "How far up it starts, for At A Share. 50 starts half full.");
-	table.setting<&SCMachineVariable::is_global>("is_global", "One value for the whole game, shared by every machine with a global variable of this name, kept from scene to scene.");
-	table.setting<&SCMachineVariable::holds_resource>("holds_resource", hint::NEITHER_STORED_NOR_SHOWN, "A Resource variable, holding a file. Not shown as a setting, because the Variables tab's kind says it.");
+	table.setting<&SCMachineVariable::is_global>(
+			"is_global", "One value for the whole game, shared by every machine with a global variable of this name, kept from scene to scene.");
+	table.setting<&SCMachineVariable::holds_resource>("holds_resource", hint::NEITHER_STORED_NOR_SHOWN,
+			"A Resource variable, holding a file. Not shown as a setting, because the Variables tab's kind says it.");
 	ClassDB::bind_method(D_METHOD("is_number"), &SCMachineVariable::is_number);
 	ClassDB::bind_method(D_METHOD("holds_node"), &SCMachineVariable::holds_node);
 	ClassDB::bind_method(D_METHOD("starting_value_for", "machine"), &SCMachineVariable::starting_value_for);

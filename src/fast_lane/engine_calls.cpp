@@ -27,5 +27,6 @@ bool engine_calls::prepare() {
 		methods.put_in_3d = method("Node3D", "set_global_position", PUT_IN_3D);
 		methods.is_inside_tree = method("Node", "is_inside_tree", IS_INSIDE_TREE);
 	}
-	return methods.place_in_2d != nullptr && methods.put_in_2d != nullptr && methods.place_in_3d != nullptr && methods.put_in_3d != nullptr && methods.is_inside_tree != nullptr;
+	return methods.place_in_2d != nullptr && methods.put_in_2d != nullptr && methods.place_in_3d != nullptr && methods.put_in_3d != nullptr &&
+			methods.is_inside_tree != nullptr;
 }

@@ -27,8 +27,7 @@ const LaneNames &names() {
 
 } // namespace
 
-SCFastLane::SCFastLane() :
-		life(memnew(Life)) {}
+SCFastLane::SCFastLane() : life(memnew(Life)) {}
 
 SCFastLane::~SCFastLane() {
 	life->lane_gone = true;
@@ -95,7 +94,8 @@ FastLaneJob *SCFastLane::new_job(FastLaneJob::Kind kind, bool physics, Object *p
 	return &job;
 }
 
-int32_t SCFastLane::add_distance_check(bool physics, Object *machine, Object *body, const StringName &group, Object *to_node, double distance, bool ignore_height, const StringName &true_event, const StringName &false_event, int32_t last) {
+int32_t SCFastLane::add_distance_check(bool physics, Object *machine, Object *body, const StringName &group, Object *to_node, double distance,
+		bool ignore_height, const StringName &true_event, const StringName &false_event, int32_t last) {
 	FastLaneJob *job = new_job(to_node != nullptr ? FastLaneJob::CHECK_OF_NODE : FastLaneJob::CHECK_OF_GROUP, physics, machine, body);
 	if (job == nullptr) {
 		return NO_JOB;
@@ -115,7 +115,8 @@ int32_t SCFastLane::add_distance_check(bool physics, Object *machine, Object *bo
 	return number_of(job);
 }
 
-int32_t SCFastLane::add_chase(bool physics, Object *machine, Object *body, const StringName &target_variable, double speed, double stop_within, const StringName &reached_event, bool there) {
+int32_t SCFastLane::add_chase(bool physics, Object *machine, Object *body, const StringName &target_variable, double speed, double stop_within,
+		const StringName &reached_event, bool there) {
 	FastLaneJob *job = new_job(FastLaneJob::CHASE, physics, machine, body);
 	if (job == nullptr) {
 		return NO_JOB;
@@ -128,7 +129,8 @@ int32_t SCFastLane::add_chase(bool physics, Object *machine, Object *body, const
 	return number_of(job);
 }
 
-int32_t SCFastLane::add_wander(bool physics, Object *machine, Object *body, const Variant &home, double radius, double speed, double arrive_within, double pause_for, double extra_pause, double waited, double pause, const Variant &place) {
+int32_t SCFastLane::add_wander(bool physics, Object *machine, Object *body, const Variant &home, double radius, double speed, double arrive_within,
+		double pause_for, double extra_pause, double waited, double pause, const Variant &place) {
 	FastLaneJob *job = new_job(FastLaneJob::WANDER, physics, machine, body);
 	if (job == nullptr) {
 		return NO_JOB;
@@ -185,9 +187,14 @@ void SCFastLane::reclaim_forgotten() {
 }
 
 void SCFastLane::_bind_methods() {
-	ClassDB::bind_method(D_METHOD("add_distance_check", "physics", "machine", "body", "group", "to_node", "distance", "ignore_height", "true_event", "false_event", "last"), &SCFastLane::add_distance_check);
-	ClassDB::bind_method(D_METHOD("add_chase", "physics", "machine", "body", "target_variable", "speed", "stop_within", "reached_event", "there"), &SCFastLane::add_chase);
-	ClassDB::bind_method(D_METHOD("add_wander", "physics", "machine", "body", "home", "radius", "speed", "arrive_within", "pause_for", "extra_pause", "waited", "pause", "place"), &SCFastLane::add_wander);
+	ClassDB::bind_method(
+			D_METHOD("add_distance_check", "physics", "machine", "body", "group", "to_node", "distance", "ignore_height", "true_event", "false_event", "last"),
+			&SCFastLane::add_distance_check);
+	ClassDB::bind_method(
+			D_METHOD("add_chase", "physics", "machine", "body", "target_variable", "speed", "stop_within", "reached_event", "there"), &SCFastLane::add_chase);
+	ClassDB::bind_method(D_METHOD("add_wander", "physics", "machine", "body", "home", "radius", "speed", "arrive_within", "pause_for", "extra_pause", "waited",
+								 "pause", "place"),
+			&SCFastLane::add_wander);
 	ClassDB::bind_method(D_METHOD("remove", "job"), &SCFastLane::remove);
 	ClassDB::bind_method(D_METHOD("job_count"), &SCFastLane::job_count);
 	ClassDB::bind_method(D_METHOD("step_machine", "machine", "step"), &SCFastLane::step_machine);

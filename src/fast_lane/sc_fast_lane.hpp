@@ -34,9 +34,12 @@ public:
 	static void free_shared();
 
 	// `last` and the like are how far the action has come by itself.
-	int32_t add_distance_check(bool physics, Object *machine, Object *body, const StringName &group, Object *to_node, double distance, bool ignore_height, const StringName &true_event, const StringName &false_event, int32_t last);
-	int32_t add_chase(bool physics, Object *machine, Object *body, const StringName &target_variable, double speed, double stop_within, const StringName &reached_event, bool there);
-	int32_t add_wander(bool physics, Object *machine, Object *body, const Variant &home, double radius, double speed, double arrive_within, double pause_for, double extra_pause, double waited, double pause, const Variant &place);
+	int32_t add_distance_check(bool physics, Object *machine, Object *body, const StringName &group, Object *to_node, double distance, bool ignore_height,
+			const StringName &true_event, const StringName &false_event, int32_t last);
+	int32_t add_chase(bool physics, Object *machine, Object *body, const StringName &target_variable, double speed, double stop_within,
+			const StringName &reached_event, bool there);
+	int32_t add_wander(bool physics, Object *machine, Object *body, const Variant &home, double radius, double speed, double arrive_within, double pause_for,
+			double extra_pause, double waited, double pause, const Variant &place);
 	void remove(int64_t job);
 	int64_t job_count() const { return running; }
 	// For a machine that is paused from the editor and stepped: so many seconds of its jobs alone.

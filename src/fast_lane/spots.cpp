@@ -56,7 +56,7 @@ bool spots::from_value(const Variant &value, Vector3 &spot) {
 Vector3 spots::random_around(const Vector3 &home, double radius, Side side) {
 	if (side == IN_2D) {
 		const double distance = UtilityFunctions::randf_range(0.0, radius);
-		const double angle = UtilityFunctions::randf_range(0.0, Math_TAU);
+		const double angle = UtilityFunctions::randf_range(0.0, Math::TAU);
 		return Vector3(real_t(home.x + std::cos(angle) * distance), real_t(home.y + std::sin(angle) * distance), home.z);
 	}
 	const double z = UtilityFunctions::randf_range(-1.0, 1.0);

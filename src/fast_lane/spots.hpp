@@ -35,8 +35,7 @@ struct Way {
 	double length;
 
 	Way(const Vector3 &from, const Vector3 &to, Side side) :
-			x(double(to.x) - double(from.x)),
-			along(side == IN_2D ? double(to.y) - double(from.y) : double(to.z) - double(from.z)),
+			x(double(to.x) - double(from.x)), along(side == IN_2D ? double(to.y) - double(from.y) : double(to.z) - double(from.z)),
 			length(std::sqrt(x * x + along * along)) {}
 
 	// After one step of so many seconds, which lands on the place rather than beyond it.

@@ -71,8 +71,7 @@ class SCFastLane::Pass {
 	Life *life;
 
 public:
-	explicit Pass(Life *passed) :
-			life(passed) { life->passes++; }
+	explicit Pass(Life *passed) : life(passed) { life->passes++; }
 	~Pass() {
 		life->passes--;
 		if (lane_gone() && life->passes == 0) {

@@ -114,7 +114,11 @@ bool MachineRun::may_enter(Resource *target) {
 		return true;
 	}
 	if (node != nullptr) {
-		UtilityFunctions::push_error(vformat("Machine on %s entered %d states in one frame, which means its states lead straight back to one another, so it has stopped. The last was %s. Look for states whose FINISHED or events lead back round with nothing to wait for. A Wait or a Next Frame Event in one of them breaks the circle. A template that really does pass through that many states in one frame can raise Loop Increment Limit on its template.", node->name_in_messages(), entered, name_of(target)));
+		UtilityFunctions::push_error(vformat(
+				"Machine on %s entered %d states in one frame, which means its states lead straight back to one another, so it has stopped. The last was %s. "
+				"Look for states whose FINISHED or events lead back round with nothing to wait for. A Wait or a Next Frame Event in one of them breaks the "
+				"circle. A template that really does pass through that many states in one frame can raise Loop Increment Limit on its template.",
+				node->name_in_messages(), entered, name_of(target)));
 	}
 	stop();
 	return false;

@@ -67,7 +67,7 @@ public:
 			memdelete(record);
 		}
 		if (LocalVector<Record *> *found = retired.getptr(state_id)) {
-			const LocalVector<Record *> records = *found;
+			const LocalVector<Record *> records(*found);
 			retired.erase(state_id);
 			for (Record *record : records) {
 				memdelete(record);

@@ -66,8 +66,7 @@ void DesignIndex::Record::put_below(const IndexedState *parent, const Array &ins
 	}
 }
 
-DesignIndex::DesignIndex(const DesignIndex &other) :
-		record(other.record) {
+DesignIndex::DesignIndex(const DesignIndex &other) : record(other.record) {
 	if (record != nullptr) {
 		record->holders++;
 	}

@@ -77,9 +77,7 @@ void EventRegistry::broadcast(const StringName &event, const Variant &data) {
 	}
 	const StringName kept_event = event;
 	const Variant kept_data = data;
-	MachineSnapshot(kept_event).each([&](SCMachineBase *machine) {
-		machine->run().take_event(kept_event, kept_data, true);
-	});
+	MachineSnapshot(kept_event).each([&](SCMachineBase *machine) { machine->run().take_event(kept_event, kept_data, true); });
 }
 
 // A signal handler never works inside a physics step, and what it sends is not taken as sent by the

@@ -72,7 +72,8 @@ void MachineRun::check_state_finished(RunRow *row) {
 		if (row->has_children()) {
 			row->sub_states_finished = true;
 			for (const RunRow *child : row->children) {
-				const bool done = child != nullptr && child->live && child->plan->end_state && child->all_finished() && (!child->has_children() || child->sub_states_finished);
+				const bool done = child != nullptr && child->live && child->plan->end_state && child->all_finished() &&
+						(!child->has_children() || child->sub_states_finished);
 				row->sub_states_finished = row->sub_states_finished && done;
 			}
 		}

@@ -15,14 +15,12 @@ class Held {
 
 public:
 	Held() = default;
-	explicit Held(T *held) :
-			record(held) {
+	explicit Held(T *held) : record(held) {
 		if (record != nullptr) {
 			record->holders++;
 		}
 	}
-	Held(const Held &other) :
-			Held(other.record) {}
+	Held(const Held &other) : Held(other.record) {}
 	Held &operator=(const Held &other) {
 		if (this != &other) {
 			Held fresh(other);

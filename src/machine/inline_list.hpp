@@ -44,8 +44,7 @@ class InlineList {
 	}
 
 public:
-	InlineList() :
-			own{} {}
+	InlineList() : own{} {}
 	~InlineList() {
 		if (is_apart()) {
 			memfree(apart);

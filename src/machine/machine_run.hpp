@@ -83,8 +83,7 @@ public:
 		MachineRun &run;
 
 	public:
-		explicit Busy(MachineRun &machine_run) :
-				run(machine_run) { run.busy++; }
+		explicit Busy(MachineRun &machine_run) : run(machine_run) { run.busy++; }
 		~Busy() {
 			if (run.busy > 1 || run.has_nothing_to_end()) {
 				run.busy--;
@@ -102,8 +101,7 @@ public:
 		RunRow *former;
 
 	public:
-		RunningAs(MachineRun &machine_run, RunRow *row) :
-				run(machine_run), former(machine_run.running_row) { run.running_row = row; }
+		RunningAs(MachineRun &machine_run, RunRow *row) : run(machine_run), former(machine_run.running_row) { run.running_row = row; }
 		~RunningAs() { run.running_row = former; }
 		RunningAs(const RunningAs &) = delete;
 		RunningAs &operator=(const RunningAs &) = delete;
@@ -207,9 +205,7 @@ public:
 	const Variant *find_value(const StringName &name) const { return values.in_use ? values.find(name) : nullptr; }
 	// The stored value itself when nobody has to hear of a write to it, else null: for what counts in every frame. After the
 	// write comes mark_values_changed().
-	Variant *unguarded_value(const StringName &name) {
-		return values.in_use && !values.guarded && !values.watching ? values.table.getptr(name) : nullptr;
-	}
+	Variant *unguarded_value(const StringName &name) { return values.in_use && !values.guarded && !values.watching ? values.table.getptr(name) : nullptr; }
 	void mark_values_changed() {
 		if (!values.changed) {
 			values.changed = true;

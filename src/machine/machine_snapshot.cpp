@@ -2,13 +2,11 @@
 
 #include "machine_node/sc_machine_base.hpp"
 
-MachineSnapshot::MachineSnapshot(const StringName &event) :
-		MachineSnapshot() {
+MachineSnapshot::MachineSnapshot(const StringName &event) : MachineSnapshot() {
 	EventRegistry::shared().listeners_of(event, ids.list);
 }
 
-MachineSnapshot::MachineSnapshot(const Array &machines) :
-		MachineSnapshot() {
+MachineSnapshot::MachineSnapshot(const Array &machines) : MachineSnapshot() {
 	for (int64_t i = 0; i < machines.size(); i++) {
 		const Object *machine = machines[i].get_validated_object();
 		if (machine != nullptr) {

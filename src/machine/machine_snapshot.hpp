@@ -14,8 +14,7 @@ class MachineSnapshot {
 	static SCMachineBase *find(uint64_t id);
 
 public:
-	MachineSnapshot() :
-			ids(EventRegistry::shared().machine_lists) {}
+	MachineSnapshot() : ids(EventRegistry::shared().machine_lists) {}
 	// The machines that listen for a global event.
 	explicit MachineSnapshot(const StringName &event);
 	explicit MachineSnapshot(const Array &machines);

@@ -45,8 +45,7 @@ public:
 	NameMap() = default;
 	NameMap(const NameMap &) = delete;
 	NameMap &operator=(const NameMap &) = delete;
-	NameMap(NameMap &&other) noexcept :
-			entries(std::move(other.entries)), index(std::exchange(other.index, nullptr)) {}
+	NameMap(NameMap &&other) noexcept : entries(std::move(other.entries)), index(std::exchange(other.index, nullptr)) {}
 	NameMap &operator=(NameMap &&other) noexcept {
 		std::swap(entries, other.entries);
 		std::swap(index, other.index);

@@ -11,8 +11,7 @@ class OnFirstUse {
 
 public:
 	OnFirstUse() = default;
-	OnFirstUse(const T &value) :
-			made(value) {}
+	OnFirstUse(const T &value) : made(value) {}
 	OnFirstUse &operator=(const T &value) {
 		// The destructor of the former value can call user code, which must find the new one here.
 		std::optional<T> former(value);

@@ -10,7 +10,8 @@
 #include <godot_cpp/core/object.hpp>
 
 bool MachineRun::may_rest(int action) const {
-	return running_row != nullptr && running_row->live && node != nullptr && action >= 0 && action < running_row->action_count() && !running_row->rests_at(action);
+	return running_row != nullptr && running_row->live && node != nullptr && action >= 0 && action < running_row->action_count() &&
+			!running_row->rests_at(action);
 }
 
 void MachineRun::rest_until(int action, const Array &wakers) {

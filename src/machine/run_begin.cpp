@@ -11,8 +11,7 @@
 
 bool MachineRun::debugger_active = false;
 
-MachineRun::MachineRun(SCMachineBase *machine_node) :
-		node(machine_node) {}
+MachineRun::MachineRun(SCMachineBase *machine_node) : node(machine_node) {}
 
 MachineRun::~MachineRun() {
 	if (called_before == this) {

@@ -24,8 +24,7 @@ class ScopedTimer {
 	uint64_t since = 0;
 
 public:
-	explicit ScopedTimer(bool in_physics = false) :
-			counts(MachineTime::on && !MachineTime::open), physics(in_physics) {
+	explicit ScopedTimer(bool in_physics = false) : counts(MachineTime::on && !MachineTime::open), physics(in_physics) {
 		if (counts) {
 			MachineTime::open = true;
 			since = MachineTime::now_usec();

@@ -28,8 +28,7 @@ public:
 	public:
 		LocalVector<T> &list;
 
-		explicit Borrowed(ScratchLists &lists) :
-				from(lists), list(lists.next()) {}
+		explicit Borrowed(ScratchLists &lists) : from(lists), list(lists.next()) {}
 		~Borrowed() { from.depth--; }
 		Borrowed(const Borrowed &) = delete;
 		Borrowed &operator=(const Borrowed &) = delete;
@@ -45,8 +44,7 @@ public:
 		ScratchLists *lent_by = nullptr;
 
 	public:
-		Copy(ScratchLists &lists, const List &list) :
-				count(list.size()) {
+		Copy(ScratchLists &lists, const List &list) : count(list.size()) {
 			// By far the most lists that a frame goes through hold one.
 			if (count == 1) {
 				own[0] = list[0];

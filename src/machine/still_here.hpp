@@ -13,7 +13,6 @@ class StillHere {
 	RunRow *row;
 
 public:
-	explicit StillHere(SCMachineBase *machine) :
-			run(machine->run()), busy(run), row(run.row_being_run()) {}
+	explicit StillHere(SCMachineBase *machine) : run(machine->run()), busy(run), row(run.row_being_run()) {}
 	explicit operator bool() const { return run.machine() != nullptr && run.is_running() && (row == nullptr || row->live); }
 };

@@ -25,8 +25,7 @@ class SharingUnderWay {
 	bool outermost = true;
 
 public:
-	explicit SharingUnderWay(const StringName &shared) :
-			names(EventRegistry::shared().names_being_shared), name(shared) {
+	explicit SharingUnderWay(const StringName &shared) : names(EventRegistry::shared().names_being_shared), name(shared) {
 		for (SharedName &other : names) {
 			if (other.name == name) {
 				other.written_again = true;

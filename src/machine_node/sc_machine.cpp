@@ -1,5 +1,7 @@
 #include "machine_node/sc_machine.hpp"
 
+#include "machine_node/design_hooks.hpp"
+
 #include "machine/debugger_channel.hpp"
 #include "machine/machine_run.hpp"
 #include "machine/names.hpp"
@@ -82,20 +84,38 @@ void SCMachine::report_values() {
 	DebuggerChannel::values(run());
 }
 
+PackedStringArray SCMachine::_get_configuration_warnings() const {
+	return design_hooks::warnings_of != nullptr ? design_hooks::warnings_of(const_cast<SCMachine *>(this)) : PackedStringArray();
+}
+
 void SCMachine::_bind_methods() {
-	ClassTable<SCMachine> table("A state machine for the node it is put under: a door, a lift, an enemy, a camera. Give it states of its own, or a template that any number of machines share, and it runs while the game plays.");
-	table.setting<&SCMachine::machine_template>("template", "The machine to run, saved as a file. When it is set, its states, its initial state and its variables are used in place of the ones below.");
+	ClassTable<SCMachine> table("A state machine for the node it is put under: a door, a lift, an enemy, a camera. Give it states of its own, or a template "
+								"that any number of machines share, and it runs while the game plays.");
+	table.setting<&SCMachine::machine_template>("template",
+			"The machine to run, saved as a file. When it is set, its states, its initial state and its variables are used in place of the ones below.");
 	table.setting<&SCMachine::target_path>("target_path", "The node the machine works on. Empty means the node it is put under.");
 	table.setting<&SCMachine::autostart>("autostart", "Start by itself as the scene begins. Off, it waits until its start method is called.");
-	table.property("physics_tick", PropertyInfo(Variant::BOOL, "physics_tick"), &SCMachine::set_physics_tick, &SCMachine::get_physics_tick, "Run the actions of every state in the physics step, as often each second as the project's physics, instead of once for every frame drawn.", nullptr, "on");
-	table.property("debug_log", PropertyInfo(Variant::BOOL, "debug_log"), &SCMachine::set_debug_log, &SCMachine::get_debug_log, "Print every change of state and every event to the Output panel.", nullptr, "on");
-	table.property("states", PropertyOf<TypedArray<SCMachineState>>::info("states"), &SCMachine::set_states, &SCMachine::get_states, "The states of this machine. States nested inside another belong to that one.");
+	table.property("physics_tick", PropertyInfo(Variant::BOOL, "physics_tick"), &SCMachine::set_physics_tick, &SCMachine::get_physics_tick,
+			"Run the actions of every state in the physics step, as often each second as the project's physics, instead of once for every frame drawn.",
+			nullptr, "on");
+	table.property("debug_log", PropertyInfo(Variant::BOOL, "debug_log"), &SCMachine::set_debug_log, &SCMachine::get_debug_log,
+			"Print every change of state and every event to the Output panel.", nullptr, "on");
+	table.property("states", PropertyOf<TypedArray<SCMachineState>>::info("states"), &SCMachine::set_states, &SCMachine::get_states,
+			"The states of this machine. States nested inside another belong to that one.");
 	table.setting<&SCMachine::initial_state>("initial_state", "The state the machine starts in.");
-	table.property("variables", PropertyOf<TypedArray<SCMachineVariable>>::info("variables"), &SCMachine::set_variables, &SCMachine::get_variables, "The named values this machine carries, and what each starts as.");
-	table.property("handed_values", PropertyInfo(Variant::DICTIONARY, "handed_values", PROPERTY_HINT_TYPE_STRING, "21:;0:"), &SCMachine::set_handed_values, &SCMachine::get_handed_values, "Values given to this machine from outside before it starts, as Run Template does. Each must be of the kind its variable was declared with, and a global variable is left as it is.");
-	table.property("starting_values", PropertyInfo(Variant::DICTIONARY, "starting_values", PROPERTY_HINT_TYPE_STRING, "21:;0:"), &SCMachine::set_starting_values, &SCMachine::get_starting_values, "Values that this one machine starts with in place of the declared ones, by the variable's name. They are taken as they are.");
-	table.property("target", PropertyInfo(Variant::OBJECT, "target", PROPERTY_HINT_NODE_TYPE, "Node", PROPERTY_USAGE_NONE, "Node"), &SCMachine::set_target, &SCMachine::target_node, "The node the machine works on, found by Target Path as the machine becomes ready.", nullptr, "node");
-	table.property("values", PropertyInfo(Variant::DICTIONARY, "values", PROPERTY_HINT_NONE, "", PROPERTY_USAGE_NONE), &SCMachine::set_values, &SCMachine::get_values, "The values of all variables at this moment, by name. It is a copy: use set_value to change one of them.");
+	table.property("variables", PropertyOf<TypedArray<SCMachineVariable>>::info("variables"), &SCMachine::set_variables, &SCMachine::get_variables,
+			"The named values this machine carries, and what each starts as.");
+	table.property("handed_values", PropertyInfo(Variant::DICTIONARY, "handed_values", PROPERTY_HINT_TYPE_STRING, "21:;0:"), &SCMachine::set_handed_values,
+			&SCMachine::get_handed_values,
+			"Values given to this machine from outside before it starts, as Run Template does. Each must be of the kind its variable was declared with, and a "
+			"global variable is left as it is.");
+	table.property("starting_values", PropertyInfo(Variant::DICTIONARY, "starting_values", PROPERTY_HINT_TYPE_STRING, "21:;0:"),
+			&SCMachine::set_starting_values, &SCMachine::get_starting_values,
+			"Values that this one machine starts with in place of the declared ones, by the variable's name. They are taken as they are.");
+	table.property("target", PropertyInfo(Variant::OBJECT, "target", PROPERTY_HINT_NODE_TYPE, "Node", PROPERTY_USAGE_NONE, "Node"), &SCMachine::set_target,
+			&SCMachine::target_node, "The node the machine works on, found by Target Path as the machine becomes ready.", nullptr, "node");
+	table.property("values", PropertyInfo(Variant::DICTIONARY, "values", PROPERTY_HINT_NONE, "", PROPERTY_USAGE_NONE), &SCMachine::set_values,
+			&SCMachine::get_values, "The values of all variables at this moment, by name. It is a copy: use set_value to change one of them.");
 
 	ClassDB::bind_method(D_METHOD("_get_system_connections"), &SCMachine::get_system_connections);
 	ClassDB::bind_method(D_METHOD("_get_limits"), &SCMachine::get_limits);
@@ -106,8 +126,10 @@ void SCMachine::_bind_methods() {
 	ADD_PROPERTY(PropertyInfo(Variant::DICTIONARY, "_limited_by", PROPERTY_HINT_NONE, "", PROPERTY_USAGE_NONE), "", "_get_limited_by");
 	ADD_PROPERTY(PropertyInfo(Variant::DICTIONARY, "_shares", PROPERTY_HINT_NONE, "", PROPERTY_USAGE_NONE), "", "_get_shares");
 
-	ADD_SIGNAL(MethodInfo("state_changed", PropertyInfo(Variant::OBJECT, "current", PROPERTY_HINT_RESOURCE_TYPE, "SCMachineState"), PropertyInfo(Variant::OBJECT, "previous", PROPERTY_HINT_RESOURCE_TYPE, "SCMachineState")));
-	ADD_SIGNAL(MethodInfo("event_sent", PropertyInfo(Variant::STRING_NAME, "event_name"), PropertyInfo(Variant::NIL, "data", PROPERTY_HINT_NONE, "", PROPERTY_USAGE_DEFAULT | PROPERTY_USAGE_NIL_IS_VARIANT)));
+	ADD_SIGNAL(MethodInfo("state_changed", PropertyInfo(Variant::OBJECT, "current", PROPERTY_HINT_RESOURCE_TYPE, "SCMachineState"),
+			PropertyInfo(Variant::OBJECT, "previous", PROPERTY_HINT_RESOURCE_TYPE, "SCMachineState")));
+	ADD_SIGNAL(MethodInfo("event_sent", PropertyInfo(Variant::STRING_NAME, "event_name"),
+			PropertyInfo(Variant::NIL, "data", PROPERTY_HINT_NONE, "", PROPERTY_USAGE_DEFAULT | PROPERTY_USAGE_NIL_IS_VARIANT)));
 	ADD_SIGNAL(MethodInfo("state_finished", PropertyInfo(Variant::OBJECT, "state", PROPERTY_HINT_RESOURCE_TYPE, "SCMachineState")));
 	BIND_CONSTANT(LOOP_INCREMENT_LIMIT);
 

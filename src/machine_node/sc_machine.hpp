@@ -48,6 +48,9 @@ public:
 	void set_values(const Dictionary &values);
 	Dictionary get_values() const;
 
+	// The scene tree's warning sign.
+	PackedStringArray _get_configuration_warnings() const override;
+
 	// starting.cpp
 	void start();
 	TypedArray<SCMachineState> all_states() const;

@@ -61,13 +61,15 @@ void SCMachineBase::bind_running() {
 	ClassDB::bind_method(D_METHOD("_core_set_resume_when_left", "on"), &SCMachineBase::core_set_resume_when_left);
 	ClassDB::bind_method(D_METHOD("_core_live_runs"), &SCMachineBase::core_live_runs);
 
-	ADD_PROPERTY(PropertyInfo(Variant::OBJECT, "current_state", PROPERTY_HINT_RESOURCE_TYPE, "SCMachineState", PROPERTY_USAGE_NONE), "set_current_state", "get_current_state");
+	ADD_PROPERTY(PropertyInfo(Variant::OBJECT, "current_state", PROPERTY_HINT_RESOURCE_TYPE, "SCMachineState", PROPERTY_USAGE_NONE), "set_current_state",
+			"get_current_state");
 }
 
 void SCMachineBase::bind_events() {
 	ClassDB::bind_method(D_METHOD("send_event", "event_name", "data"), &SCMachineBase::send_event, DEFVAL(Variant()));
 	ClassDB::bind_method(D_METHOD("send_event_from_signal", "event_name", "data"), &SCMachineBase::send_event_from_signal, DEFVAL(Variant()));
-	ClassDB::bind_static_method("SCMachineBase", D_METHOD("broadcast_everywhere", "event_name", "data"), &SCMachineBase::broadcast_everywhere, DEFVAL(Variant()));
+	ClassDB::bind_static_method(
+			"SCMachineBase", D_METHOD("broadcast_everywhere", "event_name", "data"), &SCMachineBase::broadcast_everywhere, DEFVAL(Variant()));
 	ClassDB::bind_static_method("SCMachineBase", D_METHOD("core_is_global_event", "event_name"), &SCMachineBase::core_is_global_event);
 	ClassDB::bind_static_method("SCMachineBase", D_METHOD("set_quest_events", "events"), &SCMachineBase::set_quest_events);
 	ClassDB::bind_method(D_METHOD("event_data", "event_name"), &SCMachineBase::event_data);

@@ -4,6 +4,7 @@
 #include "machine/companion_scripts.hpp"
 #include "machine/machine_run.hpp"
 #include "machine/names.hpp"
+#include "machine_node/design_hooks.hpp"
 #include "machine_node/sc_machine.hpp"
 #include "machine_node/shared_machine_data.hpp"
 #include "machine_node/values_setup.hpp"
@@ -117,6 +118,13 @@ void SCMachine::start() {
 	}
 	if (!goes_on()) {
 		return;
+	}
+
+	if (design_hooks::tell_at_start != nullptr) {
+		design_hooks::tell_at_start(this);
+		if (!goes_on()) {
+			return;
+		}
 	}
 
 	// The first state is entered, once what enters with it can be heard.

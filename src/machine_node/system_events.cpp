@@ -173,7 +173,7 @@ void SCMachine::connect_system_events() {
 	if (!listens_to_the_engine(its_run.events.listening)) {
 		return;
 	}
-	const LocalVector<StringName> listening = its_run.events.listening;
+	const LocalVector<StringName> listening(its_run.events.listening);
 	const uint32_t this_start = start_count;
 	for (const StringName &wanted : listening) {
 		const bool is_ours = is_system_event(wanted);
@@ -193,7 +193,8 @@ void SCMachine::warn_never_sent(const StringName &wanted) {
 	const String target_name = target != nullptr ? String(target->get_name()) : String("its node");
 	const String target_kind = target != nullptr ? "a " + target->get_class() : String("missing");
 	const String remedy = CompanionScripts::call(MachineNames::shared().system_events_script, "sent_by", Array::make(wanted));
-	UtilityFunctions::push_warning(vformat("Machine on %s waits for %s, but %s is %s, which never sends it. That takes %s.", machine_name, wanted, target_name, target_kind, remedy));
+	UtilityFunctions::push_warning(
+			vformat("Machine on %s waits for %s, but %s is %s, which never sends it. That takes %s.", machine_name, wanted, target_name, target_kind, remedy));
 }
 
 void SCMachine::disconnect_system_events() {

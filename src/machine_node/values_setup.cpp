@@ -124,7 +124,8 @@ void MachineValues::start_attributes(SCMachine *machine, const Declared &declare
 	MachineRun &run = machine->run();
 	MachineRun::Busy keep(run);
 	for (const Ref<SCMachineVariable> &variable : declared) {
-		if (variable->starts == SCMachineVariable::AT_ITS_STARTING_VALUE || !variable->is_number() || variable->is_global || (machine->starting_values.is_made() && machine->starting_values->has(variable->name))) {
+		if (variable->starts == SCMachineVariable::AT_ITS_STARTING_VALUE || !variable->is_number() || variable->is_global ||
+				(machine->starting_values.is_made() && machine->starting_values->has(variable->name))) {
 			continue;
 		}
 		const Array limits = run.limits_of(variable->name);

@@ -14,6 +14,9 @@ ClassRow::~ClassRow() {
 	for (SettingRow *row : settings) {
 		memdelete(row);
 	}
+	for (StringName *name : warnings) {
+		memdelete(name);
+	}
 }
 
 const SettingRow *ClassRow::setting(const StringName &name) const {

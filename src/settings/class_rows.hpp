@@ -4,6 +4,7 @@
 // Filled by ClassTable while classes register, read by the inspector hooks, the editor's help, the
 // script table, the pairing of kinds with their runtimes and the sweep over all kinds.
 
+#include <godot_cpp/core/object.hpp>
 #include <godot_cpp/core/property_info.hpp>
 #include <godot_cpp/templates/hash_map.hpp>
 #include <godot_cpp/templates/local_vector.hpp>
@@ -13,13 +14,46 @@
 
 using namespace godot;
 
+struct SettingRow;
+
+// Something that is said of a setting and depends on what the others hold.
+struct SettingRule {
+	// The setting it asks about, which may be declared later. Null when a method of the kind answers.
+	const SettingRow *const *about = nullptr;
+	bool (*holds)(const Object *object) = nullptr;
+};
+
+// How a kind goes about its work, which tells when it is done.
+enum class Runs : uint8_t {
+	// The kind says it in operations of its own.
+	AS_IT_SAYS,
+	// By its run mode: done as it enters, or over and over.
+	ONCE_OR_REPEATING,
+	// Done as it enters, with no choice.
+	AT_ONCE,
+	// Finishes by itself later, or as it enters when all its times are zero.
+	FOR_A_WHILE,
+	// Beside whatever else the state does, until it is left. It holds nothing up.
+	ON_AND_ON,
+};
+
 struct SettingRow {
 	PropertyInfo info;
 	StringName getter;
 	StringName setter;
 	String doc;
-	// Changing it shows or hides other settings.
+	// Tells the field behind it from others, null when there is none.
+	const void *field = nullptr;
+	// Changing it shows or hides other settings, for classes that are no kinds. A kind's rules tell by themselves.
 	bool relists = false;
+	// Shown while every one of these holds.
+	LocalVector<SettingRule> shown_if;
+	// May stay empty, while every one of these holds, without the summary lacking something.
+	bool optional = false;
+	LocalVector<SettingRule> optional_if;
+	// Names a variable that is written too, while every one of these holds.
+	bool written = false;
+	LocalVector<SettingRule> written_if;
 	// Takes a value of any type: the inspector offers every one.
 	bool any_type = false;
 	// Writes the field as the setter does, for what knows the object's class already. The value is of the setting's own type. False
@@ -41,6 +75,17 @@ struct ClassRow {
 	String category;
 	StringName word;
 	String script_path;
+
+	Runs runs = Runs::AS_IT_SAYS;
+	bool wants_physics = false;
+	// Of a condition: nothing but a variable's change can change its answer.
+	bool depends_only_on_variables = false;
+	// One for each time of a kind that runs for a while: whether it is set, or read from a variable.
+	LocalVector<SettingRule> takes_time_if;
+	// The names of the sentences of its own.
+	LocalVector<StringName *> warnings;
+	// Some setting is shown only now and then.
+	bool has_rules = false;
 
 	LocalVector<SettingRow *> settings;
 	HashMap<StringName, SettingRow *> by_name;

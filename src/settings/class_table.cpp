@@ -1,6 +1,7 @@
 #include "settings/class_table.hpp"
 
 #include <godot_cpp/classes/class_db_singleton.hpp>
+#include <godot_cpp/core/error_macros.hpp>
 
 namespace {
 
@@ -21,7 +22,7 @@ PackedStringArray constants_in(const EnumWords &words) {
 
 ClassTableBase::ClassTableBase(const StringName &name, const StringName &parent, const char *about) :
 		row(ClassRows::shared().add(name, parent)), class_name(name) {
-	row.about = about;
+	row.about = String::utf8(about);
 }
 
 // "path" and the like already have accessors on Resource that must go on working.
@@ -38,18 +39,28 @@ SettingRow &ClassTableBase::add_row(const PropertyInfo &info, const StringName &
 	added->info = info;
 	added->setter = setter;
 	added->getter = getter;
-	added->doc = doc;
+	added->doc = String::utf8(doc);
 	row.settings.push_back(added);
 	row.by_name.insert(info.name, added);
 	ClassDB::add_property(class_name, info, setter, getter);
 	return *added;
 }
 
+bool ClassTableBase::is_bound_already(const void *field, const char *name) const {
+	for (const SettingRow *known : row.settings) {
+		if (known->field == field) {
+			ERR_PRINT(vformat("The field of %s that is its setting %s cannot be its setting %s too.", class_name, known->info.name, name));
+			return true;
+		}
+	}
+	return false;
+}
+
 PropertyInfo ClassTableBase::described(PropertyInfo info, const char *name, const Hint &hint) const {
 	info.name = name;
 	if (hint.hint != PROPERTY_HINT_NONE) {
 		info.hint = hint.hint;
-		info.hint_string = hint.text;
+		info.hint_string = String::utf8(hint.text);
 	}
 	if (hint.usage != PROPERTY_USAGE_DEFAULT) {
 		info.usage = hint.usage;
@@ -59,7 +70,7 @@ PropertyInfo ClassTableBase::described(PropertyInfo info, const char *name, cons
 
 PropertyInfo ClassTableBase::described_enum(const EnumWords &words, const char *name, const Hint &hint) const {
 	const PackedStringArray constants = constants_in(words);
-	const PackedStringArray labels = words.labels != nullptr ? String(words.labels).split(",") : PackedStringArray();
+	const PackedStringArray labels = words.labels != nullptr ? String::utf8(words.labels).split(",") : PackedStringArray();
 	String text;
 	for (int64_t i = 0; i < constants.size(); i++) {
 		const String label = i < labels.size() ? labels[i].strip_edges() : label_of(constants[i]);

@@ -13,7 +13,10 @@
 
 #include "machine/value_kinds.hpp"
 #include "settings/class_rows.hpp"
+#include "settings/field_of.hpp"
 #include "settings/hints.hpp"
+#include "settings/setting_edits.hpp"
+#include "settings/setting_rules.hpp"
 
 #include <godot_cpp/core/class_db.hpp>
 #include <godot_cpp/core/object.hpp>
@@ -35,52 +38,34 @@ struct EnumWords {
 // Declares a nested enum once: the inspector's labels and the constants that scripts see come from it.
 // A file or a script may put any number into it, hence a type that holds any.
 #define SC_ENUM(m_name, ...) SC_ENUM_LABELLED(m_name, nullptr, __VA_ARGS__)
-#define SC_ENUM_LABELLED(m_name, m_labels, ...)              \
-	enum m_name : int { __VA_ARGS__ };                       \
-	friend constexpr EnumWords enum_words_of(m_name) {       \
-		return EnumWords{ #m_name, #__VA_ARGS__, m_labels }; \
+#define SC_ENUM_LABELLED(m_name, m_labels, ...)                                                                                                                \
+	enum m_name : int { __VA_ARGS__ };                                                                                                                         \
+	friend constexpr EnumWords enum_words_of(m_name) {                                                                                                         \
+		return EnumWords{ #m_name, #__VA_ARGS__, m_labels };                                                                                                   \
 	}
 
 // Goes into the class body beside GDCLASS: the accessors that setting() binds.
-#define SC_FIELDS                                                     \
-public:                                                               \
-	template <auto Field>                                             \
-	void put_field(typename FieldOf<Field>::Argument given_) {        \
-		const auto fresh_ = typename FieldOf<Field>::Value(given_);   \
-		if (FieldOf<Field>::relists() && !(fresh_ == this->*Field)) { \
-			this->*Field = fresh_;                                    \
-			notify_property_list_changed();                           \
-			return;                                                   \
-		}                                                             \
-		this->*Field = fresh_;                                        \
-	}                                                                 \
-	template <auto Field>                                             \
-	typename FieldOf<Field>::Bound take_field() const {               \
-		return typename FieldOf<Field>::Bound(this->*Field);          \
-	}                                                                 \
-                                                                      \
+#define SC_FIELDS                                                                                                                                              \
+public:                                                                                                                                                        \
+	template <auto Field>                                                                                                                                      \
+	void put_field(typename FieldOf<Field>::Argument given_) {                                                                                                 \
+		const auto fresh_ = typename FieldOf<Field>::Value(given_);                                                                                            \
+		const ClassRow *row_ = setting_edits::row_of(this);                                                                                                    \
+		if (!setting_edits::matter(row_, FieldOf<Field>::row)) {                                                                                               \
+			this->*Field = fresh_;                                                                                                                             \
+			return;                                                                                                                                            \
+		}                                                                                                                                                      \
+		const uint64_t before_ = setting_edits::shown(this, row_);                                                                                             \
+		const bool relists_ = FieldOf<Field>::relists() && !(fresh_ == this->*Field);                                                                          \
+		this->*Field = fresh_;                                                                                                                                 \
+		setting_edits::tell(this, row_, before_, relists_);                                                                                                    \
+	}                                                                                                                                                          \
+	template <auto Field>                                                                                                                                      \
+	typename FieldOf<Field>::Bound take_field() const {                                                                                                        \
+		return typename FieldOf<Field>::Bound(this->*Field);                                                                                                   \
+	}                                                                                                                                                          \
+                                                                                                                                                               \
 private:
-
-template <class Member>
-struct MemberTraits;
-template <class T, class V>
-struct MemberTraits<V T::*> {
-	using Owner = T;
-	using Value = V;
-};
-
-// What is known about one field at compile time, and its row once the class has registered.
-template <auto Field>
-struct FieldOf {
-	using Value = typename MemberTraits<decltype(Field)>::Value;
-	using Owner = typename MemberTraits<decltype(Field)>::Owner;
-	// An enum crosses to scripts as a plain int.
-	using Bound = std::conditional_t<std::is_enum_v<Value>, int64_t, Value>;
-	using Argument = std::conditional_t<std::is_arithmetic_v<Bound>, Bound, const Bound &>;
-
-	inline static const SettingRow *row = nullptr;
-	static bool relists() { return row != nullptr && row->relists; }
-};
 
 // The engine's description of a value of type V, as far as the type alone decides it.
 template <class V>
@@ -95,9 +80,7 @@ struct PropertyOf<Variant> {
 };
 template <class T>
 struct PropertyOf<Ref<T>> {
-	static PropertyInfo info(const StringName &) {
-		return PropertyInfo(Variant::OBJECT, StringName(), PROPERTY_HINT_RESOURCE_TYPE, T::get_class_static());
-	}
+	static PropertyInfo info(const StringName &) { return PropertyInfo(Variant::OBJECT, StringName(), PROPERTY_HINT_RESOURCE_TYPE, T::get_class_static()); }
 };
 // "24/17:SCMachineState": objects, resources by hint, of that class.
 template <class T>
@@ -114,11 +97,11 @@ struct PropertyOf<TypedArray<T>> {
 };
 
 class SettingHandle {
+	ClassRow &owner;
 	SettingRow &row;
 
 public:
-	explicit SettingHandle(SettingRow &setting_row) :
-			row(setting_row) {}
+	SettingHandle(ClassRow &class_row, SettingRow &setting_row) : owner(class_row), row(setting_row) {}
 	// The default is in metres; a 2D machine takes it times the pixels of a metre.
 	SettingHandle &px_in_2d() {
 		row.px_in_2d = true;
@@ -131,6 +114,42 @@ public:
 	SettingHandle &relists() {
 		row.relists = true;
 		return *this;
+	}
+
+	// Shown only while this holds. What it asks about is a setting (`only_if<&Self::loop>()`: it is on, or holds something),
+	// a setting and values (`only_if<&Self::face, A_NODE, A_PLACE>()`: one of them), or a method of the kind. Said twice, both
+	// have to hold. A setting that is read from a variable may come to hold anything, so nothing is hidden by it.
+	template <auto What, auto... Values>
+	SettingHandle &only_if() {
+		row.shown_if.push_back(setting_rules::made<true, What, Values...>());
+		owner.has_rules = true;
+		return *this;
+	}
+	template <auto What, auto... Values>
+	SettingHandle &unless() {
+		row.shown_if.push_back(setting_rules::made<false, What, Values...>());
+		owner.has_rules = true;
+		return *this;
+	}
+	// May stay empty without the summary lacking something.
+	SettingHandle &optional() {
+		row.optional = true;
+		return *this;
+	}
+	template <auto What, auto... Values>
+	SettingHandle &optional_if() {
+		row.optional_if.push_back(setting_rules::made<true, What, Values...>());
+		return optional();
+	}
+	// Names a variable that the kind writes, though its name does not tell.
+	SettingHandle &written() {
+		row.written = true;
+		return *this;
+	}
+	template <auto What, auto... Values>
+	SettingHandle &written_if() {
+		row.written_if.push_back(setting_rules::made<true, What, Values...>());
+		return written();
 	}
 };
 
@@ -146,6 +165,8 @@ protected:
 	PropertyInfo described(PropertyInfo info, const char *name, const Hint &hint) const;
 	PropertyInfo described_enum(const EnumWords &words, const char *name, const Hint &hint) const;
 	void bind_enum(const EnumWords &words);
+	// Says so when the field has been given another name before.
+	bool is_bound_already(const void *field, const char *name) const;
 
 public:
 	void group(const char *name, const char *prefix = "");
@@ -169,8 +190,7 @@ class ClassTable : public ClassTableBase {
 	}
 
 public:
-	explicit ClassTable(const char *about = "") :
-			ClassTableBase(T::get_class_static(), T::get_parent_class_static(), about) {}
+	explicit ClassTable(const char *about = "") : ClassTableBase(T::get_class_static(), T::get_parent_class_static(), about) {}
 
 	template <auto Field>
 	SettingHandle setting(const char *name, const char *doc) {
@@ -184,6 +204,9 @@ public:
 	template <auto Field>
 	SettingHandle setting_as(const char *name, const char *accessors, const Hint &hint, const char *doc) {
 		using Value = typename FieldOf<Field>::Value;
+		if (is_bound_already(&FieldOf<Field>::row, name)) {
+			return SettingHandle(row, *const_cast<SettingRow *>(FieldOf<Field>::row));
+		}
 		const StringName setter = accessor_name("set_", accessors);
 		const StringName getter = accessor_name("get_", accessors);
 		ClassDB::bind_method(D_METHOD(setter, name), &T::template put_field<Field>);
@@ -195,12 +218,14 @@ public:
 			added = &add_row(described(PropertyOf<Value>::info(class_name), name, hint), setter, getter, doc);
 			added->any_type = std::is_same_v<Value, Variant>;
 		}
+		added->field = &FieldOf<Field>::row;
 		added->assign = &assign_field<Field>;
 		FieldOf<Field>::row = added;
-		return SettingHandle(*added);
+		return SettingHandle(row, *added);
 	}
 	template <class Setter, class Getter>
-	SettingHandle property(const char *name, const PropertyInfo &info, Setter setter, Getter getter, const char *doc, const char *accessors = nullptr, const char *argument = nullptr) {
+	SettingHandle property(const char *name, const PropertyInfo &info, Setter setter, Getter getter, const char *doc, const char *accessors = nullptr,
+			const char *argument = nullptr) {
 		const String accessor = accessors != nullptr ? accessors : name;
 		const StringName set_name = accessor_name("set_", accessor);
 		const StringName get_name = accessor_name("get_", accessor);
@@ -208,7 +233,7 @@ public:
 		ClassDB::bind_method(D_METHOD(get_name), getter);
 		PropertyInfo named = info;
 		named.name = name;
-		return SettingHandle(add_row(named, set_name, get_name, doc));
+		return SettingHandle(row, add_row(named, set_name, get_name, doc));
 	}
 	template <class E>
 	PropertyInfo enum_info(const char *name) const {

@@ -39,13 +39,14 @@ String EditorHelp::xml_of(const ClassRow &row) {
 	for (const SettingRow *setting : row.settings) {
 		const bool is_enum = (setting->info.usage & PROPERTY_USAGE_CLASS_IS_ENUM) != 0;
 		const String enum_of = is_enum ? vformat(" enum=\"%s\"", setting->info.class_name) : String();
-		xml += vformat("<member name=\"%s\" type=\"%s\"%s setter=\"%s\" getter=\"%s\">%s</member>\n", setting->info.name, type_words(setting->info), enum_of, setting->setter, setting->getter, setting->doc.xml_escape());
+		xml += vformat("<member name=\"%s\" type=\"%s\"%s setter=\"%s\" getter=\"%s\">%s</member>\n", setting->info.name, type_words(setting->info), enum_of,
+				setting->setter, setting->getter, setting->doc.xml_escape());
 	}
 	return xml + "</members>\n</class>\n";
 }
 
 void EditorHelp::hand_over() {
-	const auto load = reinterpret_cast<GDExtensionsInterfaceEditorHelpLoadXmlFromUtf8CharsAndLen>(interface_of("editor_help_load_xml_from_utf8_chars_and_len"));
+	const auto load = reinterpret_cast<GDExtensionInterfaceEditorHelpLoadXmlFromUtf8CharsAndLen>(interface_of("editor_help_load_xml_from_utf8_chars_and_len"));
 	if (load == nullptr) {
 		return;
 	}

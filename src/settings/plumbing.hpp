@@ -5,7 +5,8 @@
 #include <godot_cpp/core/property_info.hpp>
 
 inline bool is_plumbing(const godot::StringName &property) {
-	return property == godot::StringName("resource_local_to_scene") || property == godot::StringName("resource_path") || property == godot::StringName("resource_name");
+	return property == godot::StringName("resource_local_to_scene") || property == godot::StringName("resource_path") ||
+			property == godot::StringName("resource_name");
 }
 
 // Hidden, and still stored.

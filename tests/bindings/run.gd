@@ -12,7 +12,7 @@ func _process(_delta: float) -> bool:
 	else:
 		var test: RefCounted = script.new()
 		failures = test.call(&"run")
-		tests_run = test.call(&"get_tests_run")
+		tests_run = test.get(&"tests_run")
 	for failure: String in failures:
 		print("FAILED ", failure)
 	print("%d passed, %d failed" % [maxi(tests_run - failures.size(), 0), failures.size()])

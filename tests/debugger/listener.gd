@@ -17,6 +17,7 @@ var errors: Array[Array] = []
 var _server: TCPServer = TCPServer.new()
 var _game: StreamPeerTCP
 var _thread: int = 1
+var _arrived: PackedByteArray = []
 
 
 func listen() -> Error:
@@ -38,14 +39,16 @@ func poll() -> void:
 		_game.set_no_delay(true)
 	if _game == null or _game.poll() != OK:
 		return
-	while is_connected_to_game() and _game.get_available_bytes() >= PREFIX_SIZE:
-		var size := _game.get_32()
-		# The rest of a packet is on its way, so this waits for next to nothing.
-		var read := _game.get_data(size)
+	while is_connected_to_game() and _game.get_available_bytes() > 0:
+		var read := _game.get_partial_data(_game.get_available_bytes())
 		if read[0] != OK:
 			return
-		var bytes: PackedByteArray = read[1]
-		var packet: Variant = bytes_to_var(bytes)
+		_arrived.append_array(read[1] as PackedByteArray)
+	# Of a packet a part may have come so far, the length as well as what follows it.
+	while _arrived.size() >= PREFIX_SIZE and _arrived.size() >= PREFIX_SIZE + _arrived.decode_u32(0):
+		var end := PREFIX_SIZE + _arrived.decode_u32(0)
+		var packet: Variant = bytes_to_var(_arrived.slice(PREFIX_SIZE, end))
+		_arrived = _arrived.slice(end)
 		if packet is Array:
 			_thread = packet[1]
 			heard.append([packet[0], packet[2]])
@@ -53,10 +56,14 @@ func poll() -> void:
 				errors.append(packet[2])
 
 
+## In one piece, so that the game never finds the length alone.
 func send(message: String, fields: Array) -> void:
 	var bytes := var_to_bytes([message, _thread, fields])
-	_game.put_32(bytes.size())
-	_game.put_data(bytes)
+	var packet := PackedByteArray()
+	packet.resize(PREFIX_SIZE)
+	packet.encode_u32(0, bytes.size())
+	packet.append_array(bytes)
+	_game.put_data(packet)
 
 
 func stop() -> void:

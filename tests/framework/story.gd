@@ -87,18 +87,57 @@ func start(made: SCMachine) -> SCMachine:
 	return made
 
 
-## Adds a node to the scene.
-func add(node: Node) -> Node:
-	stage.add_child(node)
+## A machine as [method StoryWords.doing] makes it, started.
+func play(actions: Variant, ways: Dictionary = {"FINISHED": "Done"}, options: Dictionary = {}) -> SCMachine:
+	return start(doing(actions, ways, options))
+
+
+## What the variables hold after the action has run once, which it must do at once. There is always one called "answer".
+## Options as for [method StoryWords.machine].
+func results_of(action: SCMachineAction, variables: Dictionary = {}, options: Dictionary = {}) -> Dictionary:
+	var made := play(action, {"FINISHED": "Done"}, {"variables": {"answer": null}.merged(variables, true)}.merged(options, true))
+	expect_state(made, "Done")
+	var held: Dictionary = made.values.duplicate()
+	made.free()
+	return held
+
+
+## What it puts into "answer".
+func result_of(action: SCMachineAction, variables: Dictionary = {}, options: Dictionary = {}) -> Variant:
+	return results_of(action, variables, options)[&"answer"]
+
+
+## A running machine that does nothing of its own. Options as for [method StoryWords.machine].
+func asker(under: Node = stage, options: Dictionary = {}) -> SCMachine:
+	return start(machine([state("Asking", [act("asking")])], {"under": under}.merged(options, true)))
+
+
+## Asks with a memory of its own, or with the one handed over.
+func ask(of: SCMachine, asked: SCMachineCondition, memory: Dictionary = {}) -> bool:
+	return of.ask(asked, -1, memory)
+
+
+## Adds a node to the scene, or to [code]under[/code]. Further settings are its properties.
+func add(node: Node, name: String = "", settings: Dictionary = {}) -> Node:
+	if not name.is_empty():
+		node.name = name
+	_put(node, settings, ["under"])
+	(settings.get("under", stage) as Node).add_child(node)
 	return node
 
 
-## An empty node of the scene, for a machine to work on.
-func body(name: String = "Body") -> Node2D:
-	var made := Node2D.new()
-	made.name = name
-	stage.add_child(made)
-	return made
+## An empty node for a machine to work on.
+func body(name: String = "Body", at: Vector2 = Vector2.ZERO, under: Node = stage) -> Node2D:
+	return body_at(at, name, under)
+
+
+func body_3d(name: String = "Body", at: Vector3 = Vector3.ZERO, under: Node = stage) -> Node3D:
+	return body_at(at, name, under)
+
+
+## The same in 2D or 3D, as the place says.
+func body_at(at: Variant, name: String = "Body", under: Node = stage) -> Node:
+	return add(Node3D.new() if at is Vector3 else Node2D.new(), name, {"position": at, "under": under})
 
 
 ## Lets that much game time pass.
@@ -132,9 +171,80 @@ func expect_equal(got: Variant, wanted: Variant, what: String = "") -> void:
 		_fail("%sgot %s, wanted %s" % [_prefix(what), got, wanted])
 
 
-func expect_near(got: float, wanted: float, within: float = 0.0001, what: String = "") -> void:
-	if absf(got - wanted) > within:
+## Numbers, vectors or colours.
+func expect_near(got: Variant, wanted: Variant, within: float = 0.0001, what: String = "") -> void:
+	if not (typeof(got) == typeof(wanted) or (_is_number(got) and _is_number(wanted))) or _distance(got, wanted) > within:
 		_fail("%sgot %s, wanted %s, give or take %s" % [_prefix(what), got, wanted, within])
+
+
+## What variables of the machine hold, by name.
+func expect_values(of: SCMachine, wanted: Dictionary, what: String = "") -> void:
+	for name: StringName in wanted:
+		expect_equal(of.get_value(name), wanted[name], _prefix(what) + name)
+
+
+## What an action or a condition says of itself in the graph.
+func expect_line(of: Resource, line: String) -> void:
+	expect_equal(of.call(&"shown_summary"), line)
+
+
+## Lines of one class, each with the settings that make it.
+func expect_lines(of: Variant, rows: Dictionary) -> void:
+	for line: String in rows:
+		expect_line(kind(of, rows[line]), line)
+
+
+## The inspector shows these settings, whatever else it shows.
+func expect_shown(of: Object, names: Array) -> void:
+	for name: String in names:
+		expect(name in shown_settings(of), "%s is not shown of %s" % [name, of])
+
+
+func expect_hidden(of: Object, names: Array) -> void:
+	for name: String in names:
+		expect(name not in shown_settings(of) and not property_of(of, name).is_empty(), "%s is not hidden of %s" % [name, of])
+
+
+## The action or condition complains in these words, a text or a list of them, and a condition says no. Options as for
+## [method StoryWords.machine].
+func expect_warns(of: Resource, texts: Variant, options: Dictionary = {}) -> void:
+	var made := asker(stage, options) if of is SCMachineCondition else play(of, {}, options)
+	if of is SCMachineCondition:
+		for times in 2:
+			expect(not ask(made, of), "it says yes")
+	for text: String in texts if texts is Array else [texts]:
+		expect_warning(text)
+	made.free()
+
+
+## Each row is a condition and its answer.
+func expect_answers(of: SCMachine, rows: Array, what: String = "") -> void:
+	for row: Array in rows:
+		var asked: SCMachineCondition = row[0]
+		expect_equal(ask(of, asked), row[1], _prefix(what) + asked.shown_summary())
+
+
+## The events that reached the machine since it was asked last, but for FINISHED.
+func expect_events(of: SCMachine, wanted: Array) -> void:
+	var got := events_of(of)
+	if got != wanted:
+		_fail("%s got the events %s, wanted %s" % [of.name, got, wanted], true, of)
+	got.clear()
+
+
+## The event leads to that state, or to those states when it is a list of them.
+func expect_after(of: SCMachine, event: StringName, wanted: Variant, data: Variant = null) -> void:
+	of.send_event(event, data)
+	if wanted is Array:
+		expect_states(of, wanted)
+	else:
+		expect_state(of, wanted)
+
+
+## It is in that state when so much game time has passed.
+func expect_later(of: SCMachine, seconds: float, wanted: StringName) -> void:
+	await advance(seconds)
+	expect_state(of, wanted)
 
 
 ## The machine's current state; an empty name when it has none.
@@ -190,6 +300,29 @@ func current_states(of: SCMachine) -> PackedStringArray:
 	return names
 
 
+## The list that [method expect_events] looks at. It grows as events come.
+func events_of(of: SCMachine) -> Array[String]:
+	return (of.get_meta(&"trail") as Trail).events
+
+
+## What the inspector lists, but for the script.
+func shown_settings(of: Object) -> Array[String]:
+	var names: Array[String] = []
+	for property in of.get_property_list():
+		var is_shown: bool = property["usage"] & PROPERTY_USAGE_EDITOR and not property["usage"] & (PROPERTY_USAGE_GROUP | PROPERTY_USAGE_SUBGROUP)
+		if is_shown and property["name"] != "script":
+			names.append(property["name"])
+	return names
+
+
+## What the engine says of one property; empty when there is none.
+func property_of(of: Object, name: String) -> Dictionary:
+	for property in of.get_property_list():
+		if property["name"] == name:
+			return property
+	return {}
+
+
 ## Puts everything that machines share back as it is when a game begins.
 func _forget_what_is_shared() -> void:
 	var machines := SCMachine.machines_in_the_scene()
@@ -215,21 +348,28 @@ func _fail(why: String, tell: bool = true, of: SCMachine = null) -> void:
 			failures.append("    " + line)
 
 
-## Where the machines of the story stand: the one in question, else all.
+## Where the machine in question stands, else all of the scene.
 func _report(of: SCMachine) -> PackedStringArray:
 	var lines: PackedStringArray = []
-	for made in _made:
-		if not is_instance_valid(made) or not made is SCMachine:
-			continue
-		var told: SCMachine = made
-		if of != null and told != of:
-			continue
+	for told: SCMachine in SCMachine.machines_in_the_scene() if of == null else [of]:
 		lines.append("%s: %s, in %s" % [told.name, "running" if told.is_running() else "stopped", current_states(told)])
 		lines.append("  values %s" % [told.values])
-		var trail: Trail = told.get_meta(&"trail", null)
+		var trail: Trail = told.get_meta(&"trail") if told.has_meta(&"trail") else null
 		if trail != null and not trail.lines.is_empty():
 			lines.append("  last %s" % ", ".join(trail.lines))
 	return lines
+
+
+func _is_number(value: Variant) -> bool:
+	return value is float or value is int
+
+
+func _distance(a: Variant, b: Variant) -> float:
+	if _is_number(a):
+		return absf(a - b)
+	if a is Color:
+		return Vector4(a.r, a.g, a.b, a.a).distance_to(Vector4(b.r, b.g, b.b, b.a))
+	return a.distance_to(b)
 
 
 func _is_text(value: Variant) -> bool:

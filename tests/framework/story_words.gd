@@ -120,15 +120,19 @@ class Recorder:
 			what.callv(arguments.slice(0, what.get_argument_count()))
 
 
-## Keeps the last events and moves of one machine, for the report of a story that fails.
+## Keeps the events and the last moves of one machine, for what the story expects and for its report when it fails.
 class Trail:
 	extends RefCounted
 
 	const LENGTH: int = 12
 
 	var lines: PackedStringArray = []
+	## The events that came since the story asked last.
+	var events: Array[String] = []
 
 	func on_event(event_name: StringName, data: Variant) -> void:
+		if event_name != SCMachineTransition.finished_event():
+			events.append(String(event_name))
 		_add("event %s%s" % [event_name, "" if data == null else " (%s)" % [data]])
 
 	func on_change(previous: SCMachineState, current: SCMachineState) -> void:
@@ -153,6 +157,17 @@ func machine(states: Array, options: Dictionary = {}) -> SCMachine:
 		made.initial_state = _named(states, options.get("initial", &""))
 	_declare(made, options)
 	return _follow(made)
+
+
+## A machine, not yet in the tree, that does this action or list of actions in the state Work. Each of [param ways] leads from
+## there to a state of that name, which does nothing. Options as for [method machine].
+func doing(actions: Variant, ways: Dictionary = {"FINISHED": "Done"}, options: Dictionary = {}) -> SCMachine:
+	var list: Array = actions if actions is Array else [actions]
+	var states := [state("Work", list, ways)]
+	for name: StringName in ways.values():
+		if not states.any(func(made: SCMachineState) -> bool: return made.state_name == name):
+			states.append(state(name))
+	return machine(states, options)
 
 
 ## A machine that runs [param design], not yet in the tree. Options as for [method machine].
@@ -219,27 +234,26 @@ func transition(event: StringName, to_state: StringName, store_data_in: StringNa
 	return made
 
 
+## A new one of that class with these properties, such as [code]kind(SCWaitAction, {"seconds_variable": &"pace"})[/code]. One
+## that it does not have fails the story.
+func kind(of: Variant, settings: Dictionary = {}) -> Resource:
+	var made: Resource = of.new()
+	_put(made, settings)
+	return made
+
+
 ## Options are properties of the variable.
 func variable(name: StringName, starts_as: Variant, options: Dictionary = {}) -> SCMachineVariable:
-	var made := SCMachineVariable.new()
-	made.name = name
-	made.default_value = starts_as
-	_put(made, options)
-	return made
+	return kind(SCMachineVariable, {"name": name, "default_value": starts_as}.merged(options, true))
 
 
 ## A variable shared by every machine that declares one of this name.
 func global_variable(name: StringName, starts_as: Variant, options: Dictionary = {}) -> SCMachineVariable:
-	var made := variable(name, starts_as, options)
-	made.is_global = true
-	return made
+	return variable(name, starts_as, {"is_global": true}.merged(options, true))
 
 
 func declared_event(name: StringName, options: Dictionary = {}) -> SCMachineEvent:
-	var made := SCMachineEvent.new()
-	made.event_name = name
-	_put(made, options)
-	return made
+	return kind(SCMachineEvent, {"event_name": name}.merged(options, true))
 
 
 ## An action that writes down what is called on it. By itself it never finishes and asks for no updates.
@@ -252,32 +266,36 @@ func act(name: String) -> Recorder:
 
 
 func wait(seconds: float, options: Dictionary = {}) -> SCWaitAction:
-	var made := SCWaitAction.new()
-	made.seconds = seconds
-	_put(made, options)
-	return made
+	return kind(SCWaitAction, {"seconds": seconds}.merged(options, true))
 
 
 func set_var(name: StringName, value: Variant, options: Dictionary = {}) -> SCSetVariableAction:
-	var made := SCSetVariableAction.new()
-	made.variable_name = name
-	made.value = value
-	_put(made, options)
-	return made
+	return kind(SCSetVariableAction, {"variable_name": name, "value": value}.merged(options, true))
 
 
 func send(event: StringName, options: Dictionary = {}) -> SCSendEventAction:
-	var made := SCSendEventAction.new()
-	made.event_name = event
-	_put(made, options)
-	return made
+	return kind(SCSendEventAction, {"event_name": event}.merged(options, true))
 
 
 func print_line(text: String, options: Dictionary = {}) -> SCPrintAction:
-	var made := SCPrintAction.new()
-	made.text = text
-	_put(made, options)
-	return made
+	return kind(SCPrintAction, {"text": text}.merged(options, true))
+
+
+## Asks every frame and sends "yes" and "no" when the answer changes. Options are settings of the action.
+func watch(asked: SCMachineCondition, options: Dictionary = {}) -> SCCheckAction:
+	return kind(SCCheckAction, {
+		"condition": asked, "run_mode": SCMachineAction.EVERY_FRAME, "only_when_it_changes": true, "true_event": &"yes", "false_event": &"no",
+	}.merged(options, true))
+
+
+## The node with a box of that size to be hit by, in 2D or 3D as the size says.
+func boxed(node: Node, size: Variant) -> Node:
+	var shape: Resource = BoxShape3D.new() if size is Vector3 else RectangleShape2D.new()
+	shape.set(&"size", size)
+	var made: Node = CollisionShape3D.new() if size is Vector3 else CollisionShape2D.new()
+	made.set(&"shape", shape)
+	node.add_child(made)
+	return node
 
 
 ## Keeps track of a machine that came out of a scene file, for the report of a story that fails.

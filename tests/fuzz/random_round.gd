@@ -1,166 +1,149 @@
 extends RefCounted
-## Plays one design in a machine on a flat node and in one on a deep node, with random deeds done to both.
+## Plays one design in a machine on a node_2d and in one on a node_3d, with random deeds done to both. A valid one has to run
+## without a word; a broken one has to say what is wrong with it, or to bear it, and to go on.
 
-const Design := preload("res://tests/fuzz/random_design.gd")
-const Faults := preload("res://tests/fuzz/random_rings.gd")
-const Fault := preload("res://tests/fuzz/random_fault.gd")
-const Settings := preload("res://tests/fuzz/random_settings.gd")
-const Scene := preload("res://tests/fuzz/random_scene.gd")
-const Dump := preload("res://tests/fuzz/random_dump.gd")
+const Deeds := preload("res://tests/fuzz/deeds.gd")
+const Design := preload("res://tests/fuzz/design.gd")
+const Faults := preload("res://tests/fuzz/faults.gd")
+const Town := preload("res://tests/fuzz/town.gd")
 
 const FRAMES: int = 4
+## Where a design is kept for whoever has to find out what went wrong with it.
+const DESIGN: String = "user://random_design.tres"
 ## Other faults would not come to light beside one of these, or beside the last again in each of its many machines.
 const ALONE: Array[String] = [
 	"no_state_to_start_in", "a_state_to_start_in_from_elsewhere", "a_loop_limit_that_is_none", "a_template_that_runs_itself",
 ]
 const CIRCLE: String = "error: Machine on %s entered "
-## The words of a question that a design makes sure of.
+## The words of a condition that a design makes sure of.
 const ASSERTED: String = "error: Assert on "
 
 var made: Design
 var faults: PackedStringArray = []
 
 var _story: Story
-var _planted: Array[Fault] = []
-var _hosts: Array[Node] = []
-var _machines: Array[SCMachine] = []
-var _core: SCMachineCore = SCMachineCore.new()
+var _planted: Array[Faults.Fault] = []
+var _town: Town
+var _deeds: Deeds
 
 
 func _init(story: Story, with_seed: int, valid: bool) -> void:
 	_story = story
 	seed(with_seed)
 	made = Design.new(with_seed, valid)
-	made.settings.live = story.stage
+	made.filling.live = story.stage
 	made.draw()
-	if valid:
-		return
-	var planter := Faults.new(made)
-	var names := planter.names()
-	var chosen: PackedStringArray = [names[with_seed % names.size()]]
-	for i in made.dice.randi_range(0, 2):
-		var other: String = made.dice.pick(names)
-		if other not in chosen and chosen[0] not in ALONE and other not in ALONE:
-			chosen.append(other)
-	var rings := 0
-	for name in chosen:
-		if name.begins_with("a_ring"):
-			rings += 1
-		if rings < 2 or not name.begins_with("a_ring"):
-			_planted.append(planter.plant(name))
+	if not valid:
+		made.design.initial_state = made.first
+		_plant(with_seed)
 
 
 func told() -> String:
-	var words := ", ".join(_planted.map(func(fault: Fault) -> String: return fault.name.replace("_", " ")))
-	return "%s\n%s" % [words if not words.is_empty() else "valid", Dump.of(made.design)]
+	var words := ", ".join(_planted.map(func(fault: Faults.Fault) -> String: return fault.name.replace("_", " ")))
+	ResourceSaver.save(made.design, DESIGN)
+	_story.output.forget()
+	var deeds := "\n      ".join(_deeds.trail) if _deeds != null else ""
+	return "%s; the design is in %s\n      %s" % [words if not words.is_empty() else "valid", ProjectSettings.globalize_path(DESIGN), deeds]
 
 
 func play() -> void:
-	for flat: bool in [true, false]:
-		var host := Scene.host(flat)
-		var machine := SCMachine.new()
-		machine.name = "FlatMachine" if flat else "DeepMachine"
-		if made.dice.one_in(5):
-			machine.states = made.design.states
-			machine.initial_state = made.design.initial_state
-			machine.variables = made.design.variables
-		else:
-			machine.template = made.design
-		host.add_child(machine)
-		_story.stage.add_child(host)
-		_hosts.append(host)
-		_machines.append(machine)
-	_core.design = made.design
-	_story.stage.add_child(_core)
+	_town = Town.new(_story.stage, made.dice, [made] as Array[Design])
+	_town.few_nodes = made.valid
+	_deeds = Deeds.new(_town, _on_called)
+	for number in 2:
+		_town.add().start()
 	await _story.physics_frames(1)
 	await _story.frames(1)
 	_put_the_game_back()
-	for machine in _machines:
-		_check_what_is_said(machine)
+	for fault in _planted:
+		for machine in _town.machines():
+			_check_what_is_said(machine, fault)
 	# Before anything that may switch a machine off.
 	for fault in _planted:
 		if not fault.ring.is_empty():
-			await _check_ring(made.dice.pick(_machines), fault)
-	for machine in _machines:
-		await _check_what_holds(machine)
-	if made.valid:
-		_send_all(Design.BEGIN)
+			await _check_ring(made.dice.pick(_town.machines()), fault)
+		for machine in _town.machines():
+			if not fault.silent.is_empty():
+				await _check_what_holds(machine, fault)
+	for machine in _town.machines():
+		machine.send_event(Design.BEGIN)
 	# Each event would go round and round up to a limit that high.
 	for i in FRAMES if made.design.loop_increment_limit <= 1000 else 0:
-		_do_something()
+		_deeds.do_some(made.dice.randi_range(1, 4))
 		if i % 2 == 1:
 			await _story.physics_frames(1)
-			_do_something()
+			_deeds.do_some(made.dice.randi_range(1, 4))
 		await _story.frames(1)
 		_put_the_game_back()
-	for machine in _machines:
-		if made.valid and not machine.is_running():
+	for machine in _town.machines():
+		if made.valid and not machine.is_running() and machine.autostart and machine.is_inside_tree() and machine.can_process() and not _deeds.stopped.has(machine.get_instance_id()):
 			faults.append("%s has stopped" % machine.name)
 
 
 ## What was said belongs to the design; what is left of it goes.
 func end() -> void:
-	for host in _hosts:
-		if made.dice.one_in(2):
-			host.free()
-		else:
-			host.queue_free()
-	_core.free()
+	_town.close()
 	await _story.frames(1)
 	_put_the_game_back()
 	for line in _story.output.unclaimed():
 		if not _is_expected(line):
 			faults.append(line)
-	faults.append_array(made.settings.faults)
+	faults.append_array(made.filling.faults)
 	_story.output.forget()
 	_story._forget_what_is_shared()
-	for action: StringName in [&"ui_accept", &"ui_left"]:
-		Input.action_release(action)
+	SCMachine.set_measuring(false)
 
 
 func take_apart() -> void:
-	made.take_apart()
+	_deeds.forget()
+	_town.let_go()
 	for fault in _planted:
 		fault.holds = Callable()
 	_planted.clear()
-	_hosts.clear()
-	_machines.clear()
+
+
+func _plant(with_seed: int) -> void:
+	var planter := Faults.new(made)
+	var names := Faults.NAMES
+	var chosen: PackedStringArray = [names[with_seed % names.size()]]
+	for i in made.dice.randi_range(0, 2):
+		var other: String = made.dice.pick(names)
+		var rings := other.begins_with("a_ring") and Array(chosen).any(func(name: String) -> bool: return name.begins_with("a_ring"))
+		if other not in chosen and chosen[0] not in ALONE and other not in ALONE and not rings:
+			chosen.append(other)
+	for name in chosen:
+		_planted.append(planter.plant(name))
+
+
+func _on_called(_where: String, _machine: SCMachine, _index: int) -> void:
+	pass
 
 
 ## Of a broken design: warnings and the two errors of its own making, each with the name of the machine.
 func _is_expected(line: String) -> bool:
-	if made.valid:
-		return false
-	var names := line.contains("FlatMachine") or line.contains("DeepMachine") or line.contains("TemplateRunning")
-	return names and (line.begins_with("warning: ") or line.begins_with(ASSERTED) or line.begins_with(CIRCLE.get_slice("%s", 0)))
+	var names := line.contains("Machine0") or line.contains("Machine1") or line.contains("TemplateRunning")
+	return not made.valid and names and (line.begins_with("warning: ") or line.begins_with(ASSERTED) or line.begins_with(CIRCLE.get_slice("%s", 0)))
 
 
-func _check_what_is_said(machine: SCMachine) -> void:
-	var lines := _story.output.unclaimed()
-	for fault in _planted:
-		var speaker := fault.of_machine if not fault.of_machine.is_empty() else String(machine.name)
-		if not fault.said.is_empty() and not _is_said(lines, fault.said + PackedStringArray(["warning: ", speaker])):
-			faults.append("%s: no warning of %s says %s" % [fault.name, speaker, fault.said])
+func _check_what_is_said(machine: SCMachine, fault: Faults.Fault) -> void:
+	var speaker := fault.of_machine if not fault.of_machine.is_empty() else String(machine.name)
+	if not fault.said.is_empty() and not _is_said(_story.output.unclaimed(), fault.said + PackedStringArray(["warning: ", speaker])):
+		faults.append("%s: no warning of %s says %s" % [fault.name, speaker, fault.said])
 
 
-func _check_what_holds(machine: SCMachine) -> void:
-	for fault in _planted:
-		if fault.holds.is_valid():
-			machine.start()
-			await _story.frames(1)
-			if not fault.holds.call(machine):
-				faults.append("%s: %s does not do as it should: %s" % [fault.name, machine.name, fault.silent])
+func _check_what_holds(machine: SCMachine, fault: Faults.Fault) -> void:
+	machine.start()
+	await _story.frames(1)
+	if not fault.is_borne_by(machine):
+		faults.append("%s: %s does not do as it should: %s" % [fault.name, machine.name, fault.silent])
 
 
 func _is_said(lines: PackedStringArray, parts: PackedStringArray) -> bool:
-	for line in lines:
-		if Array(parts).all(func(part: String) -> bool: return part in line):
-			return true
-	return false
+	return Array(lines).any(func(line: String) -> bool: return Array(parts).all(func(part: String) -> bool: return part in line))
 
 
 ## It ends within its frame, with the one sentence for it, and the machine is as good as new.
-func _check_ring(machine: SCMachine, fault: Fault) -> void:
+func _check_ring(machine: SCMachine, fault: Faults.Fault) -> void:
 	machine.start()
 	await _story.frames(1)
 	var before := _story.output.unclaimed().size()
@@ -170,58 +153,8 @@ func _check_ring(machine: SCMachine, fault: Fault) -> void:
 	await _story.frames(1)
 	machine.start()
 	machine.send_event("answer")
-	if not Faults.is_in(machine, &"Answered"):
+	if machine.current_state == null or machine.current_state.state_name != &"Answered":
 		faults.append("%s: %s does not answer afterwards" % [fault.name, machine.name])
-
-
-func _do_something() -> void:
-	var dice := made.dice
-	for i in dice.randi_range(1, 4):
-		var machine: SCMachine = dice.pick(_machines)
-		match dice.randi() % 12:
-			0, 1, 2: _send_all(dice.pick(Settings.EVENTS + ([Design.BEGIN, Design.AHEAD] as Array[StringName])), _value())
-			3: machine.go_to("S%d" % dice.randi_range(0, 4))
-			4: machine.send_event(dice.pick(Settings.EVENTS), _value())
-			5, 6: _write(machine)
-			7: machine.restart_state(machine.current_state)
-			8: _start_anew(machine)
-			9: SCMachine.broadcast_everywhere(dice.pick(Settings.EVENTS), _value())
-			10: Input.action_press(dice.pick([&"ui_accept", &"ui_left"]))
-			11: _take_a_node_away(machine)
-
-
-func _send_all(event: StringName, data: Variant = null) -> void:
-	for machine in _machines:
-		machine.send_event(event, data)
-	_core.send_event(event)
-
-
-func _value() -> Variant:
-	return null if made.valid else made.settings.odd()
-
-
-func _write(machine: SCMachine) -> void:
-	var name: StringName = made.dice.pick(Settings.VARIABLES.keys())
-	if made.valid:
-		machine.set_value(name, Settings.VARIABLES[name])
-	elif made.dice.one_in(6):
-		SCMachine.set_global_value(&"level", made.settings.odd())
-	else:
-		machine.set_value(name, made.settings.odd())
-
-
-func _start_anew(machine: SCMachine) -> void:
-	if made.dice.one_in(2):
-		machine.stop()
-	machine.start()
-	machine.send_event(Design.BEGIN)
-
-
-func _take_a_node_away(machine: SCMachine) -> void:
-	var children := machine.get_parent().get_children()
-	var child: Node = made.dice.pick(children)
-	if not made.valid and not child is SCMachine:
-		child.free()
 
 
 ## A design may stop the clock or pause the game. Not called in a physics frame, as the physics of 4.6 complain when they

@@ -13,9 +13,7 @@ struct Counted {
 	std::string text;
 	const Counted *self = this;
 
-	Counted() :
-			Counted(0) {}
-	Counted(int number) :
+	Counted(int number = 0) :
 			text("a text that is longer than the string's own buffer, number " + std::to_string(number)) { alive++; }
 	Counted(const Counted &other) :
 			text(other.text) {
@@ -46,8 +44,6 @@ struct Counted {
 	}
 
 	bool operator==(const Counted &other) const { return text == other.text; }
-	bool operator!=(const Counted &other) const { return text != other.text; }
-	bool operator<(const Counted &other) const { return number() < other.number(); }
 	int number() const { return std::atoi(text.c_str() + text.rfind(' ') + 1); }
 	uint32_t hash() const { return uint32_t(number()) * 7; }
 

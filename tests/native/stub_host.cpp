@@ -2,6 +2,8 @@
 
 #include <godot_cpp/core/gdextension_interface_loader.hpp>
 
+#include <gtest/gtest.h>
+
 #include <cstdlib>
 #include <utility>
 
@@ -37,17 +39,6 @@ void keep_message(const char *, const char *message, const char *, const char *,
 
 } // namespace
 
-void install() {
-	namespace interface = godot::gdextension_interface;
-	interface::mem_alloc2 = allocate;
-	interface::mem_realloc2 = reallocate;
-	interface::mem_free2 = release;
-	interface::print_error = keep_error;
-	interface::print_error_with_message = keep_message;
-	interface::print_warning = keep_error;
-	interface::print_warning_with_message = keep_message;
-}
-
 int64_t live_blocks() {
 	return blocks;
 }
@@ -57,3 +48,17 @@ std::vector<std::string> take_errors() {
 }
 
 } // namespace stub_host
+
+int main(int count, char **arguments) {
+	using namespace stub_host;
+	namespace interface = godot::gdextension_interface;
+	interface::mem_alloc2 = allocate;
+	interface::mem_realloc2 = reallocate;
+	interface::mem_free2 = release;
+	interface::print_error = keep_error;
+	interface::print_error_with_message = keep_message;
+	interface::print_warning = keep_error;
+	interface::print_warning_with_message = keep_message;
+	testing::InitGoogleTest(&count, arguments);
+	return RUN_ALL_TESTS();
+}

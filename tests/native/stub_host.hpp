@@ -7,8 +7,6 @@
 
 namespace stub_host {
 
-void install();
-
 // Blocks that are allocated and not freed.
 int64_t live_blocks();
 

@@ -5,6 +5,7 @@ extends SceneTree
 
 const Round := preload("res://tests/soak/soak_round.gd")
 const Census := preload("res://tests/soak/soak_census.gd")
+const Rehearsal := preload("res://tests/fuzz/rehearsal.gd")
 const OutputCatcher := preload("res://tests/framework/output_catcher.gd")
 
 const MOST_SECONDS: float = 570.0
@@ -36,6 +37,13 @@ func _initialize() -> void:
 
 
 func _play_rounds() -> bool:
+	var stage := Node.new()
+	root.add_child(stage)
+	# The rehearsal judges what it provokes.
+	print("== stories begin")
+	await Rehearsal.hold(stage, _catcher)
+	print("== stories end")
+	stage.free()
 	var round := Round.new(self)
 	round.machines = maxi(1, _options["machines"])
 	var alone: bool = _options["round"] >= 0
@@ -56,9 +64,8 @@ func _play_rounds() -> bool:
 		faults = _judge_memory()
 		if not faults.is_empty():
 			_say_fault(played - 1 if not alone else _options["round"], faults)
-	var tally := round.tally
 	print("%d rounds, %d machines made, %d at once, %d events, %d changes of state; memory %d KB after the first round, %d KB after the last" % [
-		played, tally.machines, tally.peak, tally.events, tally.changes, _memory[0] / 1024.0, _memory[-1] / 1024.0])
+		played, round.made, round.peak, round.events, round.changes, _memory[0] / 1024.0, _memory[-1] / 1024.0])
 	return faults.is_empty()
 
 

@@ -3,9 +3,9 @@ extends RefCounted
 ## is left out: it is the run's own.
 
 const CarryOver := preload("res://addons/quillstead/runtime/quillstead_carry_over.gd")
-const Fast := preload("res://addons/quillstead/runtime/quillstead_fast.gd")
 const MakerWarnings := preload("res://addons/quillstead/runtime/quillstead_warnings.gd")
-const Designs := preload("res://tests/soak/soak_designs.gd")
+const Filling := preload("res://tests/fuzz/filling.gd")
+const Town := preload("res://tests/fuzz/town.gd")
 
 const COMPANIONS: String = "res://addons/quillstead/runtime"
 const AWAITING: String = "GDScriptFunctionState"
@@ -95,6 +95,6 @@ func _count_game(tree: SceneTree) -> void:
 	_count("time scale in percent", roundi(Engine.time_scale * 100.0))
 	for name: StringName in SCMachine.global_names():
 		_count("global %s" % name)
-	for event in Designs.EVENTS:
+	for event in Filling.EVENTS:
 		_count("event %s for everybody" % event, int(SCMachine.is_global_event(event)))
-	_count("group of runners", int(tree.has_group(Designs.RUNNERS)))
+	_count("group of runners", int(tree.has_group(Town.RUNNERS)))

@@ -1,150 +1,105 @@
-extends "res://tests/framework/question_story.gd"
-## Questions about machines, the time they take, what has changed, and chance.
+extends Story
+## Conditions about machines, the time they take, what has changed, and chance.
 
 
 func test_chance_comes_true_as_often_as_it_says() -> void:
-	var made := asker(stage)
-	var dice := SCChanceCondition.new()
+	var made := asker()
 	for row: Array in [[0.0, 0, 0], [100.0, 1000, 1000], [25.0, 200, 300], [50.0, 440, 560]]:
-		dice.chance = row[0]
-		var lucky := 0
-		for i in 1000:
-			lucky += int(ask(made, dice))
+		var dice := kind(SCChanceCondition, {"chance": row[0]})
+		var lucky := range(1000).filter(func(_i: int) -> bool: return ask(made, dice)).size()
 		expect(lucky >= row[1] and lucky <= row[2], "%s%% came true %d times in 1000" % [row[0], lucky])
 
 
 func test_one_roll_holds_for_the_whole_visit() -> void:
-	var dice := SCChanceCondition.new()
-	dice.once_per_visit = true
-	var made := start(machine([
-		state("Rolling", [watch(dice, {"only_when_it_changes": false, "true_event": &"", "false_event": &"", "store_in": &"lucky"})], {"again": "Rolling"}),
-	], {"variables": {&"lucky": false}}))
-	var rolls := [0, 0]
+	var dice := kind(SCChanceCondition, {"once_per_visit": true})
+	var made := play(watch(dice, {"only_when_it_changes": false, "true_event": &"", "false_event": &"", "store_in": &"lucky"}), {}, {"variables": {&"lucky": false}})
+	var rolls := {true: 0, false: 0}
 	for visit in 60:
 		await frames(2)
 		var first: bool = made.get_value(&"lucky")
-		rolls[int(first)] += 1
+		rolls[first] += 1
 		for i in 4:
 			await frames(1)
-			expect_equal(made.get_value(&"lucky"), first, "visit %d" % visit)
+			expect_values(made, {&"lucky": first})
 		made.restart_state(made.current_state)
-	expect(rolls[0] > 10 and rolls[1] > 10, "every visit rolled the same: %s" % [rolls])
+	expect(rolls[true] > 10 and rolls[false] > 10, "every visit rolled the same: %s" % rolls)
 
 
 func test_a_guard_looks_whether_the_door_is_open() -> void:
-	var door := body("Door")
 	var door_machine := start(machine([
 		state("Closed", [], {"open": "Open"}),
 		state("Open", [], {}, {"sub_states": [state("Wide"), state("A Crack")], "parallel": {&"Light": [state("Lit")], &"Sound": [state("Creaking")]}}),
-	], {"under": door, "name": "Machine"}))
-	var guard := asker(body("Guard"))
-	var open := question(SCInStateCondition.new(), {"state_name": &"Open", "machine_path": ^"../../Door"}) as SCInStateCondition
-	expect(not ask(guard, open))
+	], {"under": body("Door")}))
+	var guard := start(machine([state("Here", [act("here")])], {"under": body("Guard")}))
+	var rows := {}
+	for name: StringName in [&"Closed", &"Open", &"Lit", &"Creaking", &"Wide"]:
+		for path: NodePath in [^"../../Door", ^"../../Door/Machine"]:
+			rows[kind(SCInStateCondition, {"state_name": name, "machine_path": path})] = name in [&"Open", &"Lit", &"Creaking"]
+			rows[kind(SCInStateCondition, {"state_name": name, "machine_path": path, "invert": true})] = name in [&"Closed", &"Wide"]
+	rows[kind(SCInStateCondition, {"state_name": &"Here"})] = true
 	door_machine.send_event(&"open")
-	expect(ask(guard, open))
-	for part: StringName in door_machine.active_states().map(func(at: SCMachineState) -> StringName: return at.state_name):
-		open.state_name = part
-		expect(ask(guard, open), "the door is in %s" % part)
-	open.machine_path = ^"../../Door/Machine"
-	expect(ask(guard, open))
-	open.state_name = &"Closed"
-	expect(not ask(guard, open))
-	open.invert = true
-	expect(ask(guard, open))
-	open.invert = false
+	for asked: SCMachineCondition in rows:
+		expect_answers(guard, [[asked, rows[asked]]])
 	door_machine.stop()
-	expect(not ask(guard, open))
+	expect_answers(guard, [[rows.keys()[4], false]], "stopped")
 
 
-func test_a_machine_asks_about_itself() -> void:
-	var made := start(machine([state("Here", [act("here")], {"go": "There"}), state("There", [act("there")])]))
-	var here := question(SCInStateCondition.new(), {"state_name": &"Here"})
-	expect(ask(made, here))
-	made.send_event(&"go")
-	expect(not ask(made, here))
-
-
-func test_asking_for_a_state_that_cannot_be_is_told_once() -> void:
-	var guard := asker(body("Guard"), {"name": "Guard's Machine"})
+func test_what_is_wrong_is_told_once() -> void:
 	body("Stone")
-	var wrong := SCInStateCondition.new()
-	for i in 3:
-		expect(not ask(guard, wrong))
-	expect_warning("no state is picked, so the answer is no. Type the state's name under State Name.")
-	wrong.state_name = &"Flying"
-	expect(not ask(guard, wrong))
-	expect(not ask(guard, wrong))
-	expect_warning("has no state called Flying, so the answer is no. Check the name under State Name.")
-	wrong.machine_path = ^"../../Nobody"
-	expect(not ask(guard, wrong))
-	expect_warning("there is no node at Nobody")
-	wrong.machine_path = ^"../../Stone"
-	expect(not ask(guard, wrong))
-	expect_warning("Stone has no Machine, so the answer is no.")
+	var guard := body("Guard")
+	for row: Array in [
+		[SCInStateCondition, {}, "no state is picked, so the answer is no. Type the state's name under State Name."],
+		[SCInStateCondition, {"state_name": &"Flying"}, "Asker has no state called Flying, so the answer is no. Check the name under State Name."],
+		[SCInStateCondition, {"state_name": &"Flying", "machine_path": ^"../../Nobody"}, "there is no node at Nobody"],
+		[SCInStateCondition, {"state_name": &"Flying", "machine_path": ^"../../Stone"}, "Stone has no Machine, so the answer is no."],
+		[SCSubStateFinishedCondition, {}, "Asking has no sub-states, so there is no work inside it to finish and the answer is no."],
+		[SCVariableChangedCondition, {}, "no variable is picked, so the answer is no. Pick one under Variable Name."],
+		[SCVariableChangedCondition, {"variable_name": &"lives"}, "Variable Changed on Asker: there is no variable called lives, so the answer is no."],
+	]:
+		expect_warns(kind(row[0], row[1]), row[2], {"name": "Asker", "under": guard})
 
 
 func test_the_work_inside_is_done() -> void:
-	var made := start(machine([
-		state("Cooking", [watch(SCSubStateFinishedCondition.new())], {"yes": "Served"}, {"sub_states": [
-			state("Boil", [wait(0.2)], {"FINISHED": "Salt"}),
-			state("Salt", [wait(0.2)], {}, {"end": true}),
-		]}),
-		state("Served"),
-	]))
-	await advance(0.3)
-	expect_states(made, ["Cooking", "Salt"])
-	await advance(0.2)
-	expect_state(made, "Served")
-
-
-func test_the_own_work_may_have_to_be_done_too() -> void:
-	var done := SCSubStateFinishedCondition.new()
-	done.require_own_actions = true
-	var made := start(machine([
-		state("Cooking", [wait(0.5), watch(done)], {"yes": "Served"}, {"sub_states": [state("Boil", [wait(0.1)], {}, {"end": true})]}),
-		state("Served"),
-	]))
-	await advance(0.4)
-	expect_states(made, ["Cooking", "Boil"])
-	await advance(0.2)
-	expect_state(made, "Served")
-
-
-func test_a_state_without_sub_states_has_no_work_inside() -> void:
-	var made := asker(stage)
-	expect(not ask(made, SCSubStateFinishedCondition.new()))
-	expect_warning("Asking has no sub-states, so there is no work inside it to finish and the answer is no.")
+	for own_work: bool in [false, true]:
+		var made := start(machine([
+			state("Cooking", [wait(0.7), watch(kind(SCSubStateFinishedCondition, {"require_own_actions": own_work}))], {"yes": "Served"}, {"sub_states": [
+				state("Boil", [wait(0.2)], {"FINISHED": "Salt"}),
+				state("Salt", [wait(0.2)], {}, {"end": true}),
+			]}),
+			state("Served"),
+		]))
+		await advance(0.3)
+		expect_states(made, ["Cooking", "Salt"])
+		await advance(0.2)
+		expect_states(made, ["Cooking", "Salt"] if own_work else ["Served"])
+		await expect_later(made, 0.3, "Served")
+		made.free()
 
 
 func test_time_passes_in_a_state() -> void:
-	var late := question(SCTimeoutCondition.new(), {"seconds": 0.5})
-	var made := start(machine([
-		state("Waiting", [watch(late)], {"yes": "Late", "again": "Waiting"}),
-		state("Late"),
-	]))
-	await advance(0.4)
-	expect_state(made, "Waiting")
-	made.restart_state(made.current_state)
-	await advance(0.4)
-	expect_state(made, "Waiting")
-	await advance(0.15)
-	expect_state(made, "Late")
-
-
-func test_half_a_second_is_thirty_frames() -> void:
-	var made := asker(stage)
-	var late := question(SCTimeoutCondition.new(), {"seconds": 0.5})
+	for options: Dictionary in [{"seconds": 0.5}, {"seconds_variable": &"patience"}]:
+		var late := kind(SCTimeoutCondition, options)
+		var made := play(watch(late), {"yes": "Late"}, {"variables": {&"patience": 0.5}})
+		await expect_later(made, 0.4, "Work")
+		made.restart_state(made.current_state)
+		await expect_later(made, 0.4, "Work")
+		await expect_later(made, 0.15, "Late")
+		made.free()
+	# Half a second is thirty frames, and no time has passed at once.
+	var made := asker()
+	expect_answers(made, [[kind(SCTimeoutCondition, {"seconds": 0.0}), true]])
 	await frames(29)
-	expect(not ask(made, late))
+	expect_answers(made, [[kind(SCTimeoutCondition, {"seconds": 0.5}), false]])
 	await frames(2)
-	expect(ask(made, late))
-	expect(ask(made, question(SCTimeoutCondition.new(), {"seconds": 0.0})))
+	expect_answers(made, [[kind(SCTimeoutCondition, {"seconds": 0.5}), true]])
 
 
 func test_the_extra_time_is_picked_once_a_visit() -> void:
-	var late := question(SCTimeoutCondition.new(), {"seconds": 0.1, "random_extra": 0.4})
+	var made := start(machine([
+		state("Waiting", [watch(kind(SCTimeoutCondition, {"seconds": 0.1, "random_extra": 0.4}))], {"yes": "Late"}),
+		state("Late", [], {"back": "Waiting"}),
+	]))
 	var lengths: Array[int] = []
-	var made := start(machine([state("Waiting", [watch(late)], {"yes": "Late"}), state("Late", [], {"back": "Waiting"})]))
 	for visit in 12:
 		var count := 0
 		while current(made) == &"Waiting" and count < 60:
@@ -156,60 +111,35 @@ func test_the_extra_time_is_picked_once_a_visit() -> void:
 	expect(lengths.max() - lengths.min() > 6, "always as long: %s" % [lengths])
 
 
-func test_the_time_comes_from_a_variable() -> void:
-	var late := SCTimeoutCondition.new()
-	late.set("seconds_variable", &"patience")
-	var made := start(machine([state("Waiting", [watch(late)], {"yes": "Late"}), state("Late")], {"variables": {&"patience": 0.2}}))
-	await advance(0.3)
-	expect_state(made, "Late")
-	expect_equal(late.shown_summary(), "[patience] s have passed")
-
-
 func test_a_change_is_seen_once() -> void:
 	var made := asker(stage, {"variables": {&"score": 0, &"bag": [], &"target": null, &"name": "Ann"}})
-	for row: Array in [[&"score", 1], [&"score", 1000000], [&"score", 1000001], [&"name", "Bob"], [&"bag", ["key"]]]:
-		var changed := question(SCVariableChangedCondition.new(), {"variable_name": row[0]})
+	for row: Array in [
+		[&"score", 1], [&"score", 1000000], [&"score", 1000001], [&"name", "Bob"], [&"bag", ["key"]], [&"target", body("First")], [&"target", body("Second")], [&"target", null],
+	]:
+		var changed := kind(SCVariableChangedCondition, {"variable_name": row[0]})
 		var memory := {}
-		expect(not ask(made, changed, memory), "%s, first asked" % [row])
-		expect(not ask(made, changed, memory), "%s, untouched" % [row])
-		made.set_value(row[0], row[1])
-		expect(ask(made, changed, memory), "%s, written" % [row])
-		expect(not ask(made, changed, memory), "%s, asked again" % [row])
-		made.set_value(row[0], row[1])
-		expect(not ask(made, changed, memory), "%s, written the same" % [row])
-
-
-func test_a_list_that_grows_has_changed() -> void:
-	var made := asker(stage, {"variables": {&"bag": []}})
-	var changed := question(SCVariableChangedCondition.new(), {"variable_name": &"bag"})
-	var memory := {}
-	expect(not ask(made, changed, memory))
-	(made.get_value(&"bag") as Array).append("key")
-	expect(ask(made, changed, memory))
-	expect(not ask(made, changed, memory))
-
-
-func test_a_target_that_is_replaced_or_freed_has_changed() -> void:
-	var first := body("First")
-	var made := asker(stage, {"variables": {&"target": null}})
-	var changed := question(SCVariableChangedCondition.new(), {"variable_name": &"target"})
-	var memory := {}
-	expect(not ask(made, changed, memory))
-	made.set_value(&"target", first)
-	expect(ask(made, changed, memory))
-	made.set_value(&"target", body("Second"))
-	expect(ask(made, changed, memory))
-	expect(not ask(made, changed, memory))
-	(made.get_value(&"target") as Node).free()
-	expect(ask(made, changed, memory))
-	expect(not ask(made, changed, memory))
+		for seen: bool in [false, true]:
+			if seen:
+				made.set_value(row[0], row[1])
+			expect_equal(ask(made, changed, memory), seen, "%s" % [row])
+			made.set_value(row[0], made.get_value(row[0]))
+			expect(not ask(made, changed, memory), "%s, written the same" % [row])
+	# A list that grows where it is, and a node that is freed.
+	var target := body("Third")
+	made.set_value(&"target", target)
+	for row: Array in [[&"bag", (made.get_value(&"bag") as Array).append.bind("lamp")], [&"target", target.free]]:
+		var changed := kind(SCVariableChangedCondition, {"variable_name": row[0]})
+		var memory := {}
+		expect(not ask(made, changed, memory))
+		(row[1] as Callable).call()
+		expect(ask(made, changed, memory))
+		expect(not ask(made, changed, memory))
 
 
 func test_only_changes_during_the_visit_count() -> void:
-	var changed := question(SCVariableChangedCondition.new(), {"variable_name": &"score"})
 	var made := start(machine([
 		state("Elsewhere", [], {"watch": "Watching"}),
-		state("Watching", [watch(changed)], {"yes": "Seen", "leave": "Elsewhere"}),
+		state("Watching", [watch(kind(SCVariableChangedCondition, {"variable_name": &"score"}))], {"yes": "Seen", "leave": "Elsewhere"}),
 		state("Seen"),
 	], {"variables": {&"score": 0}}))
 	made.send_event(&"watch")
@@ -217,34 +147,18 @@ func test_only_changes_during_the_visit_count() -> void:
 	made.send_event(&"leave")
 	made.set_value(&"score", 5)
 	made.send_event(&"watch")
-	await frames(3)
-	expect_state(made, "Watching")
+	await expect_later(made, 0.05, "Watching")
 	made.set_value(&"score", 6)
-	await frames(2)
-	expect_state(made, "Seen")
-
-
-func test_watching_no_variable_is_told() -> void:
-	var made := asker(stage)
-	var changed := SCVariableChangedCondition.new()
-	expect(not ask(made, changed))
-	expect_warning("no variable is picked, so the answer is no. Pick one under Variable Name.")
-	changed.variable_name = &"lives"
-	expect(not ask(made, changed))
-	expect(not ask(made, changed))
-	expect_warning("Variable Changed on Machine: there is no variable called lives, so the answer is no.")
+	await expect_later(made, 0.04, "Seen")
 
 
 func test_the_lines_read_like_sentences() -> void:
-	expect_lines([
-		[SCChanceCondition.new(), "50% of the time"],
-		[question(SCChanceCondition.new(), {"chance": 12.5, "once_per_visit": true}), "12.5% of the time, one roll a visit"],
-		[question(SCInStateCondition.new(), {"state_name": &"Open"}), "this machine is in Open"],
-		[question(SCInStateCondition.new(), {"machine_path": ^"../../Door"}), "Door is in (pick one)"],
-		[SCSubStateFinishedCondition.new(), "the sub-states are done"],
-		[question(SCSubStateFinishedCondition.new(), {"require_own_actions": true}), "the sub-states and the state's own actions are done"],
-		[question(SCTimeoutCondition.new(), {"seconds": 2.0}), "2 s have passed"],
-		[question(SCTimeoutCondition.new(), {"seconds": 2.0, "random_extra": 1.5}), "2 to 3.5 s have passed"],
-		[question(SCVariableChangedCondition.new(), {"variable_name": &"score", "invert": true}), "Not: score has changed"],
-		[SCVariableChangedCondition.new(), "(pick one) has changed"],
-	])
+	expect_lines(SCChanceCondition, {"50% of the time": {}, "12.5% of the time, one roll a visit": {"chance": 12.5, "once_per_visit": true}})
+	expect_lines(SCInStateCondition, {"this machine is in Open": {"state_name": &"Open"}, "Door is in (pick one)": {"machine_path": ^"../../Door"}})
+	expect_lines(SCSubStateFinishedCondition, {"the sub-states are done": {}, "the sub-states and the state's own actions are done": {"require_own_actions": true}})
+	expect_lines(SCTimeoutCondition, {
+		"2 s have passed": {"seconds": 2.0},
+		"2 to 3.5 s have passed": {"seconds": 2.0, "random_extra": 1.5},
+		"[patience] s have passed": {"seconds_variable": &"patience"},
+	})
+	expect_lines(SCVariableChangedCondition, {"Not: score has changed": {"variable_name": &"score", "invert": true}, "(pick one) has changed": {}})

@@ -1,462 +1,310 @@
-extends "res://tests/framework/question_story.gd"
-## Questions about where things are: near, on the screen, touching, under the pointer.
+extends Story
+## Conditions about where things are: near, on the screen, touching, under the pointer.
 
 
 class OwnTouching:
 	extends SCTouchingCondition
 
 
-func test_a_node_is_near_in_2d() -> void:
-	var post := body("Post")
-	var thief := body("Thief")
-	var made := asker(post)
-	var near := question(SCDistanceCondition.new(), {"to_node_path": ^"../../Thief", "distance": 100.0}) as SCDistanceCondition
-	for row: Array in [[Vector2(0, 0), true], [Vector2(60, 80), true], [Vector2(60, 81), false], [Vector2(-100, 0), true]]:
-		thief.position = row[0]
-		expect_equal(ask(made, near), row[1], str(row))
-	thief.position = Vector2(0, 200)
-	near.ignore_height = true
-	expect(not ask(made, near), "there is no height in 2D")
-	near.invert = true
-	expect(ask(made, near))
-
-
-func test_a_node_is_near_in_3d() -> void:
-	var door := _put_3d(Node3D.new(), "Door")
-	var cat := _put_3d(Node3D.new(), "Cat") as Node3D
-	var made := asker(door)
-	var near := question(SCDistanceCondition.new(), {"to_node_path": ^"../../Cat"}) as SCDistanceCondition
-	cat.position = Vector3(3, 0, 4)
-	expect(ask(made, near))
-	cat.position = Vector3(3, 1, 4)
-	expect(not ask(made, near))
-	near.ignore_height = true
-	expect(ask(made, near))
-	body("Flat")
-	near.to_node_path = ^"../../Flat"
-	expect(not ask(made, near), "nothing in 2D is near to what is in 3D")
+func test_a_node_is_near() -> void:
+	for row: Array in [
+		[Vector2(0, 0), 0.0, true], [Vector2(60, 80), 100.0, true], [Vector2(60, 81), 100.0, false], [Vector2(-100, 0), 100.0, true],
+		[Vector2(0, 200), 100.0, false, true],
+		[Vector3(3, 0, 4), 5.0, true], [Vector3(3, 1, 4), 5.0, false], [Vector3(3, 1, 4), 5.0, true, true], [Vector3(3, 1, -4.1), 5.0, false, true],
+	]:
+		var start_at: Variant = row[0] * 0.0
+		var post := body_at(start_at, "Post")
+		var thief := body_at(row[0], "Thief")
+		var made := asker(post)
+		for invert: bool in [false, true]:
+			var near := kind(SCDistanceCondition, {"to_node_path": ^"../../Thief", "distance": row[1], "ignore_height": row.size() > 3, "invert": invert})
+			expect_equal(ask(made, near), row[2] != invert, str(row))
+		made.free()
+		thief.free()
+		# Nothing in 2D is near to what is in 3D.
+		body_at(Vector3.ZERO if start_at is Vector2 else Vector2.ZERO, "Thief")
+		expect_answers(asker(post), [[kind(SCDistanceCondition, {"to_node_path": ^"../../Thief"}), false]])
+		stage.get_node(^"Thief").free()
+		post.free()
 
 
 func test_the_nearest_of_a_group_counts() -> void:
 	var post := body("Post")
 	post.add_to_group(&"people")
 	var made := asker(post, {"variables": {&"how far": -1.0, &"metres": -1}})
-	var near := question(SCDistanceCondition.new(), {"group": &"people", "distance": 50.0, "store_in": &"how far"}) as SCDistanceCondition
+	var near := kind(SCDistanceCondition, {"group": &"people", "distance": 50.0, "store_in": &"how far"})
 	expect(not ask(made, near), "Self does not count")
-	expect_equal(made.get_value(&"how far"), -1.0)
+	expect_values(made, {&"how far": -1.0})
 	for place: float in [300.0, 40.5, 100.0]:
-		var one := body("Somebody")
-		one.position.x = place
-		one.add_to_group(&"people")
+		body("Somebody", Vector2(place, 0)).add_to_group(&"people")
 	expect(ask(made, near))
 	expect_near(made.get_value(&"how far"), 40.5)
 	near.store_in = &"metres"
 	expect(ask(made, near))
-	expect_equal(made.get_value(&"metres"), 41)
+	expect_values(made, {&"metres": 41})
 	expect_warning("was rounded to 41")
-
-
-func test_a_guard_notices_whoever_comes_near() -> void:
-	var post := body("Post")
-	var thief := body("Thief")
-	thief.position.x = 500.0
-	for with: Dictionary in [{}, {"update_interval": 0.01}]:
-		var near := question(SCDistanceCondition.new(), {"to_node_path": ^"../../Thief", "distance": 100.0})
-		var guard := start(machine([state("Calm", [watch(near, with)], {"yes": "Alarmed"}), state("Alarmed", [watch(near, with)], {"no": "Calm"})], {"under": post}))
-		await frames(5)
-		expect_state(guard, "Calm")
-		thief.position.x = 50.0
-		await frames(5)
-		expect_state(guard, "Alarmed")
-		thief.position.x = 500.0
-		await frames(5)
-		expect_state(guard, "Calm")
-		guard.free()
-
-
-func test_a_distance_from_or_to_nothing_is_told() -> void:
-	var made := asker(stage)
-	var near := SCDistanceCondition.new()
-	expect(not ask(made, near))
-	expect_warning("Distance on Machine: Stage is a Node, which has no place in the world, so it cannot stand for one. Pick a 2D or 3D node under Target.")
-	var placed := asker(body("Post"), {"name": "Placed"})
-	expect(not ask(placed, near))
-	expect_warning("there is nothing to measure to, so the answer is no. Pick a node under To Node Path, or type a group under Group.")
-	near.to_node_path = ^"../.."
-	expect(not ask(placed, near))
-	expect_warning("Stage is a Node, which has no place in the world, so it cannot stand for one. Pick a 2D or 3D node under To Node Path.")
-	near.to_node_path = ^"../../Gone"
-	expect(not ask(placed, near))
-	expect_warning("there is no node at Gone. Pick one under To Node Path.")
-	var held := asker(body("Other Post"), {"variables": {&"target": null}})
-	var nearest := question(SCDistanceCondition.new(), {"group": &"people", "to_node_path_variable": &"target"})
-	expect(not ask(held, nearest))
-	expect_warning("the variable target holds no node, so the answer is no. Put a node into it, or pick one under To Node Path.")
-	held.set_value(&"target", held.get_parent().get_parent().get_node(^"Post"))
-	expect(ask(held, nearest))
-
-
-func test_in_2d_a_distance_is_in_pixels() -> void:
-	expect_equal(SCMachineAction.starts_in_2d().get("SCDistanceCondition:distance"), "px")
 
 
 func test_a_node_is_on_the_screen_in_2d() -> void:
 	var size := tree.root.get_visible_rect().size
 	var star := body("Star")
 	var made := asker(star)
-	var on_screen := SCOnScreenCondition.new()
 	for row: Array in [
 		[Vector2(5, 5), 0.0, true], [Vector2(-5, 5), 0.0, false], [Vector2(-5, 5), 10.0, true], [Vector2(5, 5), -10.0, false],
-		[size - Vector2(1, 1), 0.0, true], [size + Vector2(1, 1), 0.0, false], [size / 2.0, -size.x, false],
+		[size - Vector2(1, 1), 0.0, true], [size + Vector2(1, 1), 0.0, false], [size / 2.0, -size.x, false], [size / 2.0, -size.y / 1.9, false],
 	]:
 		star.position = row[0]
-		on_screen.margin = row[1]
-		expect_equal(ask(made, on_screen), row[2], str(row))
-	on_screen.margin = 0.0
+		expect_answers(made, [[kind(SCOnScreenCondition, {"margin": row[1]}), row[2]]], str(row))
+	var on_screen := kind(SCOnScreenCondition)
 	star.position = Vector2(20, 20)
-	star.hide()
-	expect(not ask(made, on_screen), "hidden")
-	star.show()
-	var view := Camera2D.new()
-	stage.add_child(view)
-	view.position = Vector2(5000, 0)
+	for is_shown: bool in [false, true]:
+		star.visible = is_shown
+		expect_answers(made, [[on_screen, is_shown]])
+	var view: Camera2D = add(Camera2D.new(), "View", {"position": Vector2(5000, 0)})
 	view.make_current()
 	await frames(2)
-	expect(not ask(made, on_screen), "the camera looks elsewhere")
+	expect_answers(made, [[on_screen, false]], "the camera looks elsewhere")
 	star.position = Vector2(5000, 0)
-	expect(ask(made, on_screen))
+	expect_answers(made, [[on_screen, true]])
+	stage.remove_child(star)
+	expect_answers(made, [[on_screen, false]], "out of the tree")
+	stage.add_child(star)
 
 
 func test_what_has_a_size_is_on_the_screen_with_any_part() -> void:
-	var made := asker(stage)
-	var panel := Panel.new()
-	panel.name = "Panel"
-	panel.size = Vector2(100, 100)
-	stage.add_child(panel)
-	var picture := Sprite2D.new()
-	picture.name = "Picture"
 	var texture := PlaceholderTexture2D.new()
 	texture.size = Vector2(100, 100)
-	picture.texture = texture
-	stage.add_child(picture)
-	var panel_on_screen := question(SCOnScreenCondition.new(), {"node_path": ^"../Panel"})
-	var picture_on_screen := question(SCOnScreenCondition.new(), {"node_path": ^"../Picture"})
-	panel.position.x = -99.0
-	picture.position.x = -49.0
-	expect(ask(made, panel_on_screen))
-	expect(ask(made, picture_on_screen))
-	panel.position.x = -101.0
-	picture.position.x = -51.0
-	expect(not ask(made, panel_on_screen))
-	expect(not ask(made, picture_on_screen))
+	add(Panel.new(), "Panel", {"size": Vector2(100, 100)})
+	add(Sprite2D.new(), "Picture", {"texture": texture})
+	add(VisibleOnScreenNotifier2D.new(), "Notifier", {"rect": Rect2(0, 0, 100, 100)})
+	var made := asker()
+	for row: Array in [["Panel", -100.0], ["Picture", -50.0], ["Notifier", -100.0]]:
+		for inside: bool in [true, false]:
+			stage.get_node(row[0] as String).set("position", Vector2(row[1] + (1.0 if inside else -1.0), 5))
+			expect_answers(made, [[kind(SCOnScreenCondition, {"node_path": NodePath("../" + row[0])}), inside]], row[0])
 
 
 func test_a_node_is_on_the_screen_in_3d() -> void:
-	var star := _put_3d(Node3D.new(), "Star") as Node3D
-	var made := asker(star)
-	var on_screen := SCOnScreenCondition.new()
-	expect(not ask(made, on_screen))
-	expect_warning("On Screen on Machine: there is no 3D camera to see Star, so the answer is no. Add a Camera3D to the scene and make it the current one.")
-	var camera := _put_3d(Camera3D.new(), "Camera") as Camera3D
+	var camera: Camera3D = add(Camera3D.new())
 	camera.make_current()
-	for row: Array in [[Vector3(0, 0, -10), true], [Vector3(0, 0, 10), false], [Vector3(100, 0, -10), false], [Vector3(0, 30, -10), false], [Vector3(5, 3, -10), true]]:
-		star.position = row[0]
-		expect_equal(ask(made, on_screen), row[1], str(row))
-	star.position = Vector3(0, 0, -10)
-	star.hide()
-	expect(not ask(made, on_screen))
-
-
-func test_a_big_thing_is_on_the_screen_with_any_part() -> void:
-	var camera := _put_3d(Camera3D.new(), "Camera") as Camera3D
-	camera.make_current()
-	var house := MeshInstance3D.new()
 	var walls := BoxMesh.new()
 	walls.size = Vector3(20, 20, 2)
-	house.mesh = walls
-	_put_3d(house, "House")
-	var made := asker(house)
-	house.position = Vector3(18, 0, -10)
-	expect(ask(made, SCOnScreenCondition.new()))
-	house.position = Vector3(40, 0, -10)
-	expect(not ask(made, SCOnScreenCondition.new()))
-	house.position = Vector3(0, 0, 10)
-	expect(not ask(made, SCOnScreenCondition.new()))
-
-
-func test_a_node_without_a_place_is_not_on_the_screen() -> void:
-	var made := asker(stage)
-	expect(not ask(made, SCOnScreenCondition.new()))
-	expect_warning("Stage is a Node, which has no place in the world, so it cannot stand for one. Pick a 2D or 3D node under Node Path.")
+	var house := add(MeshInstance3D.new(), "House", {"mesh": walls})
+	for row: Array in [
+		[body_3d(), Vector3(0, 0, -10), true], [body_3d(), Vector3(0, 0, 10), false], [body_3d(), Vector3(100, 0, -10), false], [body_3d(), Vector3(0, 30, -10), false],
+		[body_3d(), Vector3(5, 3, -10), true], [house, Vector3(18, 0, -10), true], [house, Vector3(40, 0, -10), false], [house, Vector3(0, 0, 10), false], [house, Vector3(0, 0, 0.5), true],
+	]:
+		row[0].position = row[1]
+		var made := asker(row[0])
+		for is_shown: bool in [true, false]:
+			row[0].visible = is_shown
+			expect_answers(made, [[kind(SCOnScreenCondition), row[2] and is_shown]], str(row))
+		row[0].visible = true
+		made.free()
 
 
 func test_the_pointer_is_over_a_button() -> void:
-	var made := asker(stage)
-	var over := SCPointerOverUiCondition.new()
-	var button := Button.new()
-	button.position = Vector2(10, 10)
-	button.size = Vector2(15, 15)
-	var text := Label.new()
-	text.size = Vector2(15, 15)
-	var space := Control.new()
-	space.position = Vector2(40, 10)
-	space.size = Vector2(15, 15)
-	space.mouse_filter = Control.MOUSE_FILTER_PASS
-	button.add_child(text)
-	text.mouse_filter = Control.MOUSE_FILTER_PASS
-	stage.add_child(button)
-	stage.add_child(space)
+	var made := asker()
+	var over := kind(SCPointerOverUiCondition)
+	var button := _control(Button.new(), Vector2(10, 10))
+	_control(Label.new(), Vector2.ZERO, button).mouse_filter = Control.MOUSE_FILTER_PASS
+	_control(Control.new(), Vector2(40, 10)).mouse_filter = Control.MOUSE_FILTER_PASS
+	# A picture of another view, with a button of its own in it.
+	var frame := _control(SubViewportContainer.new(), Vector2(10, 30), stage, Vector2(60, 20))
+	var picture := add(SubViewport.new(), "Picture", {"under": frame, "size": Vector2i(60, 20)})
+	_control(Button.new(), Vector2(40, 0), picture)
 	# Without a screen only a window that holds its own windows follows the pointer by itself.
 	var embedded := tree.root.gui_embed_subwindows
 	tree.root.gui_embed_subwindows = true
 	tree.root.notification(Node.NOTIFICATION_VP_MOUSE_ENTER)
 	await frames(1)
-	for row: Array in [[Vector2(2, 2), false], [Vector2(15, 15), true], [Vector2(45, 15), false], [Vector2(15, 15), true], [Vector2(2, 60), false]]:
-		_point_at(row[0])
-		await frames(1)
-		expect_equal(ask(made, over), row[1], str(row))
-	_point_at(Vector2(15, 15))
-	await frames(1)
+	for row: Array in [
+		[Vector2(2, 2), false], [Vector2(15, 15), true], [Vector2(45, 15), false], [Vector2(15, 15), true], [Vector2(2, 60), false],
+		[Vector2(20, 40), false], [Vector2(55, 40), true], [Vector2(20, 40), false],
+	]:
+		await _point_at(row[0])
+		expect_answers(made, [[over, row[1]]], str(row))
+	await _point_at(Vector2(15, 15))
 	button.hide()
 	await frames(1)
-	expect(not ask(made, over), "the button has gone")
-	var window := Window.new()
-	window.position = Vector2i(30, 40)
-	window.size = Vector2i(20, 20)
-	stage.add_child(window)
-	_point_at(Vector2(40, 50))
-	await frames(1)
-	expect(ask(made, over), "a window")
-	_point_at(Vector2(2, 2))
-	await frames(1)
-	expect(not ask(made, over), "beside it")
+	expect_answers(made, [[over, false]], "the button has gone")
+	var window: Window = add(Window.new(), "Window", {"position": Vector2i(80, 40), "size": Vector2i(20, 20)})
+	await _point_at(Vector2(90, 50))
+	expect_answers(made, [[over, true]], "a window")
+	window.hide()
+	expect_answers(made, [[over, false]], "a window that is closed")
+	window.show()
+	await _point_at(Vector2(2, 2))
+	expect_answers(made, [[over, false]], "beside it")
 	tree.root.notification(Node.NOTIFICATION_VP_MOUSE_EXIT)
 	window.free()
 	tree.root.gui_embed_subwindows = embedded
 
 
-func test_something_stands_in_a_trigger_in_2d() -> void:
-	await _stand_in_a_trigger(_area(Area2D.new(), _round_2d()), _solid(CharacterBody2D.new(), _round_2d()), Vector2(1000, 0), Vector2.ZERO)
-
-
-func test_something_stands_in_a_trigger_in_3d() -> void:
-	await _stand_in_a_trigger(_area(Area3D.new(), _round_3d()), _solid(CharacterBody3D.new(), _round_3d()), Vector3(1000, 0, 0), Vector3.ZERO)
-
-
-func test_areas_count_when_they_are_to() -> void:
-	var plate := _area(Area2D.new(), _round_2d())
-	var glow := _area(Area2D.new(), _round_2d())
-	glow.name = "Glow"
-	var made := asker(plate, {"variables": {&"what": null}})
-	var touching := question(SCTouchingCondition.new(), {"store_touching_in": &"what"}) as SCTouchingCondition
-	await physics_frames(3)
-	expect(not ask(made, touching))
-	touching.include_areas = true
-	expect(ask(made, touching))
-	expect_equal(made.get_value(&"what"), glow)
-	touching.only_group = &"players"
-	expect(not ask(made, touching))
-	glow.add_to_group(&"players")
-	expect(ask(made, touching))
+func test_something_stands_in_a_trigger() -> void:
+	for size: Variant in [Vector2(20, 20), Vector3.ONE]:
+		var trigger := add(boxed(Area2D.new() if size is Vector2 else Area3D.new(), size))
+		var visitor := add(boxed(CharacterBody2D.new() if size is Vector2 else CharacterBody3D.new(), size), "Visitor")
+		var glow := add(boxed(Area2D.new() if size is Vector2 else Area3D.new(), size), "Glow")
+		var made := asker(trigger, {"variables": {&"who": null}})
+		for row: Array in [
+			# who stands in it, the settings, the answer
+			[null, {}, null], [visitor, {}, visitor], [visitor, {"only_group": &"players"}, null], [glow, {}, null], [glow, {"include_areas": true}, glow],
+			[glow, {"include_areas": true, "only_group": &"players"}, null],
+		]:
+			for one: Node in [visitor, glow]:
+				one.set("position", size * (0.0 if one == row[0] else 100.0))
+			await physics_frames(3)
+			made.set_value(&"who", null)
+			var settings: Dictionary = row[1]
+			expect_answers(made, [[kind(SCTouchingCondition, {"store_touching_in": &"who"}.merged(settings)), row[2] != null]], str(row))
+			expect_values(made, {&"who": row[2]})
+			if "only_group" in settings:
+				(row[0] as Node).add_to_group(&"players")
+				expect_answers(made, [[kind(SCTouchingCondition, settings), true]], str(row))
+		# A script that extends it asks as it does.
+		expect_answers(made, [[OwnTouching.new(), false], [kind(OwnTouching, {"include_areas": true}), true]])
+		for one: Node in [trigger, visitor, glow]:
+			one.free()
 
 
 func test_a_check_rests_until_somebody_comes() -> void:
-	var plate := _area(Area2D.new(), _round_2d())
-	var crate := CharacterBody2D.new()
-	crate.position.x = 1000.0
-	_solid(crate, _round_2d())
-	var made := start(machine([state("Up", [watch(SCTouchingCondition.new())], {"yes": "Down"}), state("Down", [watch(SCTouchingCondition.new())], {"no": "Up"})], {"under": plate}))
-	await physics_frames(3)
-	expect_state(made, "Up")
-	expect(made.is_resting(0), "it goes on asking")
-	expect(not made.is_physics_processing(), "the machine is called each frame")
+	var plate := add(boxed(Area2D.new(), Vector2(20, 20)))
+	var crate: CharacterBody2D = add(boxed(CharacterBody2D.new(), Vector2(20, 20)), "Crate", {"position": Vector2(1000, 0)})
+	var made := start(machine([state("Up", [watch(kind(SCTouchingCondition))], {"yes": "Down"}), state("Down", [watch(kind(SCTouchingCondition))], {"no": "Up"})], {"under": plate}))
+	for x: float in [1000.0, 0.0, 1000.0]:
+		crate.position.x = x
+		await physics_frames(5)
+		expect_state(made, "Up" if x > 0.0 else "Down")
+		# What is pressed is looked at.
+		expect_equal(made.is_resting(0), x > 0.0)
+		expect_equal(made.is_physics_processing(), x == 0.0)
+	# Nor is there a signal for what is on it joining the group.
+	var asking_on := play(watch(kind(SCTouchingCondition, {"only_group": &"crates"})), {"yes": "Down"}, {"under": plate, "name": "Second"})
 	crate.position.x = 0.0
 	await physics_frames(4)
-	expect_state(made, "Down")
-	expect(not made.is_resting(0), "what is pressed is looked at")
-	crate.position.x = 1000.0
-	await physics_frames(5)
-	expect_state(made, "Up")
-
-
-func test_a_check_asks_on_where_no_signal_would_tell() -> void:
-	var plate := _area(Area2D.new(), _round_2d())
-	var crate := _solid(StaticBody2D.new(), _round_2d())
-	var made := start(machine([state("Up", [watch(question(SCTouchingCondition.new(), {"only_group": &"crates"}))], {"yes": "Down"}), state("Down")], {"under": plate}))
-	await physics_frames(4)
-	expect_state(made, "Up")
-	expect(not made.is_resting(0), "what is on it may join the group")
+	expect_state(asking_on, "Work")
+	expect(not asking_on.is_resting(0))
 	crate.add_to_group(&"crates")
 	await physics_frames(2)
-	expect_state(made, "Down")
+	expect_state(asking_on, "Down")
 
 
-func test_what_can_wake_a_question() -> void:
-	var plate := _area(Area2D.new(), _round_2d())
+func test_what_can_wake_it() -> void:
+	var plate := add(boxed(Area2D.new(), Vector2(20, 20)), "Plate")
+	add(boxed(CharacterBody2D.new(), Vector2(20, 20)), "Hero")
 	var made := asker(plate, {"variables": {&"who": "players"}})
-	var names := func(asked: SCMachineCondition) -> Array:
-		return asked.rest_signals(made, {}).map(func(waker: Array) -> StringName: return waker[1])
-	expect_equal(names.call(SCTouchingCondition.new()), [&"body_entered", &"body_exited", &"tree_exiting"])
-	expect_equal(names.call(question(SCTouchingCondition.new(), {"include_areas": true})), [&"body_entered", &"body_exited", &"area_entered", &"area_exited", &"tree_exiting"])
-	expect_equal(names.call(question(SCTouchingCondition.new(), {"include_areas_variable": &"who"})), [], "a variable may change it")
-	expect_equal(names.call(question(SCTouchingCondition.new(), {"node_path": ^"../../Gone"})), [])
+	var bodies := [&"body_entered", &"body_exited"]
+	for row: Array in [
+		[{}, bodies + [&"tree_exiting"]],
+		[{"include_areas": true}, bodies + [&"area_entered", &"area_exited", &"tree_exiting"]],
+		[{"include_areas_variable": &"who"}, []], [{"node_path": ^"../../Gone"}, []], [{"node_path": ^"../../Hero"}, []],
+		[{"test": SCTouchingCondition.THE_GROUND}, []],
+	]:
+		expect_equal(kind(SCTouchingCondition, row[0]).rest_signals(made, {}).map(func(waker: Array) -> StringName: return waker[1]), row[1], str(row))
 	plate.set("monitoring", false)
-	expect_equal(names.call(SCTouchingCondition.new()), [])
-	expect(SCTouchingCondition.new().can_rest)
-	expect(not SCDistanceCondition.new().can_rest)
+	expect_equal(kind(SCTouchingCondition).rest_signals(made, {}), [])
+	for row: Array in [[SCTouchingCondition, true], [SCDistanceCondition, false]]:
+		expect_equal(kind(row[0]).can_rest, row[1])
+		expect_equal(kind(row[0]).wants_physics(), row[1])
 
 
-func test_a_character_stands_on_the_ground_in_2d() -> void:
-	var floor_body := _solid(StaticBody2D.new(), _box_2d(Vector2(1000, 20)))
-	(floor_body as Node2D).position.y = 40.0
-	floor_body.name = "Floor"
-	var wall := _solid(StaticBody2D.new(), _box_2d(Vector2(20, 1000)))
-	(wall as Node2D).position.x = 60.0
-	wall.name = "Wall"
-	var hero := _solid(CharacterBody2D.new(), _round_2d()) as CharacterBody2D
-	await _stand_about(hero, Vector2(0, 300), Vector2(600, 300), Vector2(0, -100))
-
-
-func test_a_character_stands_on_the_ground_in_3d() -> void:
-	var floor_body := _solid(StaticBody3D.new(), _box_3d(Vector3(100, 1, 100)))
-	(floor_body as Node3D).position.y = -2.0
-	floor_body.name = "Floor"
-	var wall := _solid(StaticBody3D.new(), _box_3d(Vector3(1, 100, 100)))
-	(wall as Node3D).position.x = 3.0
-	wall.name = "Wall"
-	var hero := _solid(CharacterBody3D.new(), _round_3d()) as CharacterBody3D
-	await _stand_about(hero, Vector3(0, -8, 0), Vector3(10, -8, 0), Vector3(0, 5, 0))
+func test_a_character_stands_on_the_ground() -> void:
+	for size: Variant in [Vector2(20, 20), Vector3.ONE]:
+		var scale_by: float = size.x
+		var down: Variant = Vector2(0, 1) if size is Vector2 else Vector3(0, -1, 0)
+		var aside: Variant = Vector2(1, 0) if size is Vector2 else Vector3(1, 0, 0)
+		for row: Array in [["Floor", down * 2.0], ["Wall", aside * 3.0], ["Ceiling", down * -4.0]]:
+			add(boxed(StaticBody2D.new() if size is Vector2 else StaticBody3D.new(), size + size * 50.0 - (row[1] as Variant).abs().normalized() * scale_by * 50.0),
+				row[0], {"position": row[1] * scale_by})
+		var hero := add(boxed(CharacterBody2D.new() if size is Vector2 else CharacterBody3D.new(), size), "Hero")
+		var made := asker(hero, {"variables": {&"what": null}})
+		for move: Array in [
+			# which way, for how long, what it touches then
+			[down * -1.0, 2, ""], [down * 10.0, 60, "Floor"], [down * 0.0, 3, "Floor"], [down * 10.0 + aside * 20.0, 60, "Floor Wall"],
+			[aside * -20.0, 10, "Floor"], [down * -30.0, 60, "Ceiling"],
+		]:
+			for i: int in move[1]:
+				await physics_frames(1)
+				hero.set("velocity", move[0] * scale_by)
+				hero.call("move_and_slide")
+			for row: Array in [[SCTouchingCondition.THE_GROUND, "Floor"], [SCTouchingCondition.A_WALL, "Wall"], [SCTouchingCondition.A_CEILING, "Ceiling"]]:
+				made.set_value(&"what", null)
+				var asked := kind(SCTouchingCondition, {"test": row[0], "store_touching_in": &"what"})
+				expect_answers(made, [[asked, row[1] in move[2]]], str(move))
+				expect_equal(made.get_value(&"what"), stage.get_node(row[1] as String) if row[1] in move[2] else null, str(move))
+				asked.only_group = &"ice"
+				expect_answers(made, [[asked, false]], "only ice")
+			expect_answers(made, [[kind(SCTouchingCondition), move[2] != ""]], str(move))
+		stage.get_node(^"Ceiling").add_to_group(&"ice")
+		expect_answers(made, [[kind(SCTouchingCondition, {"test": SCTouchingCondition.A_CEILING, "only_group": &"ice"}), true]])
+		for child in stage.get_children():
+			child.free()
 
 
 func test_a_ball_lies_on_the_ground() -> void:
-	for deep: bool in [false, true]:
-		var ground: Node
-		var ball: Node
-		if deep:
-			ground = _solid(StaticBody3D.new(), _box_3d(Vector3(100, 1, 100)))
-			(ground as Node3D).position.y = -2.0
-			ball = _solid(RigidBody3D.new(), _round_3d())
-		else:
-			ground = _solid(StaticBody2D.new(), _box_2d(Vector2(1000, 20)))
-			(ground as Node2D).position.y = 40.0
-			ball = _solid(RigidBody2D.new(), _round_2d())
+	for size: Variant in [Vector2(20, 20), Vector3.ONE]:
+		var below: Variant = Vector2(0, 40) if size is Vector2 else Vector3(0, -2, 0)
+		var ground := add(boxed(StaticBody2D.new() if size is Vector2 else StaticBody3D.new(), size * 20.0), "Ground")
+		ground.set("position", below * (2.0 if size is Vector3 else 1.0) + below.normalized() * size.x * 10.0)
+		var ball := add(boxed(RigidBody2D.new() if size is Vector2 else RigidBody3D.new(), size), "Ball")
 		var made := asker(ball, {"variables": {&"what": null}})
-		var on_ground := question(SCTouchingCondition.new(), {"test": SCTouchingCondition.THE_GROUND, "store_touching_in": &"what"})
-		expect(not ask(made, on_ground))
-		expect_warning("does not report what it touches, so the answer is no. Turn on its Contact Monitor and set Max Contacts Reported to 4 or so.")
-		ball.set("contact_monitor", true)
+		var on_ground := kind(SCTouchingCondition, {"test": SCTouchingCondition.THE_GROUND, "store_touching_in": &"what"})
+		for row: Array in [[false, 4], [true, 0]]:
+			ball.set("contact_monitor", row[0])
+			ball.set("max_contacts_reported", row[1])
+			expect_warns(kind(SCTouchingCondition), "Ball does not report what it touches, so the answer is no. Turn on its Contact Monitor and set Max Contacts Reported to 4 or so.",
+				{"under": ball})
 		ball.set("max_contacts_reported", 4)
 		expect(not ask(made, on_ground))
-		await physics_frames(90)
-		expect(ask(made, on_ground), "%s is not on the ground" % ball.get_class())
-		expect_equal(made.get_value(&"what"), ground)
-		expect(ask(made, SCTouchingCondition.new()))
-		expect(not ask(made, question(SCTouchingCondition.new(), {"test": SCTouchingCondition.A_WALL})))
-		expect(not ask(made, question(SCTouchingCondition.new(), {"only_group": &"players"})))
+		await physics_frames(120)
+		expect_answers(made, [
+			[on_ground, true], [kind(SCTouchingCondition), true], [kind(SCTouchingCondition, {"test": SCTouchingCondition.A_WALL}), false],
+			[kind(SCTouchingCondition, {"test": SCTouchingCondition.A_CEILING}), false], [kind(SCTouchingCondition, {"only_group": &"players"}), false],
+		], ball.get_class())
+		expect_values(made, {&"what": ground})
 		ball.free()
 		ground.free()
 
 
-func test_what_cannot_touch_is_told() -> void:
+func test_what_is_wrong_is_told_once() -> void:
 	var post := body("Post")
-	var made := asker(post)
-	expect(not ask(made, SCTouchingCondition.new()))
-	expect_warning("Touching on Machine: Post is a Node2D, not an area, a character body or a rigid body. Pick an area, a character body or a rigid body under Node Path.")
-	var deaf := _area(Area3D.new(), _round_3d())
-	deaf.name = "Deaf"
-	deaf.set("monitoring", false)
-	expect(not ask(made, question(SCTouchingCondition.new(), {"node_path": ^"../../Deaf"})))
-	expect_warning("Deaf is not monitoring, so nothing is felt touching it and the answer is no. Turn on its Monitoring.")
-	expect(not ask(made, question(SCTouchingCondition.new(), {"node_path": ^"../../Deaf", "test": SCTouchingCondition.A_WALL})))
-	expect_warning("Deaf is an area, which stands on nothing, so the answer is no.")
-	expect(not ask(made, question(SCTouchingCondition.new(), {"node_path": ^"../../Gone"})))
-	expect_warning("there is no node at Gone. Pick one under Node Path.")
-
-
-func test_touching_goes_by_the_physics_tick() -> void:
-	expect(SCTouchingCondition.new().wants_physics())
-	expect(not SCDistanceCondition.new().wants_physics())
-
-
-func test_a_script_that_extends_the_question_asks_it_too() -> void:
-	var plate := _area(Area2D.new(), _round_2d())
-	_solid(StaticBody2D.new(), _round_2d())
-	var made := asker(plate)
-	await physics_frames(3)
-	expect(ask(made, OwnTouching.new()))
+	add(boxed(Area3D.new(), Vector3.ONE), "Deaf", {"monitoring": false})
+	add(Timer.new(), "Clock")
+	body_3d("Deep")
+	for row: Array in [
+		[SCDistanceCondition, {}, "there is nothing to measure to, so the answer is no. Pick a node under To Node Path, or type a group under Group."],
+		[SCDistanceCondition, {"to_node_path": ^"../../Clock"}, "Clock is a Timer, which has no place in the world, so it cannot stand for one. Pick a 2D or 3D node under To Node Path."],
+		[SCDistanceCondition, {"to_node_path": ^"../../Gone"}, "there is no node at Gone. Pick one under To Node Path."],
+		[SCDistanceCondition, {"group": &"people", "to_node_path_variable": &"target"}, "the variable target holds no node, so the answer is no. Put a node into it, or pick one under To Node Path."],
+		[SCOnScreenCondition, {"node_path": ^"../../Clock"}, "Clock is a Timer, which has no place in the world, so it cannot stand for one. Pick a 2D or 3D node under Node Path."],
+		[SCOnScreenCondition, {"node_path": ^"../../Deep"}, "On Screen on Machine: there is no 3D camera to see Deep, so the answer is no. Add a Camera3D to the scene and make it the current one."],
+		[SCTouchingCondition, {}, "Touching on Machine: Post is a Node2D, not an area, a character body or a rigid body. Pick an area, a character body or a rigid body under Node Path."],
+		[SCTouchingCondition, {"node_path": ^"../../Deaf"}, "Deaf is not monitoring, so nothing is felt touching it and the answer is no. Turn on its Monitoring."],
+		[SCTouchingCondition, {"node_path": ^"../../Deaf", "test": SCTouchingCondition.A_WALL}, "Deaf is an area, which stands on nothing, so the answer is no."],
+		[SCTouchingCondition, {"node_path": ^"../../Gone"}, "there is no node at Gone. Pick one under Node Path."],
+	]:
+		expect_warns(kind(row[0], row[1]), row[2], {"under": post, "variables": {&"target": null}})
+	expect_warns(kind(SCDistanceCondition), "Distance on Machine: Stage is a Node, which has no place in the world, so it cannot stand for one. Pick a 2D or 3D node under Target.")
 
 
 func test_the_lines_read_like_sentences() -> void:
-	expect_lines([
-		[question(SCDistanceCondition.new(), {"to_node_path": ^"../../player"}), "player is within 5 of Self"],
-		[question(SCDistanceCondition.new(), {"group": &"players", "distance": 2.5}), "anything in players is within 2.5 of Self"],
-		[SCDistanceCondition.new(), "anything in (pick one) is within 5 of Self"],
-		[question(SCDistanceCondition.new(), {"to_node_path": ^"../../player", "distance_variable": &"reach"}), "player is within [reach] of Self"],
-		[question(SCDistanceCondition.new(), {"group": &"players", "to_node_path_variable": &"target"}), "[target] is within 5 of Self"],
-		[SCOnScreenCondition.new(), "Self is on the screen"],
-		[question(SCOnScreenCondition.new(), {"margin": 20.0}), "Self is within 20 px of the screen"],
-		[question(SCOnScreenCondition.new(), {"margin": -20.0}), "Self is 20 px inside the screen"],
-		[SCPointerOverUiCondition.new(), "the pointer is over the interface"],
-		[SCTouchingCondition.new(), "Self is touching something"],
-		[question(SCTouchingCondition.new(), {"only_group": &"players", "node_path": ^"../../Plate"}), "Plate is touching something that is in players"],
-		[question(SCTouchingCondition.new(), {"test": SCTouchingCondition.THE_GROUND, "invert": true}), "Not: Self is on ground"],
-		[question(SCTouchingCondition.new(), {"test": SCTouchingCondition.A_WALL}), "Self is against a wall"],
-		[question(SCTouchingCondition.new(), {"test": SCTouchingCondition.A_CEILING}), "Self is against a ceiling"],
-	])
-
-
-func _stand_in_a_trigger(trigger: Node, visitor: Node, away: Variant, inside: Variant) -> void:
-	var made := asker(trigger, {"variables": {&"who": null}})
-	var touching := question(SCTouchingCondition.new(), {"store_touching_in": &"who"}) as SCTouchingCondition
-	visitor.set("position", away)
-	await physics_frames(3)
-	expect(not ask(made, touching))
-	expect_equal(made.get_value(&"who"), null)
-	visitor.set("position", inside)
-	await physics_frames(3)
-	expect(ask(made, touching))
-	expect_equal(made.get_value(&"who"), visitor)
-	touching.only_group = &"players"
-	expect(not ask(made, touching))
-	visitor.add_to_group(&"players")
-	expect(ask(made, touching))
-	visitor.set("position", away)
-	await physics_frames(3)
-	expect(not ask(made, touching))
-	expect_equal(made.get_value(&"who"), visitor, "it stays there")
-
-
-func _stand_about(hero: Node, down: Variant, aside: Variant, up: Variant) -> void:
-	var made := asker(hero, {"variables": {&"what": null}})
-	var ground := question(SCTouchingCondition.new(), {"test": SCTouchingCondition.THE_GROUND, "store_touching_in": &"what"}) as SCTouchingCondition
-	var wall := question(SCTouchingCondition.new(), {"test": SCTouchingCondition.A_WALL, "store_touching_in": &"what"})
-	var ceiling := question(SCTouchingCondition.new(), {"test": SCTouchingCondition.A_CEILING})
-	await _move(hero, up, 2)
-	for asked: SCMachineCondition in [ground, wall, ceiling, SCTouchingCondition.new()]:
-		expect(not ask(made, asked), "in the air, %s" % asked.shown_summary())
-	await _move(hero, down, 60)
-	expect(ask(made, ground))
-	expect_equal((made.get_value(&"what") as Node).name, &"Floor")
-	expect(not ask(made, wall))
-	expect(ask(made, SCTouchingCondition.new()))
-	await _move(hero, down * 0.0, 3)
-	expect(ask(made, ground), "it stands still")
-	ground.only_group = &"ice"
-	expect(not ask(made, ground))
-	stage.get_node(^"Floor").add_to_group(&"ice")
-	expect(ask(made, ground))
-	await _move(hero, aside, 60)
-	expect(ask(made, wall))
-	expect_equal((made.get_value(&"what") as Node).name, &"Wall")
-	expect(ask(made, ground))
-	expect(not ask(made, ceiling))
-
-
-func _move(hero: Node, velocity: Variant, count: int) -> void:
-	for i in count:
-		await physics_frames(1)
-		hero.set("velocity", velocity)
-		hero.call("move_and_slide")
+	expect_lines(SCDistanceCondition, {
+		"player is within 5 of Self": {"to_node_path": ^"../../player"},
+		"anything in players is within 2.5 of Self": {"group": &"players", "distance": 2.5},
+		"anything in (pick one) is within 5 of Self": {},
+		"player is within [reach] of Self": {"to_node_path": ^"../../player", "distance_variable": &"reach"},
+		"[target] is within 5 of Self": {"group": &"players", "to_node_path_variable": &"target"},
+	})
+	expect_lines(SCOnScreenCondition, {"Self is on the screen": {}, "Self is within 20 px of the screen": {"margin": 20.0}, "Self is 20 px inside the screen": {"margin": -20.0}})
+	expect_lines(SCPointerOverUiCondition, {"the pointer is over the interface": {}})
+	expect_lines(SCTouchingCondition, {
+		"Self is touching something": {},
+		"Plate is touching something that is in players": {"only_group": &"players", "node_path": ^"../../Plate"},
+		"Not: Self is on ground": {"test": SCTouchingCondition.THE_GROUND, "invert": true},
+		"Self is against a wall": {"test": SCTouchingCondition.A_WALL},
+		"Self is against a ceiling": {"test": SCTouchingCondition.A_CEILING},
+	})
 
 
 func _point_at(place: Vector2) -> void:
@@ -464,49 +312,8 @@ func _point_at(place: Vector2) -> void:
 	moved.position = place
 	moved.global_position = place
 	Input.parse_input_event(moved)
+	await frames(1)
 
 
-func _put_3d(node: Node3D, name: String) -> Node3D:
-	node.name = name
-	stage.add_child(node)
-	return node
-
-
-func _area(area: Node, shape: Node) -> Node:
-	area.add_child(shape)
-	stage.add_child(area)
-	return area
-
-
-func _solid(solid: Node, shape: Node) -> Node:
-	return _area(solid, shape)
-
-
-func _round_2d() -> CollisionShape2D:
-	var made := CollisionShape2D.new()
-	var circle := CircleShape2D.new()
-	circle.radius = 10.0
-	made.shape = circle
-	return made
-
-
-func _round_3d() -> CollisionShape3D:
-	var made := CollisionShape3D.new()
-	made.shape = SphereShape3D.new()
-	return made
-
-
-func _box_2d(size: Vector2) -> CollisionShape2D:
-	var made := CollisionShape2D.new()
-	var box := RectangleShape2D.new()
-	box.size = size
-	made.shape = box
-	return made
-
-
-func _box_3d(size: Vector3) -> CollisionShape3D:
-	var made := CollisionShape3D.new()
-	var box := BoxShape3D.new()
-	box.size = size
-	made.shape = box
-	return made
+func _control(made: Control, at: Vector2, under: Node = stage, size: Vector2 = Vector2(15, 15)) -> Control:
+	return add(made, "", {"under": under, "position": at, "size": size})

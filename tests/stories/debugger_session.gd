@@ -121,18 +121,13 @@ func test_pausing_and_stepping_from_the_editor() -> void:
 func test_orders_that_mean_nothing_are_passed_over() -> void:
 	if not await _begin():
 		return
-	await _send(Messages.WATCH, [])
-	await _send(Messages.PAUSE, [])
-	await _send(Messages.STEP, [])
-	await _send(Messages.PAUSE, ["/root/Nobody", true])
-	await _send(Messages.STEP, ["/root/Nobody"])
-	# A part of a path watches; it does not pause.
-	await _send(Messages.PAUSE, ["Door", true])
-	await _send(Messages.WATCH, [17])
-	await _send(Messages.STEP, [DOOR])
-	await _send("quillstead_control:dance", [DOOR])
-	var asked := await _ask(DOOR)
-	expect(not asked["paused"], "the wrong machine was paused")
+	for order: Array in [
+		[Messages.WATCH, []], [Messages.PAUSE, []], [Messages.STEP, []], [Messages.PAUSE, ["/root/Nobody", true]], [Messages.STEP, ["/root/Nobody"]],
+		# A part of a path watches; it does not pause.
+		[Messages.PAUSE, ["Door", true]], [Messages.WATCH, [17]], [Messages.STEP, [DOOR]], ["quillstead_control:dance", [DOOR]],
+	]:
+		await _send(order[0], order[1])
+	expect(not (await _ask(DOOR))["paused"], "the wrong machine was paused")
 	await _end()
 
 

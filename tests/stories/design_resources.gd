@@ -3,38 +3,16 @@ extends Story
 
 
 func test_each_says_what_it_is() -> void:
-	var rows: Array[Array] = [
-		[state("Patrol"), "Patrol"],
-		[parallel("Blinking", []), "Blinking"],
-		[declared_event("hit"), "hit"],
-		[SCMachineEvent.new(), "Event"],
-		[_note("Doors"), "Doors"],
-		[_note(""), "Note"],
-		[template([], {"display_name": "Guard"}), "Guard"],
-		[SCMachineTemplate.new(), "MachineTemplate"],
-		[variable("hp", 10), "hp = 10"],
-		[variable("name", "Ann"), "name = Ann"],
-		[transition("hit", "Hurt"), "on hit -> Hurt"],
-		[SCMachineTransition.new(), "(nothing) -> (nowhere)"],
-	]
-	for row in rows:
+	for row: Array in [
+		[state("Patrol"), "Patrol"], [parallel("Blinking", []), "Blinking"],
+		[declared_event("hit"), "hit"], [SCMachineEvent.new(), "Event"],
+		[kind(SCMachineNote, {"title": "Doors"}), "Doors"], [kind(SCMachineNote, {"title": ""}), "Note"],
+		[template([], {"display_name": "Guard"}), "Guard"], [SCMachineTemplate.new(), "MachineTemplate"],
+		[variable("hp", 10), "hp = 10"], [variable("name", "Ann"), "name = Ann"],
+		[transition("hit", "Hurt"), "on hit -> Hurt"], [SCMachineTransition.new(), "(nothing) -> (nowhere)"],
+	]:
 		expect_equal(str(row[0]), row[1])
 	expect_equal(SCMachineTransition.finished_event(), &"FINISHED")
-
-
-func test_a_fresh_one_has_the_defaults() -> void:
-	expect_equal(SCMachineState.new().state_name, &"State")
-	expect_equal(SCMachineParallelState.new().parallel_name, &"Parallel")
-	expect_equal(SCMachineTemplate.new().loop_increment_limit, 50)
-	var fresh := SCMachineVariable.new()
-	expect_equal(fresh.name, &"variable")
-	expect_equal(fresh.default_value, 0.0)
-	expect_equal(fresh.share, 50.0)
-	var box := SCMachineNote.new()
-	expect_equal(box.title, "Note")
-	expect(box.color.is_equal_approx(Color(0.22, 0.24, 0.3, 0.6)))
-	expect_equal(box.graph_size, Vector2(420, 260))
-	expect_equal(SCMachineEvent.new().carries, SCMachineEvent.NOTHING)
 
 
 func test_walking_a_template() -> void:
@@ -111,99 +89,70 @@ func test_declared_events() -> void:
 	expect_equal(design.event_named("unknown"), null)
 	var words := ["Nothing", "float", "bool", "String", "Vector2 or Vector3", "Node", "Array", "Color", "Variant", "Resource"]
 	var kinds := ["", "number", "bool", "text", "vector", "node", "list", "colour", "", "resource"]
-	for i in words.size():
-		expect_equal(declared_event("e", {"carries": i}).value_label(), words[i])
-		expect_equal(SCMachineEvent.kind_of_carries(i), kinds[i])
-	expect_equal(SCMachineEvent.kind_of_carries(10), "")
-	expect_equal(SCMachineEvent.kind_of_carries(-1), "")
+	for i in range(-1, 11):
+		var known := i in range(10)
+		expect_equal(SCMachineEvent.kind_of_carries(i), kinds[i] if known else "")
+		if known:
+			expect_equal(declared_event("e", {"carries": i}).value_label(), words[i])
 	expect_equal(declared_event("e", {"carries": SCMachineEvent.FLOAT, "data_name": "  Points "}).value_label(), "Points")
 
 
-func test_what_the_inspector_shows_of_a_variable() -> void:
-	var always := ["name", "description", "is_global"]
-	var rows: Array[Array] = [
-		# the variable, what is shown beside those
-		[variable("x", 1.0), ["default_value", "never_below", "never_above"]],
-		[variable("x", 1, {"never_above": "  "}), ["default_value", "never_below", "never_above"]],
-		[variable("x", 1, {"never_above": "9"}), ["default_value", "never_below", "never_above", "starts"]],
-		[variable("x", 1, {"never_above": "9", "starts": SCMachineVariable.FULL}), ["never_below", "never_above", "starts"]],
-		[variable("x", 1, {"never_above": "9", "starts": SCMachineVariable.AT_A_SHARE}), ["never_below", "never_above", "starts", "share"]],
-		[variable("x", "text", {"never_above": "9"}), ["default_value"]],
-		[variable("x", null), ["starting_node"]],
+func test_what_the_inspector_shows() -> void:
+	var limited := {"never_above": "9"}
+	var event := ["event_name", "description", "is_global", "carries"]
+	var number := ["default_value", "never_below", "never_above"]
+	for row: Array in [
+		# what it is, and what is shown of it; of a variable beside its name, description and whether it is global
+		[variable("x", 1.0), number], [variable("x", 1, {"never_above": "  "}), number], [variable("x", 1, limited), number + ["starts"]],
+		[variable("x", 1, limited.merged({"starts": SCMachineVariable.FULL})), ["never_below", "never_above", "starts"]],
+		[variable("x", 1, limited.merged({"starts": SCMachineVariable.AT_A_SHARE})), ["never_below", "never_above", "starts", "share"]],
+		[variable("x", "text", limited), ["default_value"]], [variable("x", null), ["starting_node"]],
 		[variable("x", []), ["default_value", "items_are"]],
 		[variable("x", null, {"holds_resource": true}), ["default_value"]],
-	]
-	for row in rows:
-		var wanted: Array = always + row[1]
-		var shown := _shown(row[0])
+		[declared_event("e"), event],
+		[declared_event("e", {"carries": SCMachineEvent.FLOAT}), event + ["data_name", "data_description"]],
+		[transition("a", "b"), ["event", "to_state", "store_data_in"]],
+	]:
+		var wanted: Array = row[1] + (["name", "description", "is_global"] if row[0] is SCMachineVariable else [])
+		var shown := shown_settings(row[0]).filter(func(name: String) -> bool: return property_of(row[0], name)["usage"] & PROPERTY_USAGE_STORAGE)
 		shown.sort()
 		wanted.sort()
-		expect_equal(shown, wanted, str(row[0]))
-	var free := _property(variable("x", 1.0), "default_value")
-	expect_equal(free["type"], TYPE_NIL)
-	expect(free["usage"] & PROPERTY_USAGE_NIL_IS_VARIANT)
-	expect_equal(_property(variable("x", 1.0), "starts")["hint_string"], "At Its Starting Value:0,Full:1,At A Share:2")
-	expect_equal(_property(variable("x", 1.0), "items_are")["hint_string"], "Values:0,Nodes:1,Files:2")
-	expect_equal(_property(variable("x", 1.0), "share")["hint_string"], "0,100,1,suffix:%")
-
-
-func test_what_the_inspector_shows_of_an_event_and_a_transition() -> void:
-	expect_equal(_shown(declared_event("e")), ["event_name", "description", "is_global", "carries"])
-	expect_equal(_shown(declared_event("e", {"carries": SCMachineEvent.FLOAT})),
-		["event_name", "description", "is_global", "carries", "data_name", "data_description"])
-	expect_equal(_property(declared_event("e"), "carries")["hint_string"],
-		"Nothing,float,bool,String,Vector2 or Vector3,Node,Array,Color,Variant,Resource")
-	expect_equal(_shown(transition("a", "b")), ["event", "to_state", "store_data_in"])
-	expect(_property(transition("a", "b"), "graph_position")["usage"] & PROPERTY_USAGE_STORAGE)
-	expect(_property(transition("a", "b"), "resource_name")["usage"] & PROPERTY_USAGE_STORAGE)
+		expect_equal(Array(shown), wanted, str(row[0]))
+	var free := property_of(variable("x", 1.0), "default_value")
+	expect(free["type"] == TYPE_NIL and free["usage"] & PROPERTY_USAGE_NIL_IS_VARIANT)
+	for name: String in ["graph_position", "resource_name"]:
+		expect(property_of(transition("a", "b"), name)["usage"] & PROPERTY_USAGE_STORAGE, name)
+	expect_equal(property_of(state("A"), "run_facts")["usage"] & PROPERTY_USAGE_DEFAULT, 0)
 
 
 func test_the_inspector_is_told_to_look_again() -> void:
 	var told := [0]
-	var count := func() -> void: told[0] += 1
 	var number := variable("x", 1)
-	number.property_list_changed.connect(count)
-	number.never_above = "9"
-	expect_equal(told[0], 1)
-	number.never_above = "10"
-	number.never_below = "1"
-	number.share = 3.0
-	expect_equal(told[0], 1)
-	number.never_above = " "
-	number.starts = SCMachineVariable.FULL
-	expect_equal(told[0], 3)
-	number.items_are = SCMachineVariable.VALUES
-	expect_equal(told[0], 3)
-	number.items_are = SCMachineVariable.NODES
-	expect_equal(told[0], 4)
 	var carrying := declared_event("e")
-	carrying.property_list_changed.connect(count)
-	carrying.carries = SCMachineEvent.NOTHING
-	expect_equal(told[0], 5)
+	for one: Resource in [number, carrying]:
+		one.property_list_changed.connect(func() -> void: told[0] += 1)
+	for row: Array in [
+		# what is changed, to what, and whether other settings are shown then
+		[number, "never_above", "9", 1], [number, "never_above", "10", 0], [number, "never_below", "1", 0], [number, "share", 3.0, 0], [number, "never_above", " ", 1],
+		[number, "starts", SCMachineVariable.FULL, 1], [number, "items_are", SCMachineVariable.VALUES, 0], [number, "items_are", SCMachineVariable.NODES, 1],
+		[carrying, "carries", SCMachineEvent.NOTHING, 1],
+	]:
+		told[0] = 0
+		(row[0] as Resource).set(row[1], row[2])
+		expect_equal(told[0], row[3], str(row))
 
 
-func test_lists_and_references_are_typed() -> void:
-	var rows: Array[Array] = [
-		[SCMachineTemplate.new(), "states", "24/17:SCMachineState"],
-		[SCMachineTemplate.new(), "variables", "24/17:SCMachineVariable"],
-		[SCMachineTemplate.new(), "events", "24/17:SCMachineEvent"],
-		[SCMachineTemplate.new(), "notes", "24/17:SCMachineNote"],
-		[state("A"), "actions", "24/17:SCMachineAction"],
-		[state("A"), "transitions", "24/17:SCMachineTransition"],
-		[state("A"), "parallel_states", "24/17:SCMachineParallelState"],
-		[parallel("A", []), "states", "24/17:SCMachineState"],
-		[SCMachineNote.new(), "holds", "21:"],
-	]
-	for row in rows:
-		var property := _property(row[0], row[1])
-		expect_equal(property["type"], TYPE_ARRAY)
-		expect_equal(property["hint"], PROPERTY_HINT_TYPE_STRING)
-		expect_equal(property["hint_string"], row[2], row[1])
-		var held: Array = (row[0] as Object).get(row[1])
-		expect(held.is_typed(), "%s is not typed" % row[1])
-	expect_equal(_property(SCMachineTemplate.new(), "loop_increment_limit")["hint_string"], "1,1000,1,or_greater")
-	expect_equal(_property(SCMachineTemplate.new(), "initial_state")["hint_string"], "SCMachineState")
-	expect_equal(_property(state("A"), "run_facts")["usage"] & PROPERTY_USAGE_DEFAULT, 0)
+func test_lists_are_typed() -> void:
+	for row: Array in [
+		[SCMachineTemplate, {"states": SCMachineState, "variables": SCMachineVariable, "events": SCMachineEvent, "notes": SCMachineNote}],
+		[SCMachineState, {"actions": SCMachineAction, "transitions": SCMachineTransition, "parallel_states": SCMachineParallelState, "sub_states": SCMachineState}],
+		[SCMachineParallelState, {"states": SCMachineState}],
+	]:
+		for list: String in row[1]:
+			var held: Array = kind(row[0]).get(list)
+			var of: StringName = row[1][list].new().get_class()
+			expect_equal(held.get_typed_class_name(), of, list)
+			expect(String(property_of(kind(row[0]), list)["hint_string"]).ends_with(":" + of), list)
 
 
 func test_a_file_as_the_editor_writes_it() -> void:
@@ -228,9 +177,6 @@ func test_everything_that_is_set_is_saved_and_loaded() -> void:
 	], [transition("hit", "Inner", "who")], {"sub_states": [inner, state("Second")], "start": "Second", "graph_color": Color.RED})
 	var split := state("Split", [], {}, {"parallel": {"A": [state("A1"), state("A2")], "B": []}})
 	split.parallel_states[0].start_state = split.parallel_states[0].states[1]
-	var box := _note("Doors")
-	box.holds = [&"Outer", &"Split"]
-	box.level = &"Outer"
 	var design := template([outer, split], {
 		"initial": "Split",
 		"display_name": "All",
@@ -245,79 +191,50 @@ func test_everything_that_is_set_is_saved_and_loaded() -> void:
 		],
 		"events": [declared_event("hit", {"carries": SCMachineEvent.NODE, "data_name": "Who", "is_global": true})],
 	})
-	design.notes = [box]
+	design.notes = [kind(SCMachineNote, {"title": "Doors", "holds": [&"Outer", &"Split"], "level": &"Outer"})]
 	_expect_saved_equal(design)
 
 
 func test_a_whole_number_stays_one_in_its_file() -> void:
-	var text := FileAccess.get_file_as_string(_saved(variable("count", 3)))
-	expect("whole_number = true" in text and "default_value = 3" in text, text)
-	expect(not "holds_resource" in text, text)
-	text = FileAccess.get_file_as_string(_saved(variable("share", 3.0)))
-	expect(not "whole_number" in text, text)
-	text = FileAccess.get_file_as_string(_saved(variable("file", null, {"holds_resource": true})))
-	expect("holds_resource = true" in text, text)
+	var path := "user://story_variable.tres"
+	for row: Array in [
+		[variable("count", 3), ["whole_number = true", "default_value = 3"], ["holds_resource"]], [variable("share", 3.0), [], ["whole_number"]],
+		[variable("file", null, {"holds_resource": true}), ["holds_resource = true"], []],
+	]:
+		expect_equal(ResourceSaver.save(row[0], path), OK)
+		var text := FileAccess.get_file_as_string(path)
+		for part: String in row[1]:
+			expect(part in text, text)
+		for part: String in row[2]:
+			expect(not part in text, text)
 	for row: Array in [["2.9", 2], ["-2.9", -2], ["5", 5]]:
-		var path := "user://story_variable.tres"
 		var file := FileAccess.open(path, FileAccess.WRITE)
 		file.store_string("[gd_resource type=\"SCMachineVariable\" format=3]\n\n[resource]\nname = &\"n\"\ndefault_value = %s\nwhole_number = true\n" % row[0])
 		file.close()
-		var loaded: SCMachineVariable = ResourceLoader.load(path, "", ResourceLoader.CACHE_MODE_IGNORE)
-		expect_equal(loaded.default_value, row[1])
-		DirAccess.remove_absolute(path)
+		expect_equal((ResourceLoader.load(path, "", ResourceLoader.CACHE_MODE_IGNORE) as SCMachineVariable).default_value, row[1])
+	DirAccess.remove_absolute(path)
 	var number := variable("n", 2.5)
-	number.set("whole_number", false)
-	expect_equal(number.default_value, 2.5)
-	expect_equal(number.get("whole_number"), false)
-	number.set("whole_number", true)
-	expect_equal(number.default_value, 2)
-	expect_equal(number.get("whole_number"), true)
+	for whole: bool in [false, true]:
+		number.set("whole_number", whole)
+		expect_equal(number.default_value, 2 if whole else 2.5)
+		expect_equal(number.get("whole_number"), whole)
 
 
 func test_what_a_variable_starts_with() -> void:
 	var list := [[1], NodePath("..")]
-	var plain := variable("list", list)
-	var copy: Array = plain.starting_value_for(stage)
-	copy[0].append(2)
+	variable("list", list).starting_value_for(stage)[0].append(2)
 	expect_equal(list, [[1], NodePath("..")])
-	expect_equal(variable("n", 3).starting_value_for(null), 3)
-	expect_equal(variable("door", null, {"starting_node": NodePath("..")}).starting_value_for(stage), tree.root)
-	expect_equal(variable("door", null, {"starting_node": NodePath("..")}).starting_value_for(null), null)
-	expect_equal(variable("door", null).starting_value_for(stage), null)
-	expect_equal(variable("door", null, {"starting_node": NodePath("Nowhere")}).starting_value_for(stage), null)
+	var door := variable("door", null, {"starting_node": NodePath("..")})
+	for row: Array in [
+		[variable("n", 3), null, 3], [door, stage, tree.root], [door, null, null], [variable("door", null), stage, null],
+		[variable("door", null, {"starting_node": NodePath("Nowhere")}), stage, null],
+	]:
+		expect_equal((row[0] as SCMachineVariable).starting_value_for(row[1]), row[2])
 	expect_warning("Variable door on Stage starts with no node, as nothing is at Nowhere from the machine.")
-	expect(variable("n", 1).is_number() and variable("n", 1.5).is_number() and not variable("n", true).is_number())
-	expect(variable("n", null).holds_node() and not variable("n", null, {"holds_resource": true}).holds_node() and not variable("n", 1).holds_node())
-
-
-## What the inspector lists, without what every resource has.
-func _shown(of: Object) -> Array:
-	var names := []
-	for property in of.get_property_list():
-		var name: String = property["name"]
-		if property["usage"] & PROPERTY_USAGE_EDITOR and property["usage"] & PROPERTY_USAGE_STORAGE and name != "script":
-			names.append(name)
-	return names
-
-
-func _property(of: Object, name: String) -> Dictionary:
-	for property in of.get_property_list():
-		if property["name"] == name:
-			return property
-	_fail("%s has no %s" % [of, name])
-	return {}
-
-
-func _note(title: String) -> SCMachineNote:
-	var made := SCMachineNote.new()
-	made.title = title
-	return made
-
-
-func _saved(design: Resource) -> String:
-	var path := "user://story_saved.tres"
-	expect_equal(ResourceSaver.save(design, path), OK)
-	return path
+	for row: Array in [[1, true, false], [1.5, true, false], [true, false, false], [null, false, true]]:
+		expect_equal(variable("n", row[0]).is_number(), row[1])
+		expect_equal(variable("n", row[0]).holds_node(), row[2])
+	expect(not variable("n", null, {"holds_resource": true}).holds_node())
 
 
 ## Saves it, loads it anew, saves that again: the files are the same and so is what they hold.

@@ -71,9 +71,7 @@ func test_going_straight_to_a_deep_state_starts_the_other_regions_where_they_sta
 
 
 func test_going_where_it_already_is_or_nowhere_changes_nothing() -> void:
-	var lift := start(machine([
-		state("Lift", [act("lift")], {}, {"sub_states": [state("Up", [act("up")]), state("Down", [act("down")])]}),
-	]))
+	var lift := start(machine([state("Lift", [act("lift")], {}, {"sub_states": [state("Up", [act("up")]), state("Down", [act("down")])]})]))
 	noted.clear()
 	expect(not lift.go_to("Sideways"), "an unknown name is answered")
 	expect(lift.go_to("Lift"))
@@ -90,30 +88,19 @@ func test_going_where_it_already_is_or_nowhere_changes_nothing() -> void:
 
 func test_a_start_that_is_named_is_taken_and_one_that_is_elsewhere_is_not() -> void:
 	var elsewhere := state("Elsewhere")
-	var lift := state("Lift", [], {}, {"sub_states": [state("Up"), state("Down")], "start": "Down"})
 	var lost := state("Lost", [], {}, {"sub_states": [state("North"), state("South")]})
 	lost.start_sub_state = elsewhere
 	var both := state("Both")
 	both.parallel_states = [parallel("A", [state("A1"), state("A2")], "A2"), parallel("B", [state("B1"), state("B2")])]
 	both.parallel_states[1].start_state = elsewhere
-	var made := start(machine([lift, lost, both]))
-	expect_states(made, ["Lift", "Down"])
-	made.go_to("Lost")
-	expect_states(made, ["Lost", "North"])
-	made.go_to("Both")
-	expect_states(made, ["Both", "A2", "B1"])
+	var made := start(machine([state("Lift", [], {}, {"sub_states": [state("Up"), state("Down")], "start": "Down"}), lost, both]))
+	for wanted: Array in [["Lift", "Down"], ["Lost", "North"], ["Both", "A2", "B1"]]:
+		made.go_to(wanted[0])
+		expect_states(made, wanted)
 
 
 func test_actions_wait_for_the_one_above_when_told_to() -> void:
-	start(machine([
-		state("Work", [
-			act("first").then().done(),
-			wait(0.1),
-			act("after the wait").then().done(),
-			act("at once"),
-			act("after at once").then(),
-		]),
-	]))
+	play([act("first").then().done(), wait(0.1), act("after the wait").then().done(), act("at once"), act("after at once").then()])
 	expect_log(["first enter", "at once enter"])
 	await advance(0.2)
 	expect_log(["after the wait enter"])
@@ -130,51 +117,37 @@ func test_a_chain_of_short_actions_runs_through_in_one_go() -> void:
 
 func test_an_action_that_is_off_is_passed_over() -> void:
 	var made := start(machine([
-		state("Work", [
-			wait(0.1),
-			act("off").off(),
-			act("after the wait").then().done(),
-		], {"FINISHED": "Off"}),
+		state("Work", [wait(0.1), act("off").off(), act("after the wait").then().done()], {"FINISHED": "Off"}),
 		state("Off", [act("off").off(), act("also off").then().off()], {"FINISHED": "Free"}),
 		state("Free", [act("off").off(), act("free").then()]),
 	]))
 	expect_log([])
-	await advance(0.2)
+	await expect_later(made, 0.2, "Free")
 	expect_log(["after the wait enter", "after the wait exit", "free enter"])
-	expect_state(made, "Free")
 
 
 func test_an_action_that_waited_is_entered_on_its_own_tick() -> void:
 	var where: Array[bool] = []
-	start(machine([
-		state("Work", [
-			wait(0.1),
-			act("physics").then().on_the_physics_tick().entering(func() -> void: where.append(Engine.is_in_physics_frame())),
-		]),
-	]))
+	play([wait(0.1), act("physics").then().on_the_physics_tick().entering(func() -> void: where.append(Engine.is_in_physics_frame()))])
 	await advance(0.2)
 	expect_log(["physics enter"])
 	expect_equal(where, [true])
 
 
 func test_an_action_that_never_began_gets_no_exit_and_one_that_is_done_does() -> void:
-	var made := start(machine([
-		state("Work", [act("done").done(), act("busy"), act("waiting").then()]),
-		state("Rest"),
-	]))
+	var made := play([act("done").done(), act("busy"), act("waiting").then()])
 	noted.clear()
-	made.go_to("Rest")
+	made.stop()
 	expect_log(["done exit", "busy exit"])
 
 
 func test_a_change_in_the_middle_of_a_frame_spares_what_is_gone_and_what_is_new() -> void:
-	var made := machine([
+	start(machine([
 		state("Old", [act("old").ticking().updating(func(m: SCMachine) -> void: m.go_to("New")), act("late").ticking()], {}, {
 			"sub_states": [state("Inner", [act("inner").ticking()])],
 		}),
 		state("New", [act("new").ticking()]),
-	])
-	start(made)
+	]))
 	noted.clear()
 	await frames(1)
 	expect_log(["old update", "inner exit", "old exit", "late exit", "new enter"])
@@ -184,9 +157,7 @@ func test_a_change_in_the_middle_of_a_frame_spares_what_is_gone_and_what_is_new(
 
 func test_what_a_state_remembers_of_how_it_was_reached() -> void:
 	var remembered: Array[String] = []
-	var remember := func(m: SCMachine) -> void:
-		var before: SCMachineState = m.previous_state()
-		remembered.append("%s from %s by %s" % [m.running_state(), before, m.last_event()])
+	var remember := func(m: SCMachine) -> void: remembered.append("%s from %s by %s" % [m.running_state(), m.previous_state(), m.last_event()])
 	var made := start(machine([
 		state("A", [act("a").entering(remember)], {"go": "B"}),
 		state("B", [act("b").entering(remember)], {"FINISHED": "C", "back": "A"}),
@@ -195,12 +166,7 @@ func test_what_a_state_remembers_of_how_it_was_reached() -> void:
 	made.send_event("go")
 	made.send_event("back")
 	made.go_to("C")
-	expect_equal(remembered, [
-		"A from <Object#null> by ",
-		"B from A by go",
-		"A from B by back",
-		"C from A by ",
-	])
+	expect_equal(remembered, ["A from <Object#null> by ", "B from A by go", "A from B by back", "C from A by "])
 
 
 func test_a_change_is_told_with_where_it_came_from_first() -> void:
@@ -214,12 +180,6 @@ func test_a_change_is_told_with_where_it_came_from_first() -> void:
 	])
 	made.state_changed.connect(func(from: SCMachineState, to: SCMachineState) -> void: changes.append("%s > %s" % [from, to]))
 	start(made)
-	made.send_event("work")
-	made.send_event("look")
-	made.send_event("swing")
-	expect_equal(changes, [
-		"<Object#null> > Idle",
-		"Idle > Rest",
-		"Shut > Open",
-		"Rest > Swing",
-	])
+	for event: String in ["work", "look", "swing"]:
+		made.send_event(event)
+	expect_equal(changes, ["<Object#null> > Idle", "Idle > Rest", "Shut > Open", "Rest > Swing"])

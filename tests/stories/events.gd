@@ -11,26 +11,17 @@ func test_an_inner_state_hears_an_event_before_the_one_around_it() -> void:
 		state("Down"),
 		state("Away"),
 	]))
-	made.send_event("hit")
-	expect_states(made, ["Outer", "Hurt"])
-	made.send_event("hit")
-	expect_states(made, ["Down"])
+	expect_after(made, "hit", ["Outer", "Hurt"])
+	expect_after(made, "hit", ["Down"])
 	made.go_to("Inner")
-	made.send_event("call")
-	expect_states(made, ["Away"])
+	expect_after(made, "call", ["Away"])
 	made.send_event("nobody knows this")
-	made.send_event("")
-	expect_states(made, ["Away"])
+	expect_after(made, "", ["Away"])
 
 
 func test_the_first_transition_that_leads_anywhere_is_taken() -> void:
-	var made := start(machine([
-		state("A", [], [transition("go", "Nowhere"), transition("go", ""), transition("go", "B"), transition("go", "C")]),
-		state("B"),
-		state("C"),
-	]))
-	made.send_event("go")
-	expect_state(made, "B")
+	var made := start(machine([state("A", [], [transition("go", "Nowhere"), transition("go", ""), transition("go", "B"), transition("go", "C")]), state("B"), state("C")]))
+	expect_after(made, "go", "B")
 
 
 func test_every_event_is_told_even_to_a_machine_that_stands_still() -> void:
@@ -50,10 +41,7 @@ func test_every_event_is_told_even_to_a_machine_that_stands_still() -> void:
 
 
 func test_an_event_leaves_what_it_carried() -> void:
-	var made := start(machine([
-		state("A", [], {"pay": "B"}),
-		state("B", [], {"back": "A"}),
-	]))
+	var made := start(machine([state("A", [], {"pay": "B"}), state("B", [], {"back": "A"})]))
 	made.send_event("pay", 12)
 	expect_equal(made.last_event(), &"pay")
 	expect_equal(made.event_data("pay"), 12)
@@ -67,46 +55,26 @@ func test_an_event_leaves_what_it_carried() -> void:
 
 
 func test_what_is_carried_is_stored_as_the_variable_s_kind() -> void:
-	var rows: Array[Array] = [
+	for row: Array in [
 		# starts as, carried, held then
-		[5, 3.9, 3],
-		[5, -3.9, -3],
-		[5, "text", 5],
-		[5, true, 5],
-		[1.5, 2, 2.0],
-		[1.5, true, 1.0],
-		[1.5, "text", 1.5],
-		["text", &"name", "name"],
-		[&"name", "text", &"text"],
-		["text", 4, "text"],
-		[Vector2(1, 1), Vector2(2, 3), Vector2(2, 3)],
-		[Vector2(1, 1), 4, Vector2(1, 1)],
-		[[1], [2, 3], [2, 3]],
-		[true, false, false],
-		[true, 1, true],
-		[5, null, 5],
-	]
-	for row in rows:
-		var made := start(machine([state("A", [], [transition("give", "B", "held")]), state("B")], {"variables": [variable("held", row[0])]}))
-		made.send_event("give", row[1])
-		expect_state(made, "B")
+		[5, 3.9, 3], [5, -3.9, -3], [5, "text", 5], [5, true, 5], [5, null, 5],
+		[1.5, 2, 2.0], [1.5, true, 1.0], [1.5, "text", 1.5],
+		["text", &"name", "name"], [&"name", "text", &"text"], ["text", 4, "text"],
+		[Vector2(1, 1), Vector2(2, 3), Vector2(2, 3)], [Vector2(1, 1), 4, Vector2(1, 1)],
+		[[1], [2, 3], [2, 3]], [true, false, false], [true, 1, true], [null, stage, stage],
+	]:
+		var made := start(machine([state("A", [], [transition("give", "B", "held"), transition("limited", "B", "hp"), transition("fresh", "B", "fresh")]), state("B", [], {"back": "A"})], {
+			"variables": [variable("held", row[0]), variable("hp", 5, {"never_below": "0", "never_above": "8"})],
+		}))
+		expect_after(made, "give", "B", row[1])
 		expect_equal(made.get_value("held"), row[2], "%s given %s" % [row[0], row[1]])
-		made.queue_free()
-	var other := start(machine([state("A", [], [transition("give", "B", "fresh")]), state("B", [], [transition("give", "A", "node")])], {
-		"variables": [variable("node", null)],
-	}))
-	other.send_event("give", "anything")
-	expect_equal(other.get_value("fresh"), "anything")
-	other.send_event("give", stage)
-	expect_equal(other.get_value("node"), stage)
-
-
-func test_what_is_carried_is_kept_within_limits() -> void:
-	var made := start(machine([state("A", [], [transition("heal", "A", "hp")])], {
-		"variables": [variable("hp", 5, {"never_below": "0", "never_above": "8"})],
-	}))
-	made.send_event("heal", 100.0)
-	expect_equal(made.get_value("hp"), 8)
+		made.send_event("back")
+		expect_after(made, "fresh", "B", row[1])
+		expect_values(made, {"fresh": row[1], "hp": 5})
+		made.send_event("back")
+		expect_after(made, "limited", "B", 100.0)
+		expect_values(made, {"hp": 8})
+		made.free()
 
 
 func test_who_sent_an_event_can_be_asked() -> void:
@@ -129,71 +97,61 @@ func test_who_sent_an_event_can_be_asked() -> void:
 
 
 func test_the_machines_that_listen_hear_a_broadcast() -> void:
-	var heard: Array[String] = []
-	var listener := start(machine([state("A", [], {"alarm": "B"}), state("B")], {"name": "Listener"}))
-	var other := start(machine([state("A", [], {"quiet": "B"}), state("B")], {"name": "Other"}))
+	var listener := play([], {"alarm": "B"}, {"name": "Listener"})
+	var other := play([], {"quiet": "B"}, {"name": "Other"})
 	var deep := start(machine([state("A", [], {}, {"sub_states": [state("A1", [], {"alarm": "B"})]}), state("B")], {"name": "Deep"}))
-	other.event_sent.connect(func(event: StringName, _data: Variant) -> void: heard.append(event))
-	SCMachine.broadcast_everywhere("alarm", 1)
-	SCMachine.broadcast_everywhere("nobody knows this")
-	SCMachine.broadcast_everywhere("")
-	expect_state(listener, "B")
-	expect_state(deep, "B")
-	expect_state(other, "A")
-	expect_equal(heard, [])
+	for event: String in ["alarm", "nobody knows this", ""]:
+		SCMachine.broadcast_everywhere(event, 1)
+	for row: Array in [[listener, "B"], [deep, "B"], [other, "Work"]]:
+		expect_state(row[0], row[1])
+	expect_events(other, [])
 	listener.start()
-	stage.remove_child(listener)
-	SCMachine.broadcast_everywhere("alarm")
-	stage.add_child(listener)
-	expect_state(listener, "A")
-	SCMachine.broadcast_everywhere("alarm")
-	expect_state(listener, "B")
+	for wanted: String in ["Work", "B"]:
+		if wanted == "Work":
+			stage.remove_child(listener)
+		SCMachine.broadcast_everywhere("alarm")
+		if wanted == "Work":
+			stage.add_child(listener)
+		expect_state(listener, wanted)
 
 
 func test_a_global_event_is_heard_everywhere_while_its_machine_is_there() -> void:
 	var bell := start(running(template([state("Quiet", [], {"ring": "Loud"}), state("Loud")], {
 		"events": [declared_event("alarm", {"is_global": true}), declared_event("ring")],
 	}), {"name": "Bell"}))
-	var guard := start(machine([state("Sleep", [], {"alarm": "Wake"}), state("Wake")], {"name": "Guard"}))
+	var guard := play([], {"alarm": "Wake"}, {"name": "Guard"})
 	expect(bell.is_global_event("alarm") and not bell.is_global_event("ring"))
-	bell.send_event("alarm")
-	expect_state(guard, "Wake")
-	guard.start()
-	bell.send_event("ring")
-	expect_state(guard, "Sleep")
-	bell.broadcast_event("no such group", "alarm")
-	expect_state(guard, "Wake")
-	guard.start()
+	for row: Array in [[bell.send_event.bind("alarm"), "Wake"], [bell.send_event.bind("ring"), "Work"], [bell.broadcast_event.bind("no such group", "alarm"), "Wake"]]:
+		guard.start()
+		(row[0] as Callable).call()
+		expect_state(guard, row[1])
 	bell.free()
 	expect(not guard.is_global_event("alarm"))
-	var heard: Array[StringName] = []
-	guard.event_sent.connect(func(event: StringName, _data: Variant) -> void: heard.append(event))
-	guard.send_event("alarm")
-	expect_equal(heard, [&"alarm"])
-	expect_state(guard, "Wake")
+	guard.start()
+	events_of(guard).clear()
+	expect_after(guard, "alarm", "Wake")
+	expect_events(guard, ["alarm"])
 
 
 func test_a_group_hears_through_its_nodes() -> void:
-	var states := func() -> Array: return [state("A", [], {"wake": "B"}), state("B")]
-	var itself: SCMachine = start(machine(states.call(), {"name": "Itself"}))
-	itself.add_to_group("guards")
-	var named_body := body("NamedBody")
-	named_body.add_to_group("guards")
-	var first: SCMachine = start(machine(states.call(), {"name": "First", "under": named_body}))
-	var by_name: SCMachine = start(machine(states.call(), {"name": "Machine", "under": named_body}))
-	var plain := body("PlainBody")
-	plain.add_to_group("guards")
+	var named := body("Named")
+	var plain := body("Plain")
 	plain.add_child(Node.new())
-	var only: SCMachine = start(machine(states.call(), {"name": "Only", "under": plain}))
-	body("NoMachine").add_to_group("guards")
-	var outside: SCMachine = start(machine(states.call(), {"name": "Outside"}))
-	outside.broadcast_event("guards", "wake", 1)
-	outside.broadcast_event("guards", "")
-	expect_state(itself, "B")
-	expect_state(first, "A")
-	expect_state(by_name, "B")
-	expect_state(only, "B")
-	expect_state(outside, "A")
+	var itself := play([], {"wake": "B"}, {"name": "Itself"})
+	for one: Node in [itself, named, plain, body("No Machine")]:
+		one.add_to_group("guards")
+	var rows: Dictionary[SCMachine, String] = {
+		itself: "B",
+		play([], {"wake": "B"}, {"name": "First", "under": named}): "Work",
+		play([], {"wake": "B"}, {"name": "Machine", "under": named}): "B",
+		play([], {"wake": "B"}, {"name": "Only", "under": plain}): "B",
+		play([], {"wake": "B"}, {"name": "Outside"}): "Work",
+	}
+	itself.broadcast_event("guards", "wake", 1)
+	itself.broadcast_event("guards", "")
+	for made in rows:
+		expect_state(made, rows[made])
+		expect_events(made, ["wake"] if rows[made] == "B" else [])
 
 
 func test_a_forwarder_may_keep_an_event_for_itself() -> void:
@@ -204,28 +162,21 @@ func test_a_forwarder_may_keep_an_event_for_itself() -> void:
 	var greedy := func(event: StringName, _data: Variant) -> bool:
 		passed.append("greedy %s" % event)
 		return event == &"keep"
-	var made := start(machine([
-		state("A", [act("a").done()], {"keep": "B", "pass": "B"}),
-		state("B", [], {"FINISHED": "C"}),
-		state("C"),
-	]))
+	var made := start(machine([state("A", [act("a").done()], {"keep": "B", "pass": "B"}), state("B", [], {"FINISHED": "C"}), state("C")]))
 	made.add_forwarder(greedy)
 	made.add_forwarder(deaf)
-	made.send_event("keep", 1)
-	expect_state(made, "A")
+	expect_after(made, "keep", "A", 1)
 	expect_equal(passed, ["greedy keep", "deaf keep 1"])
-	made.send_event("pass")
-	expect_state(made, "C")
+	expect_after(made, "pass", "C")
 	made.go_to("A")
 	made.remove_forwarder(greedy)
 	made.remove_forwarder(greedy)
-	made.send_event("keep")
-	expect_state(made, "C")
+	expect_after(made, "keep", "C")
 	made.remove_forwarder(deaf)
 
 
 func test_a_forwarder_that_takes_itself_away_or_is_gone() -> void:
-	var made := start(machine([state("A", [], {"go": "B"}), state("B")]))
+	var made := play([], {"go": "B"})
 	var calls := [0]
 	var once: Array[Callable] = []
 	once.append(func(_event: StringName, _data: Variant) -> bool:
@@ -233,10 +184,8 @@ func test_a_forwarder_that_takes_itself_away_or_is_gone() -> void:
 		made.remove_forwarder(once[0])
 		return true)
 	made.add_forwarder(once[0])
-	made.send_event("go")
-	expect_state(made, "A")
-	made.send_event("go")
-	expect_state(made, "B")
+	expect_after(made, "go", "Work")
+	expect_after(made, "go", "B")
 	expect_equal(calls[0], 1)
 	once.clear()
 
@@ -253,24 +202,15 @@ func test_an_event_in_the_physics_step_waits_for_its_end() -> void:
 
 
 func test_events_are_held_while_paused_and_told_in_order() -> void:
-	var heard: Array[StringName] = []
-	var made := machine([
-		state("A", [act("a")], {"one": "B"}),
-		state("B", [act("b")], {"two": "C"}),
-		state("C", [act("c")], {"three": "D"}),
-		state("D"),
-	])
-	made.event_sent.connect(func(event: StringName, _data: Variant) -> void: heard.append(event))
-	start(made)
+	var made := start(machine([state("A", [], {"one": "B"}), state("B", [], {"two": "C"}), state("C", [], {"three": "D"}), state("D")]))
 	made.set_paused(true)
 	made.send_event("one")
 	made.send_event("two")
-	expect_equal(heard, [&"one", &"two"])
-	await frames(3)
-	expect_state(made, "A")
+	expect_events(made, ["one", "two"])
+	await expect_later(made, 0.05, "A")
 	made.set_paused(false)
 	expect_state(made, "C")
-	expect_equal(heard, [&"one", &"two"])
+	expect_events(made, [])
 	made.set_paused(true)
 	made.send_event("three")
 	made.stop()
@@ -281,10 +221,7 @@ func test_events_are_held_while_paused_and_told_in_order() -> void:
 
 func test_a_paused_machine_runs_nothing_until_it_is_stepped() -> void:
 	var work := act("work").ticking()
-	var made := start(machine([
-		state("Work", [work, wait(0.1)], {"go": "Next"}),
-		state("Next", [act("next").ticking()]),
-	]))
+	var made := start(machine([state("Work", [work, wait(0.1)], {"go": "Next"}), state("Next", [act("next").ticking()])]))
 	made.set_paused(true)
 	expect(made.is_paused() and not made.is_processing())
 	await frames(30)
@@ -308,18 +245,14 @@ func test_a_paused_machine_runs_nothing_until_it_is_stepped() -> void:
 
 func test_one_press_is_used_once() -> void:
 	var used: Array[bool] = []
-	var ask := func(m: SCMachine) -> void:
+	var press := func(m: SCMachine) -> void:
 		used.append(m.press_already_used("jump"))
 		m.use_press("jump")
-	var made := start(machine([
-		state("A", [act("a").entering(ask)], {"go": "B"}),
-		state("B", [act("b").entering(ask)], {"go": "C"}),
-		state("C", [act("c").entering(ask)]),
-	]))
-	made.send_event("go")
+	var made := play(act("press").entering(press), {"go": "Work"})
+	made.restart_state(made.current_state)
 	expect_equal(used, [false, true])
 	await frames(1)
-	made.send_event("go")
+	made.restart_state(made.current_state)
 	expect_equal(used, [false, true, false])
 
 
@@ -337,19 +270,14 @@ func test_an_action_s_own_finished_goes_to_its_own_state() -> void:
 
 func test_quest_events_go_on_as_any_other() -> void:
 	SCMachine.set_quest_events([&"found_key"])
-	var made := start(machine([state("A", [], {"found_key": "B"}), state("B")]))
-	made.send_event("found_key")
-	expect_state(made, "B")
+	expect_after(play([], {"found_key": "B"}), "found_key", "B")
 
 
 func test_events_and_moves_are_printed_when_asked_for() -> void:
-	var door := body("Door")
-	var made := machine([state("Shut", [], {"open": "Open"}), state("Open")], {"under": door, "debug_log": true})
-	start(made)
+	var made := play([], {"open": "Open"}, {"under": body("Door"), "debug_log": true})
 	made.send_event("open")
-	expect_printed("[Machine] Door: starts in Shut")
-	expect_printed("[Machine] Door: event open")
-	expect_printed("[Machine] Door: Shut -> Open")
+	for line: String in ["starts in Work", "event open", "Work -> Open"]:
+		expect_printed("[Machine] Door: " + line)
 	made.debug_log = false
-	made.go_to("Shut")
-	expect_not_printed("[Machine] Door: Open -> Shut")
+	made.go_to("Work")
+	expect_not_printed("[Machine] Door: Open -> Work")

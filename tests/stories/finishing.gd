@@ -3,103 +3,54 @@ extends Story
 
 
 func test_an_empty_state_passes_straight_through() -> void:
-	var made := start(machine([
-		state("A", [], {"FINISHED": "B"}),
-		state("B", [], {"FINISHED": "C"}),
-		state("C", [act("c")], {"FINISHED": "A"}),
-	]))
-	expect_state(made, "C")
-	await frames(3)
+	var made := start(machine([state("A", [], {"FINISHED": "B"}), state("B", [], {"FINISHED": "C"}), state("C", [act("c")], {"FINISHED": "A"})]))
+	await expect_later(made, 0.05, "C")
 	expect_log(["c enter"])
 
 
 func test_a_guard_gives_up_after_a_while() -> void:
-	var guard := start(machine([
-		state("Look", [wait(0.5)], {"FINISHED": "Leave"}),
-		state("Leave"),
-	]))
-	await advance(0.4)
-	expect_state(guard, "Look")
-	await advance(0.2)
-	expect_state(guard, "Leave")
+	var guard := play(wait(0.5), {"FINISHED": "Leave"})
+	await expect_later(guard, 0.4, "Work")
+	await expect_later(guard, 0.2, "Leave")
 
 
-func test_a_chore_is_done_when_its_last_step_is() -> void:
-	var done: Array[String] = []
-	var made := machine([
-		state("Chore", [act("chore").done()], {"FINISHED": "Rest"}, {"sub_states": [
-			state("Fetch", [wait(0.1)], {"FINISHED": "Carry"}),
-			state("Carry", [wait(0.1)], {}, {"end": true}),
-		]}),
-		state("Rest", [act("rest")]),
-	])
-	made.state_finished.connect(func(of: SCMachineState) -> void: done.append(of.state_name))
-	start(made)
-	await advance(0.15)
-	expect_states(made, ["Chore", "Carry"])
-	expect_equal(done, ["Fetch"])
-	await advance(0.1)
-	expect_states(made, ["Rest"])
-	expect_equal(done, ["Fetch", "Carry", "Chore"])
-
-
-func test_a_step_that_is_no_end_does_not_end_its_parent() -> void:
-	var made := start(machine([
-		state("Chore", [], {"FINISHED": "Rest"}, {"sub_states": [state("Fetch", [wait(0.1)])]}),
-		state("Rest"),
-	]))
-	await advance(0.3)
-	expect_states(made, ["Chore", "Fetch"])
-	expect(not made.sub_state_finished())
-
-
-func test_the_parent_s_own_work_counts_too() -> void:
-	var made := start(machine([
-		state("Chore", [wait(0.3)], {"FINISHED": "Rest"}, {"sub_states": [state("Only", [wait(0.1)], {}, {"end": true})]}),
-		state("Rest"),
-	]))
-	await advance(0.2)
-	expect_states(made, ["Chore", "Only"])
-	await advance(0.2)
-	expect_states(made, ["Rest"])
-
-
-func test_a_parallel_state_is_done_when_every_region_is() -> void:
-	var made := start(machine([
-		state("Both", [], {"FINISHED": "Rest"}, {"parallel": {
-			"Quick": [state("Q", [wait(0.1)], {}, {"end": true})],
-			"Slow": [state("S1", [wait(0.2)], {"FINISHED": "S2"}), state("S2", [], {}, {"end": true})],
-		}}),
-		state("Rest"),
-	]))
-	await advance(0.15)
-	expect_states(made, ["Both", "Q", "S1"])
-	await advance(0.1)
-	expect_states(made, ["Rest"])
-
-
-func test_a_region_without_a_start_is_never_done() -> void:
-	var made := start(machine([
-		state("Both", [], {"FINISHED": "Rest"}, {"parallel": {
-			"Quick": [state("Q", [], {}, {"end": true})],
-			"Empty": [],
-		}}),
-		state("Rest"),
-	]))
-	await frames(2)
-	expect_states(made, ["Both", "Q"])
+func test_when_a_state_with_states_inside_is_done() -> void:
+	var end := {"end": true}
+	var rows: Array[Array] = [
+		# what is inside, the state's own actions, its states after 0.15 s and 0.3 s, who has said by then that it is done
+		[{"sub_states": [state("Fetch", [wait(0.1)], {"FINISHED": "Carry"}), state("Carry", [wait(0.1)], {}, end)]}, [act("own").done()],
+			["Chore", "Carry"], ["Rest"], ["Fetch", "Carry", "Chore"]],
+		[{"sub_states": [state("Fetch", [wait(0.1)])]}, [], ["Chore", "Fetch"], ["Chore", "Fetch"], ["Fetch"]],
+		[{"sub_states": [state("Only", [wait(0.1)], {}, end)]}, [wait(0.2)], ["Chore", "Only"], ["Rest"], ["Only", "Chore"]],
+		[{"parallel": {"Quick": [state("Q", [wait(0.1)], {}, end)], "Slow": [state("S1", [wait(0.2)], {"FINISHED": "S2"}), state("S2", [], {}, end)]}}, [],
+			["Chore", "Q", "S1"], ["Rest"], ["Q", "S1", "S2", "Chore"]],
+		# A region without a start is never done.
+		[{"parallel": {"Quick": [state("Q", [], {}, end)], "Empty": []}}, [], ["Chore", "Q"], ["Chore", "Q"], ["Q"]],
+	]
+	for row in rows:
+		var done: Array[String] = []
+		var made := machine([state("Chore", row[1], {"FINISHED": "Rest"}, row[0]), state("Rest", [act("rest")])])
+		made.state_finished.connect(func(of: SCMachineState) -> void: done.append(of.state_name))
+		start(made)
+		await advance(0.15)
+		expect_states(made, row[2])
+		expect(not made.sub_state_finished(), "asked from outside it is the innermost state that counts")
+		await advance(0.15)
+		expect_states(made, row[3])
+		expect_equal(done, row[4])
+		made.free()
+	noted.clear()
 
 
 func test_a_state_says_once_that_it_is_done() -> void:
-	var done: Array[String] = []
-	var made := machine([state("Work", [act("a").done(), wait(0.1)], {"again": "Work"})])
-	made.state_finished.connect(func(of: SCMachineState) -> void: done.append(of.state_name))
+	var done := [0]
+	var made := doing([act("a").done(), wait(0.1)], {"again": "Work"})
+	made.state_finished.connect(func(_of: SCMachineState) -> void: done[0] += 1)
 	start(made)
-	await advance(0.5)
-	expect_equal(done.size(), 1)
-	made.send_event("again")
-	await advance(0.5)
-	expect_equal(done.size(), 2)
+	for times: int in [1, 2]:
+		await advance(0.5)
+		expect_equal(done[0], times)
+		made.send_event("again")
 
 
 func test_finished_from_outside_reaches_the_innermost_states_only() -> void:
@@ -110,20 +61,13 @@ func test_finished_from_outside_reaches_the_innermost_states_only() -> void:
 		}}),
 		state("Wrong"),
 	]))
-	made.send_event("FINISHED")
-	expect_states(made, ["Outer", "A2", "B2"])
+	expect_after(made, "FINISHED", ["Outer", "A2", "B2"])
 
 
 func test_a_signal_can_finish_an_action() -> void:
 	var door := body("Door")
 	var opened: Array[Callable] = []
-	var made := machine([
-		state("Open", [
-			act("open").entering(func(m: SCMachine, index: int) -> void: opened.append(m.finisher(index))),
-			act("next").then(),
-		]),
-	], {"under": door})
-	start(made)
+	var made := play([act("open").entering(func(m: SCMachine, index: int) -> void: opened.append(m.finisher(index))), act("next").then()], {}, {"under": door})
 	door.renamed.connect(opened[0])
 	expect_log(["open enter"])
 	door.name = "OpenDoor"
@@ -155,26 +99,18 @@ func test_a_late_finish_never_touches_what_came_after() -> void:
 	expect_state(made, "A")
 	finishers[3].call()
 	expect_state(made, "Wrong")
-	var late := finishers[0]
 	made.free()
-	late.call()
+	finishers[0].call()
 
 
 func test_finish_from_outside_takes_the_outermost_action_of_that_place() -> void:
 	var made := start(machine([
-		state("Outer", [act("outer"), act("after outer").then()], {}, {"sub_states": [
-			state("Inner", [act("inner"), act("after inner").then()]),
-		]}),
+		state("Outer", [act("outer"), act("after outer").then()], {}, {"sub_states": [state("Inner", [act("inner"), act("after inner").then()])]}),
 	]))
 	noted.clear()
-	made.finish(0)
-	expect_log(["after outer enter"])
-	made.finish(0)
-	expect_log(["after inner enter"])
-	made.finish(0)
-	made.finish(7)
-	made.finish(-1)
-	expect_log([])
+	for row: Array in [[0, ["after outer enter"]], [0, ["after inner enter"]], [0, []], [2, []], [-1, []]]:
+		made.finish(row[0])
+		expect_log(row[1])
 
 
 func test_what_is_done_can_be_asked() -> void:
@@ -183,14 +119,11 @@ func test_what_is_done_can_be_asked() -> void:
 		state("Work", [
 			act("a").done(),
 			act("ask").done().entering(func(m: SCMachine, index: int) -> void:
-				answers.append(m.actions_done())
-				answers.append(m.actions_done_except(index))
-				answers.append(m.is_finished(0))
-				answers.append(m.is_finished(index))),
+				answers.assign([m.actions_done(), m.actions_done_except(index), m.is_finished(0), m.is_finished(index), m.is_finished(2), m.is_finished(-1)])),
 		], {"next": "Empty"}),
 		state("Empty"),
 	]))
-	expect_equal(answers, [false, true, true, false])
+	expect_equal(answers, [false, true, true, false, false, false])
 	made.send_event("next")
 	expect(made.actions_done())
-	expect(not made.is_finished(3))
+	expect(not made.is_finished(0))

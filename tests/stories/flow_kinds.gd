@@ -2,269 +2,6 @@ extends Story
 ## Moving on by chance, by jump, by the clock and by the frame, reading what an event brought, and the two helpers of testing.
 
 
-func of(made: SCMachineAction, options: Dictionary = {}) -> SCMachineAction:
-	_put(made, options)
-	return made
-
-
-func random_event(events: Array[StringName], weights: Array = []) -> SCRandomEventAction:
-	var made := SCRandomEventAction.new()
-	made.events = events
-	made.weights = weights
-	return made
-
-
-## How often each event came in so many goes.
-func tally(made: SCRandomEventAction, goes: int) -> Dictionary:
-	var counts: Dictionary = {}
-	var owner := machine([state("Roll", [made], {"again": "Roll"})])
-	owner.event_sent.connect(func(event: StringName, _data: Variant) -> void: counts[event] = counts.get(event, 0) + 1)
-	start(owner)
-	for i in goes - 1:
-		owner.send_event("again")
-		if i % 20 == 19:
-			await frames(1)
-	owner.stop()
-	counts.erase(&"again")
-	return counts
-
-
-func test_random_events_come_by_their_weights() -> void:
-	var even := await tally(random_event([&"A", &"B"]), 400)
-	expect_equal(int(even[&"A"]) + int(even[&"B"]), 400)
-	expect(even[&"A"] > 150 and even[&"B"] > 150, str(even))
-	var heavy := await tally(random_event([&"A", &"B"], [3, 1]), 400)
-	expect(heavy[&"A"] > 250 and heavy[&"B"] > 50, str(heavy))
-	var never := await tally(random_event([&"A", &"B"], [-1, 2]), 100)
-	expect_equal(never, {&"B": 100})
-
-
-func test_weights_that_are_missing_or_none() -> void:
-	var none := await tally(random_event([&"A", &"B"], [0, 0]), 200)
-	expect(none.get(&"A", 0) > 60 and none.get(&"B", 0) > 60, str(none))
-	var short := await tally(random_event([&"A", &"B"], [1]), 200)
-	expect(short.get(&"A", 0) > 60 and short.get(&"B", 0) > 60, str(short))
-	var long := await tally(random_event([&"A"], [1, 50]), 20)
-	expect_equal(long, {&"A": 20})
-
-
-func test_random_event_tells_of_an_empty_list_and_an_empty_name() -> void:
-	start(machine([state("Roll", [random_event([])])], {"name": "Dice"}))
-	expect_warning("Random Event on Dice has no events to choose between, so it sent nothing.")
-	start(machine([state("Roll", [random_event([&""])])], {"name": "Coin"}))
-	expect_warning("Random Event on Coin chose a row of its list that names no event, so it sent nothing.")
-
-
-func test_next_frame_event_breaks_a_circle() -> void:
-	var owner := start(machine([
-		state("Tick", [of(SCNextFrameEventAction.new())], {"FINISHED": "Tock"}),
-		state("Tock", [of(SCNextFrameEventAction.new(), {"event_name": &"again"})], {"again": "Tick"}),
-	]))
-	expect_state(owner, "Tick")
-	await frames(1)
-	expect_state(owner, "Tick")
-	await frames(1)
-	expect_state(owner, "Tock")
-	await frames(1)
-	expect_state(owner, "Tick")
-
-
-func test_next_frame_event_on_the_physics_tick() -> void:
-	await physics_frames(1)
-	var owner := start(machine([
-		state("Tick", [of(SCNextFrameEventAction.new())], {"FINISHED": "Tock"}),
-		state("Tock"),
-	], {"physics_tick": true}))
-	expect_state(owner, "Tick")
-	await physics_frames(2)
-	expect_state(owner, "Tock")
-
-
-func test_next_frame_event_without_a_name() -> void:
-	var owner := start(machine([
-		state("Tick", [of(SCNextFrameEventAction.new(), {"event_name": &""})], {"FINISHED": "Tock"}),
-		state("Tock"),
-	], {"name": "Clock"}))
-	await frames(2)
-	expect_warning("Next Frame Event on Clock has no event name, so nothing was sent.")
-	expect_state(owner, "Tock")
-
-
-func test_go_to_state_jumps() -> void:
-	var owner := start(machine([
-		state("A", [of(SCGoToStateAction.new(), {"state_name": &"Deep"}), act("after")]),
-		state("B", [], {}, {"sub_states": [state("Shallow"), state("Deep", [], {"home": "Home"})]}),
-		state("Home", [of(SCGoToStateAction.new(), {"state_name_variable": &"wish"})]),
-	], {"variables": {"wish": "Shallow"}}))
-	expect_states(owner, ["B", "Deep"])
-	expect_log([])
-	owner.send_event("home")
-	expect_states(owner, ["B", "Shallow"])
-
-
-func test_go_to_state_tells_of_a_state_that_is_not_there() -> void:
-	var owner := start(machine([state("A", [of(SCGoToStateAction.new(), {"state_name": &"Moon"})])], {"name": "Ship"}))
-	expect_warning("Go To State on Ship: this machine has no state called Moon, so it stays where it is. Pick one it has beside State Name.")
-	expect_state(owner, "A")
-	start(machine([state("A", [of(SCGoToStateAction.new())])], {"name": "Raft"}))
-	expect_warning("Go To State on Raft: no state is picked, so the machine stays where it is.")
-
-
-func test_event_data_goes_into_a_variable() -> void:
-	var hurt := of(SCGetEventDataAction.new(), {"store_in": &"damage", "if_it_carried_nothing": 1})
-	var owner := start(machine([
-		state("Walk", [], {"hurt": "Ouch"}),
-		state("Ouch", [hurt], {"back": "Walk"}),
-	], {"variables": {"damage": 0}}))
-	owner.send_event("hurt", 7.4)
-	expect_warning("damage on Machine is an int, so 7.4 was rounded to 7.")
-	expect_equal(owner.get_value(&"damage"), 7)
-	owner.send_event("back")
-	owner.send_event("hurt")
-	expect_equal(owner.get_value(&"damage"), 1)
-
-
-func test_event_data_of_one_event_only() -> void:
-	var hurt := of(SCGetEventDataAction.new(), {"event": &"hurt", "store_in": &"damage"})
-	var owner := start(machine([
-		state("Walk", [], {"hurt": "Ouch", "fall": "Ouch"}),
-		state("Ouch", [hurt], {"back": "Walk"}),
-	], {"variables": {"damage": 0}}))
-	owner.send_event("fall", 3)
-	expect_equal(owner.get_value(&"damage"), 0)
-	owner.send_event("back")
-	owner.send_event("hurt", 5)
-	expect_equal(owner.get_value(&"damage"), 5)
-
-
-func test_the_sender_of_an_event() -> void:
-	var tower := body("Tower")
-	var owner := start(machine([
-		state("Wait", [], {"alarm": "Run"}),
-		state("Run", [of(SCGetEventDataAction.new(), {"store_sender_in": &"who"})]),
-	], {"variables": {"who": null}, "under": body("Guard")}))
-	start(machine([state("Shout", [send("alarm", {"reach": SCSendEventAction.A_NODE, "to_node_path": NodePath("../../Guard")})])], {"under": tower}))
-	expect_state(owner, "Run")
-	expect_equal(owner.get_value(&"who"), tower)
-
-
-func test_event_data_that_goes_nowhere_or_does_not_fit() -> void:
-	start(machine([state("A", [of(SCGetEventDataAction.new())])], {"name": "Box"}))
-	expect_warning("Get Event Data on Box: no variable is picked")
-	var owner := start(machine([
-		state("A", [], {"hit": "B"}),
-		state("B", [of(SCGetEventDataAction.new(), {"store_in": &"damage"})]),
-	], {"name": "Crate", "variables": {"damage": 2}}))
-	owner.send_event("hit", "hard")
-	expect_warning("damage on Crate holds an int, so a String was not kept in it.")
-	expect_equal(owner.get_value(&"damage"), 2)
-
-
-func timer(options: Dictionary = {}) -> SCTimerAction:
-	var made := SCTimerAction.new()
-	made.variable_name = &"left"
-	_put(made, options)
-	return made
-
-
-func test_a_countdown_counts_its_variable_down() -> void:
-	var owner := start(machine([
-		state("Round", [timer({"seconds": 1.0})], {"Time Up": "Over"}),
-		state("Over"),
-	], {"variables": {"left": 0.0}}))
-	expect_near(owner.get_value(&"left"), 1.0)
-	await advance(0.5)
-	expect_near(owner.get_value(&"left"), 0.5, 0.04)
-	await advance(0.45)
-	expect_state(owner, "Round")
-	await advance(0.1)
-	expect_state(owner, "Over")
-	expect_near(owner.get_value(&"left"), 0.0)
-
-
-func test_an_int_shows_the_seconds_begun() -> void:
-	var owner := start(machine([
-		state("Round", [timer({"seconds": 2.0})], {"FINISHED": "Over"}),
-		state("Over"),
-	], {"variables": {"left": 0}}))
-	expect_equal(owner.get_value(&"left"), 2)
-	await advance(0.5)
-	expect_equal(owner.get_value(&"left"), 2)
-	await advance(0.7)
-	expect_equal(owner.get_value(&"left"), 1)
-	await advance(0.9)
-	expect_state(owner, "Over")
-	expect_equal(owner.get_value(&"left"), 0)
-
-
-func test_time_added_on_the_way_counts() -> void:
-	var owner := start(machine([
-		state("Round", [timer({"seconds": 0.5})], {"Time Up": "Over"}),
-		state("Over"),
-	], {"variables": {"left": 0.0}}))
-	await advance(0.25)
-	owner.set_value(&"left", float(owner.get_value(&"left")) + 1.0)
-	await advance(1.0)
-	expect_state(owner, "Round")
-	await advance(0.4)
-	expect_state(owner, "Over")
-
-
-func test_a_countdown_that_goes_on_where_it_was() -> void:
-	var owner := start(machine([
-		state("Fuse", [timer({"start_over": false})], {"wet": "Wet", "Time Up": "Boom"}),
-		state("Wet", [], {"dry": "Fuse"}),
-		state("Boom"),
-	], {"variables": {"left": 0.5}}))
-	await advance(0.3)
-	owner.send_event("wet")
-	await advance(1.0)
-	owner.send_event("dry")
-	await advance(0.1)
-	expect_state(owner, "Fuse")
-	await advance(0.2)
-	expect_state(owner, "Boom")
-
-
-func test_a_countdown_follows_the_speed_of_the_game() -> void:
-	var owner := start(machine([
-		state("Round", [timer({"seconds": 0.5})], {"Time Up": "Over"}),
-		state("Over"),
-	], {"variables": {"left": 0.0}}))
-	Engine.time_scale = 0.5
-	await frames(40)
-	expect_state(owner, "Round")
-	await frames(30)
-	Engine.time_scale = 1.0
-	expect_state(owner, "Over")
-
-
-func test_a_countdown_of_nothing_is_up_at_once() -> void:
-	var owner := start(machine([
-		state("Round", [timer({"seconds": 0.0})], {"Time Up": "Over"}),
-		state("Over"),
-	], {"variables": {"left": 3.0}}))
-	expect_state(owner, "Over")
-
-
-func test_a_countdown_without_a_variable_counts_unseen() -> void:
-	var owner := start(machine([
-		state("Round", [timer({"variable_name": &"", "seconds": 0.1})], {"Time Up": "Over"}),
-		state("Over"),
-	], {"name": "Clock"}))
-	expect_warning("Timer on Clock: no variable is picked, so it counts unseen.")
-	await advance(0.2)
-	expect_state(owner, "Over")
-	var wrong := start(machine([
-		state("Round", [timer({"seconds": 0.1})], {"Time Up": "Over"}),
-		state("Over"),
-	], {"name": "Watch", "variables": {"left": "late"}}))
-	expect_warning("Timer on Watch: left holds a String, which cannot be counted down")
-	await advance(0.2)
-	expect_state(wrong, "Over")
-	expect_equal(wrong.get_value(&"left"), "late")
-
-
 class Positive:
 	extends SCMachineCondition
 
@@ -275,167 +12,248 @@ class Positive:
 		return "health is above 0"
 
 
+func test_random_events_come_by_their_weights() -> void:
+	for row: Array in [
+		# the weights, and how often A comes of 200 times at least and at most
+		[[], 75, 125], [[3, 1], 125, 175], [[-1, 2], 0, 0], [[2, 0], 200, 200], [[0, 0], 75, 125], [[1], 75, 125], [[3, 1, 50], 125, 175],
+	]:
+		var made := play(kind(SCRandomEventAction, {"events": [&"A", &"B"], "weights": row[0]}), {})
+		for i in 199:
+			await frames(1)
+			made.restart_state(made.current_state)
+		var came := events_of(made)
+		var first := came.count("A")
+		expect_equal(first + came.count("B"), 200)
+		expect(first >= row[1] and first <= row[2], "%s: %d times A" % [row[0], first])
+		made.free()
+
+
+func test_next_frame_event_breaks_a_circle() -> void:
+	for physics: bool in [false, true]:
+		await (tree.physics_frame if physics else tree.process_frame)
+		var made := start(machine([
+			state("Tick", [kind(SCNextFrameEventAction)], {"FINISHED": "Tock"}),
+			state("Tock", [kind(SCNextFrameEventAction, {"event_name": &"again"})], {"again": "Tick"}),
+		], {"physics_tick": physics}))
+		# The signal comes before the nodes have their frame.
+		for wanted: String in ["Tick", "Tick", "Tock", "Tick"]:
+			expect_state(made, wanted)
+			await (tree.physics_frame if physics else tree.process_frame)
+		made.free()
+
+
+func test_go_to_state_jumps() -> void:
+	var made := start(machine([
+		state("A", [kind(SCGoToStateAction, {"state_name": &"Deep"}), act("after")]),
+		state("B", [], {}, {"sub_states": [state("Shallow"), state("Deep", [], {"home": "Home"})]}),
+		state("Home", [kind(SCGoToStateAction, {"state_name_variable": &"wish"})]),
+	], {"variables": {"wish": "Shallow"}}))
+	expect_states(made, ["B", "Deep"])
+	expect_log([])
+	expect_after(made, "home", ["B", "Shallow"])
+
+
+func test_event_data_goes_into_a_variable() -> void:
+	for row: Array in [
+		# the settings, the event and what it carries, what the variable holds then, and what is said
+		[{}, "hurt", 7.4, 7, "damage on Machine is an int, so 7.4 was rounded to 7."], [{}, "hurt", null, 2, ""], [{"if_it_carried_nothing": 1}, "hurt", null, 1, ""],
+		[{"if_it_carried_nothing": 1}, "hurt", 5, 5, ""], [{"event": &"hurt"}, "fall", 3, 2, ""], [{"event": &"hurt"}, "hurt", 5, 5, ""],
+		[{}, "fall", "hard", 2, "damage holds an int, which cannot become a String, so it was left as it is."],
+	]:
+		var made := start(machine([
+			state("Walk", [], {"hurt": "Ouch", "fall": "Ouch"}),
+			state("Ouch", [kind(SCGetEventDataAction, {"store_in": &"damage"}.merged(row[0]))]),
+		], {"variables": {"damage": 2}}))
+		made.send_event(row[1], row[2])
+		expect_values(made, {&"damage": row[3]}, str(row))
+		if row[4] != "":
+			expect_warning(row[4])
+		made.free()
+
+
+func test_the_sender_of_an_event() -> void:
+	var tower := body("Tower")
+	var made := start(machine([
+		state("Wait", [], {"alarm": "Run"}),
+		state("Run", [kind(SCGetEventDataAction, {"store_sender_in": &"who"}), kind(SCGetEventDataAction, {"event": &"alarm", "store_sender_in": &"same"})]),
+	], {"variables": {"who": null, "same": null}, "under": body("Guard")}))
+	play(send("alarm", {"reach": SCSendEventAction.A_NODE, "to_node_path": NodePath("../../Guard")}), {}, {"under": tower})
+	expect_values(made, {&"who": tower, &"same": tower})
+
+
+func test_a_countdown_counts_its_variable_down() -> void:
+	for row: Array in [
+		# what the variable starts as, the settings, and what it shows at once, after half a second, after nearly a second
+		[0.0, {}, 1.0, 0.5, 0.05], [7, {}, 1, 1, 1], [null, {}, 1.0, 0.5, 0.05], [1.0, {"start_over": false, "seconds": 9.0}, 1.0, 0.5, 0.05],
+	]:
+		var made := play(_timer(row[1]), {"Time Up": "Over"}, {"variables": {"left": row[0]}})
+		for i in 3:
+			expect_near(made.get_value(&"left"), row[2 + i], 0.04, str(row))
+			expect_state(made, "Work")
+			await advance([0.5, 0.45, 0.1][i])
+		expect_state(made, "Over")
+		expect_near(made.get_value(&"left"), 0.0)
+		made.free()
+	for row: Array in [[{"seconds": 0.0}, 3.0], [{"start_over": false}, 0.0], [{"start_over": false}, -4.0]]:
+		expect_equal(results_of(_timer(row[0]), {"left": row[1]}), {&"answer": null, &"left": 0.0}, str(row))
+
+
+func test_time_added_on_the_way_counts() -> void:
+	for row: Array in [[1.0, 1.25], [-0.1, 0.15]]:
+		var made := play(_timer({"seconds": 0.5}), {"Time Up": "Over"}, {"variables": {"left": 0.0}})
+		await advance(0.25)
+		made.set_value(&"left", float(made.get_value(&"left")) + row[0])
+		await expect_later(made, row[1] - 0.05, "Work")
+		await expect_later(made, 0.1, "Over")
+		made.free()
+
+
+func test_a_countdown_that_goes_on_where_it_was() -> void:
+	var made := start(machine([
+		state("Fuse", [_timer({"start_over": false})], {"wet": "Wet", "Time Up": "Boom"}),
+		state("Wet", [], {"dry": "Fuse"}),
+		state("Boom"),
+	], {"variables": {"left": 0.5}}))
+	await advance(0.3)
+	made.send_event("wet")
+	await advance(1.0)
+	made.send_event("dry")
+	await expect_later(made, 0.1, "Fuse")
+	await expect_later(made, 0.2, "Boom")
+
+
 func test_an_assert_pauses_the_game_when_it_fails() -> void:
-	var check := SCAssertAction.new()
-	check.condition = Positive.new()
-	check.message = "{target} has {health} health and is still walking"
-	check.stop_by = SCAssertAction.PAUSING
-	var owner := start(machine([state("Walk", [check])], {"under": body("Ogre"), "name": "Brain", "variables": {"health": 2}}))
-	await frames(3)
-	expect(not tree.paused, "it stopped for nothing")
-	owner.set_value(&"health", 0)
-	await frames(2)
-	expect(tree.paused, "the game goes on")
-	expect_error("Assert on Brain failed in state Walk: Ogre has 0 health and is still walking")
-	tree.paused = false
-	await frames(2)
-	expect(not tree.paused, "it was said twice in a visit")
+	for row: Array in [
+		["{target} has {health} health and is still walking", "Assert on Brain failed in state Work: Ogre has 0 health and is still walking"],
+		["", "Assert on Brain failed in state Work: it is not so that: health is above 0."],
+	]:
+		var check := kind(SCAssertAction, {"condition": Positive.new(), "message": row[0], "stop_by": SCAssertAction.PAUSING})
+		var made := play(check, {}, {"under": body("Ogre"), "name": "Brain", "variables": {"health": 2}})
+		await frames(3)
+		expect(not tree.paused, "it stopped for nothing")
+		made.set_value(&"health", 0)
+		await frames(2)
+		expect(tree.paused, "the game goes on")
+		expect_error(row[1])
+		tree.paused = false
+		await frames(2)
+		expect(not tree.paused, "it was said twice in a visit")
+		stage.get_node(^"Ogre").free()
 
 
 func test_an_assert_holds_no_state_up() -> void:
-	var check := SCAssertAction.new()
-	var owner := start(machine([
-		state("Walk", [check, wait(0.05)], {"FINISHED": "Rest"}),
-		state("Rest"),
-	], {"name": "Brain"}))
+	var made := play([kind(SCAssertAction), wait(0.05)], {"FINISHED": "Rest"}, {"name": "Brain"})
 	expect_warning("Assert on Brain: it has no question to ask, so it makes sure of nothing.")
-	await advance(0.15)
-	expect_state(owner, "Rest")
-	check.condition = Positive.new()
-	expect_equal(check.shown_summary(), "Make sure that: health is above 0")
-	expect_equal(check.run_mode, SCMachineAction.EVERY_FRAME)
+	await expect_later(made, 0.15, "Rest")
 
 
-## The ends of the lines drawn in this viewport, and nothing when none are.
-func drawn(kind: String) -> Variant:
-	for child in tree.root.get_children(true):
-		if child.get_class() == kind and not child.is_queued_for_deletion():
-			return child.call(&"lines")
-	return null
+func test_a_line_follows_its_nodes_and_goes_with_the_state() -> void:
+	var from := body("From")
+	body("To", Vector2(30, 40))
+	var made := play(_draw(SCDrawDebugAction.LINE, {"to_path": NodePath("../../To")}), {"hide": "Gone"}, {"under": from})
+	for at: Vector2 in [Vector2.ZERO, Vector2(5, 5)]:
+		from.position = at
+		await frames(2)
+		expect_equal(_drawn(true), PackedVector2Array([at, Vector2(30, 40)]))
+	made.send_event("hide")
+	await frames(2)
+	expect_equal(_drawn(true), null)
 
 
-func draw(shape: SCDrawDebugAction.Shape, options: Dictionary = {}) -> SCDrawDebugAction:
-	var made := SCDrawDebugAction.new()
-	made.shape = shape
+func test_the_shapes() -> void:
+	var flat := body("Flat", Vector2(100, 0))
+	flat.rotation = PI / 2
+	var deep := body_3d("Deep", Vector3(0, 2, 0))
+	deep.rotation.y = PI / 2
+	for row: Array in [
+		# the shape, its settings, how many ends of lines it has in 2D and 3D, and how far they are from the middle, turned
+		[SCDrawDebugAction.LINE, {"to_point": Vector2(7, 3)}, 2, Vector2(93, 3)], [SCDrawDebugAction.LINE, {"to_point": Vector3(7, 3, 2)}, 2, Vector3(7, 1, 2)],
+		[SCDrawDebugAction.RAY, {"target_position": Vector2(0, 50)}, 2, Vector2(50, 0)], [SCDrawDebugAction.RAY, {"target_position": Vector3(0, -1, 3)}, 2, Vector3(3, 1, 0)],
+		[SCDrawDebugAction.BOX, {"size": Vector2(20, 10)}, 8, Vector2(5, 10)], [SCDrawDebugAction.BOX, {"size": Vector3(2, 4, 6)}, 24, Vector3(3, 2, 1)],
+		[SCDrawDebugAction.CIRCLE, {"size": Vector2(64, 64)}, 64, 32.0], [SCDrawDebugAction.CIRCLE, {"size": Vector3(-4, 1, 1)}, 192, 2.0],
+	]:
+		var is_flat: bool = (row[1] as Dictionary).values()[0] is Vector2
+		var made := play(kind(SCDrawDebugAction, {"shape": row[0]}.merged(row[1])), {}, {"under": flat if is_flat else deep})
+		await frames(2)
+		var ends := Array(_drawn(is_flat))
+		expect_equal(ends.size(), row[2])
+		var middle: Variant = flat.position if is_flat else deep.position
+		# Lines that begin in the middle show where they end.
+		for end: Variant in ends.slice(1) if row[2] == 2 else ends:
+			expect_near((end - middle).length() if row[3] is float else (end - middle).abs(), row[3], 0.01, str(row))
+		expect(row[2] > 2 or ends[0] == middle, str(ends))
+		made.free()
+		await frames(2)
+		expect_equal(_drawn(is_flat), null)
+
+
+func test_a_drawing_made_once_has_its_time() -> void:
+	var made := play(_draw(SCDrawDebugAction.CIRCLE, {"run_mode": SCMachineAction.ONCE, "seconds": 0.3}), {"FINISHED": "Gone"}, {"under": body("At")})
+	expect_state(made, "Gone")
+	await advance(0.2)
+	expect(_drawn(true) != null, "it went too soon")
+	await advance(0.2)
+	expect_equal(_drawn(true), null)
+
+
+func test_what_is_wrong_is_told() -> void:
+	for row: Array in [
+		[kind(SCRandomEventAction), "Random Event on It has no events to choose between, so it sent nothing."],
+		[kind(SCRandomEventAction, {"events": [&""]}), "Random Event on It chose a row of its list that names no event, so it sent nothing."],
+		[kind(SCGoToStateAction, {"state_name": &"Moon"}), "Go To State on It: this machine has no state called Moon, so it stays where it is. Pick one it has beside State Name."],
+		[kind(SCGoToStateAction), "Go To State on It: no state is picked, so the machine stays where it is."],
+		[kind(SCGetEventDataAction), "Get Event Data on It: no variable is picked"],
+		[kind(SCDrawDebugAction), "Draw Debug on It: Stage is a Node, which has no place in the world, so it cannot stand for one. Pick a 2D or 3D node under From Path."],
+	]:
+		expect_warns(row[0], row[1], {"name": "It"})
+	expect_warns(_draw(SCDrawDebugAction.LINE, {"to_path": NodePath("../Nobody")}), "Draw Debug on It: there is no node at Nobody.", {"name": "It", "under": body("At")})
+	var nameless := play(kind(SCNextFrameEventAction, {"event_name": &""}), {"FINISHED": "Done"}, {"name": "Clock"})
+	await expect_later(nameless, 0.04, "Done")
+	expect_warning("Next Frame Event on Clock has no event name, so nothing was sent.")
+	# A timer that cannot count in its variable goes on unseen.
+	for row: Array in [[&"", "no variable is picked, so it counts unseen."], [&"label", "label holds a String, which cannot be counted down"]]:
+		var made := play(_timer({"variable_name": row[0], "seconds": 0.1}), {"Time Up": "Over"}, {"name": "Watch", "variables": {"label": "late"}})
+		expect_warning("Timer on Watch: " + row[1])
+		await expect_later(made, 0.2, "Over")
+		expect_values(made, {&"label": "late"})
+		made.free()
+
+
+func test_what_is_said_and_shown() -> void:
+	for row: Array in [
+		[{"shape": SCDrawDebugAction.LINE}, ["to_path", "to_point"], ["target_position", "size", "seconds"]],
+		[{"shape": SCDrawDebugAction.LINE, "to_path": ^"../To"}, ["to_path"], ["to_point"]],
+		[{"shape": SCDrawDebugAction.RAY}, ["target_position"], ["to_path", "to_point", "size"]],
+		[{"shape": SCDrawDebugAction.BOX, "run_mode": SCMachineAction.ONCE}, ["size", "seconds", "color", "from_path"], ["to_path", "target_position"]],
+	]:
+		expect_shown(kind(SCDrawDebugAction, row[0]), row[1])
+		expect_hidden(kind(SCDrawDebugAction, row[0]), row[2])
+	expect_lines(SCRandomEventAction, {"Send one of Dodge, Hit": {"events": [&"Dodge", &"Hit"]}, "Send one of Dodge (2.5), Hit (1)": {"events": [&"Dodge", &"Hit"], "weights": [2.5]}})
+	expect_lines(SCNextFrameEventAction, {"Send FINISHED next frame": {}})
+	expect_lines(SCGoToStateAction, {"Go to Home": {"state_name": &"Home"}, "Go to (pick one)": {}})
+	expect_lines(SCGetEventDataAction, {
+		"Put the value of the last event into damage": {"store_in": &"damage"},
+		"Put the sender of Hurt into who": {"event": &"Hurt", "store_sender_in": &"who"},
+	})
+	expect_lines(SCTimerAction, {"Count left down from 90 s, then send Time Up": {"variable_name": &"left", "seconds": 90.0}})
+	expect_line(_draw(SCDrawDebugAction.BOX), "Draw a box round Self, (64, 64) in size")
+	expect_lines(SCAssertAction, {"Make sure that: health is above 0": {"condition": Positive.new()}})
+
+
+func _timer(options: Dictionary) -> SCTimerAction:
+	return kind(SCTimerAction, {"variable_name": &"left", "seconds": 1.0}.merged(options, true))
+
+
+func _draw(shape: int, options: Dictionary = {}) -> SCDrawDebugAction:
+	var made: SCDrawDebugAction = kind(SCDrawDebugAction, {"shape": shape})
 	made.suit_2d()
 	_put(made, options)
 	return made
 
 
-func test_a_line_follows_its_nodes_and_goes_with_the_state() -> void:
-	var from := body("From")
-	var to := body("To")
-	to.position = Vector2(30, 40)
-	var owner := start(machine([
-		state("Show", [draw(SCDrawDebugAction.LINE, {"to_path": NodePath("../../To")})], {"hide": "Gone"}),
-		state("Gone"),
-	], {"under": from}))
-	await frames(2)
-	expect_equal(drawn("SCDebugDrawings2D"), PackedVector2Array([Vector2.ZERO, Vector2(30, 40)]))
-	from.position = Vector2(5, 5)
-	await frames(2)
-	expect_equal(drawn("SCDebugDrawings2D"), PackedVector2Array([Vector2(5, 5), Vector2(30, 40)]))
-	owner.send_event("hide")
-	await frames(2)
-	expect_equal(drawn("SCDebugDrawings2D"), null)
-
-
-func test_shapes_in_2d() -> void:
-	var at := body("At")
-	at.position = Vector2(100, 0)
-	at.rotation = PI / 2
-	var owner := start(machine([
-		state("Ray", [draw(SCDrawDebugAction.RAY)], {"next": "Circle"}),
-		state("Circle", [draw(SCDrawDebugAction.CIRCLE)], {"next": "Box"}),
-		state("Box", [draw(SCDrawDebugAction.BOX, {"size": Vector2(20, 10)})]),
-	], {"under": at}))
-	await frames(2)
-	var ray: PackedVector2Array = drawn("SCDebugDrawings2D")
-	expect(ray[1].is_equal_approx(Vector2(50, 0)), str(ray))
-	owner.send_event("next")
-	await frames(2)
-	var circle: PackedVector2Array = drawn("SCDebugDrawings2D")
-	expect_equal(circle.size(), 64)
-	for end in circle:
-		expect_near(end.distance_to(Vector2(100, 0)), 32.0, 0.01)
-	owner.send_event("next")
-	await frames(2)
-	var box: PackedVector2Array = drawn("SCDebugDrawings2D")
-	expect_equal(box.size(), 8)
-	for end in box:
-		expect_near(absf(end.x - 100.0), 5.0, 0.01)
-		expect_near(absf(end.y), 10.0, 0.01)
-	owner.stop()
-	await frames(2)
-
-
-func test_shapes_in_3d() -> void:
-	var at := Node3D.new()
-	add(at)
-	at.position = Vector3(0, 2, 0)
-	var box := SCDrawDebugAction.new()
-	box.shape = SCDrawDebugAction.BOX
-	box.size = Vector3(2, 4, 6)
-	var ray := SCDrawDebugAction.new()
-	ray.shape = SCDrawDebugAction.RAY
-	var owner := start(machine([state("Box", [box], {"next": "Ray"}), state("Ray", [ray])], {"under": at}))
-	await frames(2)
-	var edges: PackedVector3Array = drawn("SCDebugDrawings3D")
-	expect_equal(edges.size(), 24)
-	for end in edges:
-		expect_equal((end - at.position).abs(), Vector3(1, 2, 3))
-	owner.send_event("next")
-	await frames(2)
-	expect_equal(drawn("SCDebugDrawings3D"), PackedVector3Array([Vector3(0, 2, 0), Vector3(0, 1, 0)]))
-	owner.stop()
-	await frames(2)
-	expect_equal(drawn("SCDebugDrawings3D"), null)
-
-
-func test_a_drawing_made_once_has_its_time() -> void:
-	var made := draw(SCDrawDebugAction.CIRCLE, {"run_mode": SCMachineAction.ONCE, "seconds": 0.3})
-	var owner := start(machine([state("Flash", [made], {"FINISHED": "Gone"}), state("Gone")], {"under": body("At")}))
-	expect_state(owner, "Gone")
-	await advance(0.2)
-	expect(drawn("SCDebugDrawings2D") != null, "it went too soon")
-	await advance(0.2)
-	expect_equal(drawn("SCDebugDrawings2D"), null)
-
-
-func test_what_cannot_be_drawn_is_told_of() -> void:
-	start(machine([state("Show", [SCDrawDebugAction.new()])], {"name": "Brain"}))
-	expect_warning("Draw Debug on Brain: Stage is a Node, which has no place in the world, so it cannot stand for one. Pick a 2D or 3D node under From Path.")
-	start(machine([state("Show", [draw(SCDrawDebugAction.LINE, {"to_path": NodePath("../Nobody")})])], {"name": "Eye", "under": body("At")}))
-	expect_warning("Draw Debug on Eye: there is no node at Nobody.")
-	await frames(2)
-
-
-func test_settings_show_when_they_matter() -> void:
-	var made := SCDrawDebugAction.new()
-	expect_equal(shown(made), ["shape", "from_path", "to_path", "to_point", "color"])
-	made.to_path = NodePath("../To")
-	expect_equal(shown(made), ["shape", "from_path", "to_path", "color"])
-	made.shape = SCDrawDebugAction.BOX
-	made.run_mode = SCMachineAction.ONCE
-	expect_equal(shown(made), ["shape", "from_path", "size", "color", "seconds"])
-
-
-func shown(made: SCDrawDebugAction) -> Array:
-	var names: Array = []
-	for property in made.get_property_list():
-		var name: String = property["name"]
-		if property["usage"] & PROPERTY_USAGE_EDITOR and name in ["shape", "from_path", "to_path", "to_point", "target_position", "size", "color", "seconds"]:
-			names.append(name)
-	return names
-
-
-func test_summaries() -> void:
-	expect_equal(random_event([&"Dodge", &"Hit"]).shown_summary(), "Send one of Dodge, Hit")
-	expect_equal(random_event([&"Dodge", &"Hit"], [2.5]).shown_summary(), "Send one of Dodge (2.5), Hit (1)")
-	expect_equal(SCNextFrameEventAction.new().shown_summary(), "Send FINISHED next frame")
-	expect_equal(of(SCGoToStateAction.new(), {"state_name": &"Home"}).shown_summary(), "Go to Home")
-	expect_equal(SCGoToStateAction.new().shown_summary(), "Go to (pick one)")
-	expect_equal(of(SCGetEventDataAction.new(), {"store_in": &"damage"}).shown_summary(), "Put the value of the last event into damage")
-	expect_equal(of(SCGetEventDataAction.new(), {"event": &"Hurt", "store_sender_in": &"who"}).shown_summary(), "Put the sender of Hurt into who")
-	expect_equal(timer({"seconds": 90.0}).shown_summary(), "Count left down from 90 s, then send Time Up")
-	expect_equal(draw(SCDrawDebugAction.BOX).shown_summary(), "Draw a box round Self, (64, 64) in size")
+## The ends of the lines drawn in this viewport, and nothing when none are.
+func _drawn(is_2d: bool) -> Variant:
+	for child in tree.root.get_children(true):
+		if child.get_class() == ("SCDebugDrawings2D" if is_2d else "SCDebugDrawings3D") and not child.is_queued_for_deletion():
+			return child.call(&"lines")
+	return null

@@ -1,243 +1,196 @@
 extends Story
 ## Things that go along paths drawn in the scene, and how far along they are.
 
+const ENDS: Dictionary = {"FINISHED": "Done"}
+const SIDES: Array = [Vector2.ZERO, Vector3.ZERO]
+
 
 func test_a_platform_goes_along_and_stops() -> void:
-	for flat: bool in [true, false]:
-		var path := _path(flat)
-		var platform := _rider(flat)
-		var follow := _along({"along_path": ^"../../Path", "speed": 10.0, "end_event": &"arrived"})
-		expect_equal(follow.shown_summary(), "Move Self along Path at 10 a second, sending arrived at the end")
-		var owner := start(machine([state("Go", [follow], {"arrived": "Rang", "FINISHED": "Done"}), state("Rang"), state("Done")], {"under": platform}))
-		# The path is ten long to the right and ten further down.
+	var follow := kind(SCFollowPathAction, {"along_path": ^"../../Path", "speed": 10.0, "end_event": &"arrived"})
+	expect_line(follow, "Move Self along Path at 10 a second, sending arrived at the end")
+	for side: Variant in SIDES:
+		var path := _path(side)
+		var platform := body_at(side)
+		var owner := play(follow, ENDS, {"under": platform})
 		await advance(0.5)
 		expect_near(_x(platform), 5.0, 0.4)
-		await advance(1.0)
+		await expect_later(owner, 1.0, "Work")
 		expect_near(_x(platform), 10.0, 0.01)
-		expect_state(owner, "Go")
-		await advance(0.6)
-		expect(current(owner) in [&"Rang", &"Done"], str(current(owner)))
-		expect_near(_x(platform), 10.0, 0.01)
-		expect_near(platform.get(&"position").y, 10.0, 0.01)
+		await expect_later(owner, 0.6, "Done")
+		expect_events(owner, ["arrived"])
+		expect_near(platform.get(&"position"), _at(side, 10, 10), 0.01)
 		path.free()
 		platform.free()
 
 
-func test_it_finishes_when_it_stops() -> void:
-	var path := _path(true)
-	var owner := start(machine([state("Go", [_along({"along_path": ^"../../Path", "speed": 100.0})], {"FINISHED": "Done"}), state("Done")], {"under": _rider(true)}))
-	await advance(0.3)
-	expect_state(owner, "Done")
-	path.free()
-
-
 func test_a_whole_path_in_so_many_seconds() -> void:
-	_path(false)
-	var train := _rider(false)
-	var owner := start(machine([state("Go", [_along({"along_path": ^"../../Path", "duration": 0.5})], {"FINISHED": "Done"}), state("Done")], {"under": train}))
-	await advance(0.25)
-	expect_near(_x(train) + train.get(&"position").y, 10.0, 0.7)
-	expect_state(owner, "Go")
-	await advance(0.3)
-	expect_state(owner, "Done")
-	expect((train.get(&"position") as Vector3).is_equal_approx(Vector3(10, 10, 0)))
-
-
-func test_a_shape_that_swings_past_the_end_takes_its_time() -> void:
-	_path(true)
-	var train := _rider(true)
-	var owner := start(machine([state("Go", [_along({"along_path": ^"../../Path", "duration": 0.5, "curve": SCFollowPathAction.BACK, "easing": SCFollowPathAction.EASE_OUT})], {"FINISHED": "Done"}), state("Done")], {"under": train}))
-	await advance(0.4)
-	expect_state(owner, "Go")
-	await advance(0.2)
-	expect_state(owner, "Done")
+	_path(Vector2())
+	# Settings, where it is after a quarter of a second and after a whole one.
+	for row: Array in [
+		[{"duration": 0.5}, Vector2(10, 0), Vector2(10, 10)],
+		[{"duration": 0.8, "at_the_end": SCFollowPathAction.START_OVER}, Vector2(6.25, 0), Vector2(5, 0)],
+	]:
+		var train := body()
+		var owner := play(kind(SCFollowPathAction, row[0].merged({"along_path": ^"../../Path"})), ENDS, {"under": train})
+		await expect_later(owner, 0.25, "Work")
+		expect_near(train.position, row[1], 0.9)
+		await expect_later(owner, 0.75, "Work" if row[0].has("at_the_end") else "Done")
+		expect_near(train.position, row[2], 0.9)
+		train.free()
+	# A shape that swings past the end takes its time.
+	var swings := {"along_path": ^"../../Path", "duration": 0.5, "curve": SCFollowPathAction.BACK, "easing": SCFollowPathAction.EASE_OUT}
+	var late := play(kind(SCFollowPathAction, swings), ENDS, {"under": body()})
+	await expect_later(late, 0.4, "Work")
+	await expect_later(late, 0.2, "Done")
 
 
 func test_it_starts_over_or_goes_back() -> void:
-	# Where it is after one and a quarter times the path.
-	for row: Array in [[SCFollowPathAction.START_OVER, Vector2(5, 0)], [SCFollowPathAction.GO_BACK, Vector2(10, 5)]]:
-		var path := _path(true)
-		var guard := _rider(true)
-		var rung: Array[int] = [0]
-		var owner := start(machine([state("Go", [_along({"along_path": ^"../../Path", "speed": 20.0, "at_the_end": row[0], "end_event": &"end"})], {"FINISHED": "Done"}), state("Done")], {"under": guard}))
-		owner.event_sent.connect(func(event: StringName, _data: Variant) -> void: rung[0] += int(event == &"end"))
+	# Where it is after one and a quarter times the path, and which way it looks.
+	for row: Array in [[SCFollowPathAction.START_OVER, Vector2(5, 0), 0.0], [SCFollowPathAction.GO_BACK, Vector2(10, 5), -90.0]]:
+		var path := _path(Vector2())
+		var guard := body()
+		var goes := kind(SCFollowPathAction, {"along_path": ^"../../Path", "speed": 20.0, "at_the_end": row[0], "end_event": &"end", "turn_to_face": true})
+		var owner := play(goes, ENDS, {"under": guard})
 		await advance(1.25)
-		expect((guard.get(&"position") as Vector2).distance_to(row[1]) < 1.0, "%s leads to %s" % [row[0], guard.get(&"position")])
-		expect_equal(rung[0], 1)
-		await advance(1.0)
-		expect_equal(rung[0], 2)
-		expect_state(owner, "Go")
+		expect_near(guard.position, row[1], 1.0)
+		expect_near(wrapf(guard.rotation_degrees, -180.0, 180.0), row[2], 0.5)
+		expect_events(owner, ["end"])
+		await expect_later(owner, 1.0, "Work")
+		expect_events(owner, ["end"])
 		path.free()
 		guard.free()
 
 
 func test_backward_and_facing() -> void:
-	for flat: bool in [true, false]:
-		var path := _path(flat)
-		var cart := _rider(flat)
-		start(machine([state("Go", [_along({"along_path": ^"../../Path", "speed": 10.0, "backward": true, "turn_to_face": true})])], {"under": cart}))
+	for side: Variant in SIDES:
+		var path := _path(side)
+		var cart := body_at(side)
+		play(kind(SCFollowPathAction, {"along_path": ^"../../Path", "speed": 10.0, "backward": true, "turn_to_face": true}), {}, {"under": cart})
 		await advance(0.5)
 		expect_near(cart.get(&"position").y, 5.0, 0.4)
-		if flat:
+		if cart is Node2D:
 			expect_near(angle_difference((cart as Node2D).rotation, deg_to_rad(-90.0)), 0.0, 0.01)
 		else:
-			expect((-(cart as Node3D).global_basis.z).is_equal_approx(Vector3(0, -1, 0)), str(-(cart as Node3D).global_basis.z))
+			expect_near(-(cart as Node3D).global_basis.z, Vector3(0, -1, 0), 0.01)
 		path.free()
 		cart.free()
 
 
 func test_it_starts_where_it_is() -> void:
-	_path(true)
-	var cart := _rider(true)
-	cart.set(&"position", Vector2(6, -3))
-	start(machine([state("Go", [_along({"along_path": ^"../../Path", "speed": 10.0, "start": SCFollowPathAction.WHERE_IT_IS})])], {"under": cart}))
-	expect((cart.get(&"position") as Vector2).is_equal_approx(Vector2(6, 0)), str(cart.get(&"position")))
-	await advance(0.2)
-	expect_near(_x(cart), 8.0, 0.4)
+	_path(Vector2())
+	# Where it stands, backward, where it starts and where it is soon after.
+	for row: Array in [[Vector2(6, -3), false, Vector2(6, 0), Vector2(8, 0)], [Vector2(6, -3), true, Vector2(6, 0), Vector2(4, 0)], [Vector2(10, 10), false, Vector2(10, 10), Vector2(10, 10)]]:
+		var cart := body("Cart", row[0])
+		var goes := kind(SCFollowPathAction, {"along_path": ^"../../Path", "speed": 10.0, "start": SCFollowPathAction.WHERE_IT_IS, "backward": row[1]})
+		var owner := play(goes, ENDS, {"under": cart})
+		expect_near(cart.position, row[2])
+		await expect_later(owner, 0.2, "Work" if row[2] != row[3] else "Done")
+		expect_near(cart.position, row[3], 0.4)
 
 
-func test_who_stands_at_the_end_already_is_there_at_once() -> void:
-	_path(true)
-	var cart := _rider(true)
-	cart.set(&"position", Vector2(10, 10))
-	var owner := start(machine([state("Go", [_along({"along_path": ^"../../Path", "speed": 1.0, "start": SCFollowPathAction.WHERE_IT_IS})], {"FINISHED": "Done"}), state("Done")], {"under": cart}))
-	await advance(0.1)
-	expect_state(owner, "Done")
-
-
-func test_a_follower_in_the_path_is_moved_by_its_progress() -> void:
-	for flat: bool in [true, false]:
-		var path := _path(flat)
-		path.set(&"position", Vector2(100, 0) if flat else Vector3(100, 0, 0))
-		var follower: Node = PathFollow2D.new() if flat else PathFollow3D.new()
-		path.add_child(follower)
-		start(machine([state("Go", [_along({"speed": 10.0})])], {"under": follower}))
+func test_what_lies_in_a_path_goes_along_it() -> void:
+	for rider: Node in [PathFollow2D.new(), PathFollow3D.new(), Node2D.new()]:
+		var side: Variant = Vector3.ZERO if rider is Node3D else Vector2.ZERO
+		var path := _path(side)
+		path.set(&"position", _at(side, 100, 0))
+		add(rider, "", {"under": path})
+		rider.set(&"progress", 3.0)
+		var progress := kind(SCPathProgressAction, {"store_in": &"answer"})
+		var before: float = result_of(progress, {}, {"under": rider})
+		play(kind(SCFollowPathAction, {"speed": 4.0, "start": SCFollowPathAction.WHERE_IT_IS}), {}, {"under": rider})
 		await advance(0.5)
-		expect_near(follower.get(&"progress"), 5.0, 0.4)
-		expect_near(follower.get(&"global_position").x, 105.0, 0.4)
+		expect_near(rider.get(&"global_position"), _at(side, 102.0 + before, 0), 0.4)
+		expect_near(before, 0.0 if rider.get(&"progress") == null else 3.0)
 		path.free()
 
 
 func test_a_path_that_moves_takes_along_what_is_on_it() -> void:
-	var path: Path3D = _path(false)
-	var cart := _rider(false)
-	start(machine([state("Go", [_along({"along_path": ^"../../Path", "speed": 1.0})])], {"under": cart}))
-	path.position = Vector3(0, 0, 50)
+	var path := _path(Vector3())
+	var cart := body_3d()
+	play(kind(SCFollowPathAction, {"along_path": ^"../../Path", "speed": 1.0}), {}, {"under": cart})
+	path.set(&"position", Vector3(0, 0, 50))
 	await frames(2)
-	expect_near(cart.get(&"position").z, 50.0, 0.01)
+	expect_near(cart.position.z, 50.0, 0.01)
 
 
 func test_no_path_is_told_of_and_holds_nothing_up() -> void:
-	var empty := Path2D.new()
-	empty.name = "Empty"
-	add(empty)
-	var deep := _path(false)
-	deep.name = "Deep"
-	add(Node2D.new()).name = "Post"
-	var rows: Array[Array] = [
-		[{}, "Follow Path on Cart: Rider lies in no path, so there is nothing to go along. Pick a Path2D or a Path3D under Along Path."],
-		[{"along_path": ^"../../Nowhere"}, "Follow Path on Cart: there is no node at Nowhere. Pick one under Along Path."],
-		[{"along_path": ^"../../Post"}, "Follow Path on Cart: Post is a Node2D, not a Path2D. Pick a Path2D under Along Path."],
-		[{"along_path": ^"../../Deep"}, "Follow Path on Cart: Rider is a Node2D and Deep a Path3D, and one cannot go along the other. Pick a Path2D under Along Path."],
-		[{"along_path": ^"../../Empty"}, "Follow Path on Cart: Empty has no path drawn yet, so there is nothing to go along."],
-	]
-	for row in rows:
-		var rider := _rider(true)
-		var owner := start(machine([state("Go", [_along(row[0])], {"FINISHED": "On"}), state("On")], {"name": "Cart", "under": rider}))
-		expect_state(owner, "On")
-		expect_warning(row[1])
+	add(Path2D.new(), "Empty")
+	_path(Vector3()).name = "Deep"
+	body("Post")
+	for row: Array in [
+		[{"node_path": ^"../Nobody"}, "there is no node at Nobody. Pick one under Node Path."],
+		[{}, "Rider lies in no path, so there is nothing to go along. Pick a Path2D or a Path3D under Along Path."],
+		[{"along_path": ^"../../Nowhere"}, "there is no node at Nowhere. Pick one under Along Path."],
+		[{"along_path": ^"../../Post"}, "Post is a Node2D, not a Path2D. Pick a Path2D under Along Path."],
+		[{"along_path": ^"../../Deep"}, "Rider is a Node2D and Deep a Path3D, and one cannot go along the other. Pick a Path2D under Along Path."],
+		[{"along_path": ^"../../Empty"}, "Empty has no path drawn yet, so there is nothing to go along."],
+	]:
+		var rider := body("Rider")
+		result_of(kind(SCFollowPathAction, row[0]), {}, {"under": rider})
+		expect_warning("Follow Path on Machine: %s" % row[1])
+		result_of(kind(SCPathProgressAction, row[0].merged({"store_in": &"answer"})), {}, {"under": rider})
+		expect_warning("Path Progress on Machine: %s" % row[1])
 		rider.free()
-	var still := _rider(true)
-	_path(true)
-	start(machine([state("Go", [_along({"along_path": ^"../../Path", "speed": 0.0})])], {"name": "Cart", "under": still}))
-	expect_warning("Follow Path on Cart: its Speed is 0, so Rider stays where it is.")
+	_path(Vector2())
+	var still := body("Still")
+	expect_warns(kind(SCFollowPathAction, {"along_path": ^"../../Path", "speed": 0.0}), "Follow Path on Machine: its Speed is 0, so Still stays where it is.", {"under": still})
+	expect_warns(kind(SCPathProgressAction, {"along_path": ^"../../Path"}), "there is nowhere to put how far it is, so it was lost. Pick a variable under Store In.", {"under": still})
 
 
-func test_a_path_may_be_freed_under_way() -> void:
-	var path := _path(true)
-	var owner := start(machine([state("Go", [_along({"along_path": ^"../../Path", "speed": 1.0})], {"FINISHED": "Off"}), state("Off")], {"under": _rider(true)}))
-	await frames(2)
-	path.free()
-	await frames(2)
-	expect_state(owner, "Off")
-
-
-func test_a_machine_may_be_freed_by_the_end_event() -> void:
-	_path(true)
-	var cart := _rider(true)
-	var owner := start(machine([state("Go", [_along({"along_path": ^"../../Path", "speed": 500.0, "end_event": &"end"})])], {"under": cart}))
-	owner.event_sent.connect(func(_event: StringName, _data: Variant) -> void: cart.queue_free())
+func test_the_path_or_its_rider_may_be_freed_under_way() -> void:
+	for goes_first: String in ["Path", "Body"]:
+		_path(Vector2())
+		body()
+		var owner := play(kind(SCFollowPathAction, {"node_path": ^"../Body", "along_path": ^"../Path", "speed": 1.0}), ENDS)
+		await frames(2)
+		stage.get_node(goes_first).free()
+		await frames(2)
+		expect_state(owner, "Done")
+		for node in stage.get_children():
+			node.free()
+	_path(Vector2())
+	var cart := body()
+	var ends := play(kind(SCFollowPathAction, {"along_path": ^"../../Path", "speed": 500.0, "end_event": &"end"}), {}, {"under": cart})
+	ends.event_sent.connect(func(_event: StringName, _data: Variant) -> void: cart.queue_free())
 	await advance(0.2)
 	expect(not is_instance_valid(cart))
 
 
 func test_how_far_a_racer_has_got() -> void:
-	for flat: bool in [true, false]:
-		var path := _path(flat)
-		var racer := _rider(flat)
-		racer.set(&"position", Vector2(13, 5) if flat else Vector3(13, 5, 0))
+	var stores := {"along_path": ^"../../Path", "store_length_in": &"length", "store_place_in": &"spot", "store_off_path_in": &"off"}
+	for side: Variant in SIDES:
+		var path := _path(side)
+		var racer := body_at(_at(side, 13, 5))
 		for row: Array in [[SCPathProgressAction.DISTANCE, 15.0], [SCPathProgressAction.SHARE, 0.75], [SCPathProgressAction.PERCENT, 75.0]]:
-			var measure := SCPathProgressAction.new()
-			measure.along_path = ^"../../Path"
-			measure.measure = row[0]
-			measure.store_in = &"far"
-			measure.store_length_in = &"length"
-			measure.store_place_in = &"spot"
-			measure.store_off_path_in = &"off"
-			var owner := start(machine([state("Race", [measure], {"FINISHED": "Told"}), state("Told")], {"under": racer, "variables": {"far": 0.0, "length": 0.0, "spot": Vector3(), "off": 0.0}}))
-			expect_state(owner, "Told")
-			expect_near(owner.get_value("far"), row[1], 0.01)
-			expect_near(owner.get_value("length"), 20.0, 0.01)
-			expect_near(owner.get_value("off"), 3.0, 0.01)
-			expect((owner.get_value("spot") as Vector3).is_equal_approx(Vector3(10, 5, 0)), str(owner.get_value("spot")))
+			var measure := kind(SCPathProgressAction, stores.merged({"measure": row[0], "store_in": &"answer"}))
+			var told := results_of(measure, {"length": 0.0, "spot": Vector3(), "off": 0.0}, {"under": racer})
+			expect_near(Vector3(told[&"answer"], told[&"length"], told[&"off"]), Vector3(row[1], 20.0, 3.0), 0.01)
+			expect_near(told[&"spot"], Vector3(10, 5, 0), 0.01)
+		# Whoever asks for something else need not keep the distance.
+		expect_near(results_of(kind(SCPathProgressAction, stores), {}, {"under": racer})[&"off"], 3.0, 0.01)
 		path.free()
 		racer.free()
-
-
-func test_measuring_goes_on_and_says_what_is_missing() -> void:
-	_path(true)
-	var racer := _rider(true)
-	var measure := SCPathProgressAction.new()
-	measure.along_path = ^"../../Path"
-	measure.run_mode = SCMachineAction.EVERY_FRAME
-	expect_equal(measure.shown_summary(), "Measure Self along Path, how far it is, into (pick one)")
-	var owner := start(machine([state("Race", [measure])], {"name": "Race", "under": racer, "variables": {"far": 0.0}}))
-	expect_warning("Path Progress on Race: there is nowhere to put how far it is, so it was lost. Pick a variable under Store In.")
-	measure.store_in = &"far"
-	racer.set(&"position", Vector2(4, 1))
+	_path(Vector2())
+	var walker := body()
+	var goes_on := kind(SCPathProgressAction, {"along_path": ^"../../Path", "run_mode": SCMachineAction.EVERY_FRAME, "store_in": &"answer"})
+	expect_line(goes_on, "Measure Self along Path, how far it is, into answer")
+	var owner := play(goes_on, {}, {"under": walker})
+	walker.position = Vector2(4, 1)
 	await frames(2)
-	expect_near(owner.get_value("far"), 4.0, 0.01)
-
-
-func _along(options: Dictionary) -> SCFollowPathAction:
-	var made := SCFollowPathAction.new()
-	_put(made, options)
-	return made
+	expect_near(owner.get_value("answer"), 4.0, 0.01)
 
 
 ## Ten to the right and ten down, or up in 3D.
-func _path(flat: bool) -> Node:
-	var made: Node
-	if flat:
-		var curve := Curve2D.new()
-		for point: Vector2 in [Vector2(), Vector2(10, 0), Vector2(10, 10)]:
-			curve.add_point(point)
-		made = Path2D.new()
-		made.set(&"curve", curve)
-	else:
-		var curve := Curve3D.new()
-		for point: Vector3 in [Vector3(), Vector3(10, 0, 0), Vector3(10, 10, 0)]:
-			curve.add_point(point)
-		made = Path3D.new()
-		made.set(&"curve", curve)
-	made.name = "Path"
-	return add(made)
+func _path(side: Variant) -> Node:
+	var made: Node = Path3D.new() if side is Vector3 else Path2D.new()
+	made.set(&"curve", Curve3D.new() if side is Vector3 else Curve2D.new())
+	for point: Vector2 in [Vector2(), Vector2(10, 0), Vector2(10, 10)]:
+		made.get(&"curve").add_point(_at(side, point.x, point.y))
+	return add(made, "Path")
 
 
-func _rider(flat: bool) -> Node:
-	var made: Node = Node2D.new() if flat else Node3D.new()
-	made.name = "Rider"
-	return add(made)
+func _at(side: Variant, x: float, y: float) -> Variant:
+	return Vector3(x, y, 0) if side is Vector3 else Vector2(x, y)
 
 
 func _x(of: Node) -> float:

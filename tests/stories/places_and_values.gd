@@ -16,46 +16,34 @@ func test_what_is_the_same() -> void:
 		expect(not SCMachineAction.same_value(row[0], row[1]), "%s and %s" % row)
 
 
-func test_a_number_of_a_variable() -> void:
-	var guard := start(machine([state("Idle")], {"name": "Guard", "variables": {"health": 12, "label": "x"}}))
-	expect_equal(SCMachineAction.number_of(guard, 5.0, ""), 5.0)
-	expect_equal(SCMachineAction.number_of(guard, 5.0, "health"), 12.0)
-	expect_equal(SCMachineAction.number_of(guard, 5.0, "label"), 0.0)
+func test_what_a_variable_gives() -> void:
+	var guard := asker(stage, {"name": "Guard", "variables": {"health": 12, "label": "x", "coins": 3, "weight": 1.5, "held": null}})
+	for row: Array in [[5.0, "", 5.0], [5.0, "health", 12.0], [5.0, "label", 0.0], [2.0, "mana", 2.0]]:
+		expect_equal(SCMachineAction.number_of(guard, row[0], row[1]), row[2])
 	expect_equal(SCMachineAction.value_of(guard, 5.0, "label"), "x")
 	expect_equal(SCMachineAction.value_of(guard, "typed", "mana"), "typed")
 	expect_warning("Guard reads the variable mana, which it does not have, so the value typed in beside that setting is used instead. Add mana in its Variables tab, or pick a variable it has.")
-	expect_equal(SCMachineAction.number_of(guard, 2.0, "mana"), 2.0)
 	expect_equal(SCMachineCondition.number_of(null, 2.0, "mana"), 2.0)
 	expect_error("Parameter \"p_machine\" is null.")
-
-
-func test_an_int_variable_stays_whole() -> void:
-	var guard := start(machine([state("Idle")], {"name": "Guard", "variables": {"coins": 3, "weight": 1.5}}))
-	expect_equal(SCMachineAction.keep_whole(guard, "coins", 4.0), 4)
-	expect_equal(SCMachineAction.keep_whole(guard, "weight", 4.25), 4.25)
-	expect_equal(SCMachineAction.keep_whole(guard, "coins", 4.5), 5)
+	# An int stays whole.
+	for row: Array in [["coins", 4.0, 4], ["weight", 4.25, 4.25], ["coins", 4.5, 5]]:
+		expect_equal(SCMachineAction.keep_whole(guard, row[0], row[1]), row[2])
 	expect_warning("coins on Guard is an int, so 4.5 was rounded to 5. Make it a float in the Variables tab to keep fractions.")
-
-
-func test_no_item_is_told_of() -> void:
-	var guard := start(machine([state("Idle")], {"name": "Guard", "variables": [variable(&"held", null), variable(&"count", 3)]}))
 	expect_equal(SCMachineAction.item_in(guard, "held"), null)
-	expect_equal(SCMachineAction.item_in(guard, "count"), null)
-	expect_warning("count on Guard holds an int, not an item, so the item actions reading it have no item to work with. Put an item in it, with Pick Item or Set Variable.")
+	expect_equal(SCMachineAction.item_in(guard, "coins"), null)
+	expect_warning("coins on Guard holds an int, not an item, so the item actions reading it have no item to work with. Put an item in it, with Pick Item or Set Variable.")
 
 
 func test_a_value_in_words() -> void:
-	for row: Array in [[null, "nothing"], [true, "a bool"], [1, "an int"], [1.0, "a float"], ["", "a String"], [Vector2i(), "a Vector2"], [Vector3(), "a Vector3"], [Color(), "a Color"], [stage, "a Node"], [Resource.new(), "a Resource"], [{}, "a Dictionary"], [[], "an Array"], [Rect2(), "a Rect2"], [&"", "a StringName"]]:
+	for row: Array in [
+		[null, "nothing"], [true, "a bool"], [1, "an int"], [1.0, "a float"], ["", "a String"], [Vector2i(), "a Vector2"], [Vector3(), "a Vector3"],
+		[Color(), "a Color"], [stage, "a Node"], [Resource.new(), "a Resource"], [{}, "a Dictionary"], [[], "an Array"], [Rect2(), "a Rect2"], [&"", "a StringName"],
+	]:
 		expect_equal(SCMachineAction.kind_in_words(row[0]), row[1])
 	expect(SCMachineAction.is_list([]) and SCMachineAction.is_list(PackedVector4Array()) and not SCMachineAction.is_list({}))
-
-
-func test_a_number_without_needless_digits() -> void:
+	# A number without needless digits.
 	for row: Array in [[2.0, "2"], [-3.0, "-3"], [0.5, "0.5"], [3.14159265, "3.1416"], [1e9, "1000000000"], [0.0, "0"]]:
 		expect_equal(SCMachineAction.number(row[0]), row[1])
-
-
-func test_text_of_anything() -> void:
 	var named := Resource.new()
 	named.resource_name = "Sword"
 	for row: Array in [[null, ""], [2.0, "2"], [true, "true"], ["a", "a"], [Vector3(1, 2.5, 3), "(1, 2.5, 3)"], [Color.RED, "#ff0000"], [stage, "Stage"], [named, "Sword"], [[1, 2], "[1, 2]"]]:
@@ -63,14 +51,20 @@ func test_text_of_anything() -> void:
 
 
 func test_forms_of_a_value() -> void:
-	for row: Array in [[7, "000", "007"], [-7, "000", "-007"], [3.14159, "0.00", "3.14"], [2, "0.0", "2.0"], [1234567.5, ",", "1,234,567.5"], [-1000, ",", "-1,000"], [999, ",", "999"], [5, "+", "+5"], [-5, "+", "-5"], [0.256, "%", "26%"], [65, "time", "1:05"], [3725, "time", "1:02:05"], [-65, "time", "-1:05"], ["ann", "upper", "ANN"], ["the_sword", "title", "The Sword"], [5, "nonsense", "5"], ["word", "000", "word"], [5, "", "5"]]:
+	for row: Array in [
+		[7, "000", "007"], [-7, "000", "-007"], [3.14159, "0.00", "3.14"], [2, "0.0", "2.0"], [1234567.5, ",", "1,234,567.5"], [-1000, ",", "-1,000"],
+		[999, ",", "999"], [5, "+", "+5"], [-5, "+", "-5"], [0.256, "%", "26%"], [65, "time", "1:05"], [3725, "time", "1:02:05"], [-65, "time", "-1:05"],
+		[60, "time", "1:00"], [3600, "time", "1:00:00"], ["ann", "upper", "ANN"], ["the_sword", "title", "The Sword"], [5, "nonsense", "5"], ["word", "000", "word"], [5, "", "5"],
+	]:
 		expect_equal(SCMachineAction.shown_as(row[0], row[1]), row[2], "%s as %s" % [row[0], row[1]])
 
 
 func test_filling_in_a_line() -> void:
-	var owner := body("Owner")
-	var guard := start(machine([state("Idle")], {"under": owner, "variables": {"score": 7, "name": "Ann"}}))
-	for row: Array in [["{name} has {score}", "Ann has 7"], ["{score:000}", "007"], ["{nobody} {}", "{nobody} {}"], ["{target}", "Owner"], ["a } b { c", "a } b { c"], ["{{name}}", "{Ann}"], ["{unfinished", "{unfinished"], ["", ""]]:
+	var guard := asker(body("Owner"), {"variables": {"score": 7, "name": "Ann"}})
+	for row: Array in [
+		["{name} has {score}", "Ann has 7"], ["{score:000}", "007"], ["{nobody} {}", "{nobody} {}"], ["{target}", "Owner"], ["a } b { c", "a } b { c"],
+		["{{name}}", "{Ann}"], ["{unfinished", "{unfinished"], ["", ""],
+	]:
 		expect_equal(SCMachineAction.fill_in(row[0], guard), row[1])
 	expect_equal(SCMachineAction.fill_in("{target} {extra}", guard, stage, {"extra": 3}), "Stage 3")
 	expect_equal(SCMachineAction.fill_in("{name}", null), "{name}")
@@ -85,67 +79,53 @@ func test_a_path_in_a_line() -> void:
 
 
 func test_where_things_are() -> void:
-	var flat := body("Flat")
-	flat.position = Vector2(3, 4)
-	var deep := Node3D.new()
-	add(deep)
-	deep.position = Vector3(1, 2, 3)
-	var panel := Control.new()
-	add(panel)
-	panel.position = Vector2(10, 20)
-	var plain := add(Node.new())
-	expect_equal(SCMachineAction.position_of(flat), Vector2(3, 4))
-	expect_equal(SCMachineAction.position_of(deep), Vector3(1, 2, 3))
-	expect_equal(SCMachineAction.position_of(panel), Vector2(10, 20))
-	expect_equal(SCMachineAction.position_of(plain), null)
-	expect_equal(SCMachineAction.position_of(null), null)
-	SCMachineAction.set_position_of(flat, Vector3(7, 8, 9))
-	expect_equal(flat.position, Vector2(7, 8))
-	SCMachineAction.set_position_of(deep, Vector2(7, 8))
-	expect_equal(deep.position, Vector3(7, 8, 0))
-	SCMachineAction.set_position_of(null, Vector2())
-	SCMachineAction.set_position_of(plain, Vector2())
-	expect(SCMachineAction.has_a_place(panel) and not SCMachineAction.has_a_place(plain) and not SCMachineAction.has_a_place(null))
-	plain.name = "Plain"
+	var plain := add(Node.new(), "Plain")
+	# Node, where it is, where it is put, where it is then, and whether it counts as 2D.
+	for row: Array in [
+		[body("Flat", Vector2(3, 4)), Vector2(3, 4), Vector3(7, 8, 9), Vector2(7, 8), true],
+		[body_3d("Deep", Vector3(1, 2, 3)), Vector3(1, 2, 3), Vector2(7, 8), Vector3(7, 8, 0), false],
+		[add(Control.new(), "", {"position": Vector2(10, 20)}), Vector2(10, 20), Vector2(7, 8), Vector2(7, 8), true],
+		[plain, null, Vector2(), null, false],
+		[null, null, Vector2(), null, false],
+	]:
+		expect_equal(SCMachineAction.position_of(row[0]), row[1])
+		expect_equal(SCMachineAction.has_a_place(row[0]), row[1] != null)
+		expect_equal(SCMachineAction.is_2d(row[0]), row[4])
+		SCMachineAction.set_position_of(row[0], row[2])
+		expect_equal(SCMachineAction.position_of(row[0]), row[3])
+	for above: Node in [body(), body_3d(), CanvasLayer.new()]:
+		var under := Node.new()
+		above.add_child(under)
+		expect_equal(SCMachineAction.is_2d(under), not above is Node3D)
+		above.free()
+	# Outside the tree there is no world to be in.
+	for lost: Node in [Node2D.new(), Node3D.new(), Control.new()]:
+		var at: Variant = Vector3(1, 2, 3) if lost is Node3D else Vector2(1, 2)
+		SCMachineAction.set_position_of(lost, at)
+		expect_equal(SCMachineAction.position_of(lost), at)
+		lost.free()
 	expect_equal(SCMachineAction.no_place_words(plain, "Node"), "Plain is a Node, which has no place in the world, so it cannot stand for one. Pick a 2D or 3D node under Node")
 	expect_equal(SCMachineAction.no_place_words(null, "Node"), "")
 	expect_error("Parameter \"p_node\" is null.")
 
 
-func test_which_side_a_node_is_on() -> void:
-	var flat := body()
-	var under := Node.new()
-	flat.add_child(under)
-	var deep := add(Node3D.new())
-	expect(SCMachineAction.is_2d(flat))
-	expect(SCMachineAction.is_2d(under))
-	expect(not SCMachineAction.is_2d(deep))
-	expect(not SCMachineAction.is_2d(stage))
-	expect(not SCMachineAction.is_2d(null))
-
-
 func test_vectors_and_distances() -> void:
-	var flat := body()
-	flat.position = Vector2(3, 4)
-	expect_equal(SCMachineAction.as_vector2(Vector3(1, 2, 3)), Vector2(1, 2))
-	expect_equal(SCMachineAction.as_vector2(flat), Vector2(3, 4))
-	expect_equal(SCMachineAction.as_vector2(2), Vector2(2, 2))
-	expect_equal(SCMachineAction.as_vector2("text"), Vector2())
+	var flat := body("Flat", Vector2(3, 4))
+	for row: Array in [[Vector3(1, 2, 3), Vector2(1, 2)], [flat, Vector2(3, 4)], [2, Vector2(2, 2)], ["text", Vector2()]]:
+		expect_equal(SCMachineAction.as_vector2(row[0]), row[1])
 	expect_equal(SCMachineAction.as_vector3(Vector2i(1, 2)), Vector3(1, 2, 0))
-	expect_equal(SCMachineAction.distance_between(flat, Vector2()), 5.0)
-	expect_equal(SCMachineCondition.distance_between(Vector3(), Vector3(0, 3, 4)), 5.0)
-	expect_equal(SCMachineAction.distance_between(stage, flat), INF)
+	for row: Array in [[flat, Vector2(), 5.0], [Vector3(0, 0, 9), flat, 5.0], [Vector3(), Vector3(0, 3, 4), 5.0], [stage, flat, INF], [flat, "there", INF]]:
+		expect_equal(SCMachineAction.distance_between(row[0], row[1]), row[2])
+		expect_equal(SCMachineCondition.distance_between(row[0], row[1]), row[2])
 	expect_equal(SCMachineAction.not_picked(), "(pick one)")
 
 
 func test_the_way_to_a_node() -> void:
-	var owner := body("Owner")
 	var friend := body("Friend")
-	var guard := start(machine([state("Idle")], {"under": owner}))
+	var guard := asker(body("Owner"))
 	expect_equal(SCMachineAction.path_to(guard, friend), guard.get_path_to(friend))
-	expect_equal(SCMachineAction.path_to(guard, null), ^"__no_node__")
-	expect_equal(SCMachineAction.path_to(guard, 5), ^"__no_node__")
-	expect_equal(SCMachineAction.path_to(null, friend), ^"__no_node__")
+	for row: Array in [[guard, null], [guard, 5], [null, friend]]:
+		expect_equal(SCMachineAction.path_to(row[0], row[1]), ^"__no_node__")
 	expect_equal(SCMachineAction.node_of(guard, ^"../../Friend"), friend)
 	expect_equal(SCMachineAction.node_of(guard, ^"../Nobody"), null)
 	expect_equal(SCMachineAction.node_of(null, ^"x"), null)

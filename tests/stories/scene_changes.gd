@@ -5,48 +5,41 @@ const CarryOver := preload("res://addons/quillstead/runtime/quillstead_carry_ove
 
 
 func test_machines_go_with_their_scene_and_globals_stay() -> void:
-	await _go_to(_scene([state("First", [act("first").ticking(), wait(5.0)])], [global_variable("gold", 10), variable("own", 1)]))
+	var variables := [global_variable("gold", 10), variable("own", 1)]
+	await _go_to([state("First", [act("first").ticking(), wait(5.0)])], variables)
 	var first := _machine()
 	first.set_value("gold", 25)
 	first.set_value("own", 9)
 	noted.clear()
-	await _go_to(_scene([state("Second", [act("second")])], [global_variable("gold", 10), variable("own", 1)]))
+	await _go_to([state("Second", [act("second")])], variables)
 	expect(not is_instance_valid(first))
 	expect(noted.count("first exit") == 1 and noted.back() == "second enter", "%s" % [noted])
-	var second := _machine()
-	expect_state(second, "Second")
-	expect_equal(second.get_value("gold"), 25)
-	expect_equal(second.get_value("own"), 1)
-	expect_equal(SCMachine.machines_in_the_scene(), [second])
-	noted.clear()
+	expect_state(_machine(), "Second")
+	expect_values(_machine(), {"gold": 25, "own": 1})
+	expect_equal(SCMachine.machines_in_the_scene(), [_machine()])
 
 
 func test_globals_can_be_put_back_as_the_scene_found_them() -> void:
 	var variables := [global_variable("score", 0), global_variable("lives", 3), global_variable("bag", ["map"])]
-	await _go_to(_scene([state("Level")], variables))
+	await _go_to([state("Level")], variables)
 	_machine().set_value("score", 5)
-	await _go_to(_scene([state("Level")], variables))
+	await _go_to([state("Level")], variables)
 	var made := _machine()
 	made.set_value("score", 50)
 	made.set_value("lives", 2)
 	made.get_value("bag").append("key")
 	made.set_global_value("late", 1)
 	made.put_globals_back([&"lives"])
-	expect_equal(made.global_value("score"), 5)
-	expect_equal(made.global_value("lives"), 2)
-	expect_equal(made.global_value("bag"), ["map"])
-	expect_equal(made.global_value("late"), null)
+	for row: Array in [["score", 5], ["lives", 2], ["bag", ["map"]], ["late", null]]:
+		expect_equal(made.global_value(row[0]), row[1], row[0])
 
 
 func test_a_machine_changes_the_scene_from_within_a_state() -> void:
-	var next := PackedScene.new()
-	var holder := _scene([state("Next", [act("next")])], [])
-	next.pack(holder)
-	holder.free()
-	await _go_to(_scene([
+	var next := _scene([state("Next", [act("next")])], [])
+	await _go_to([
 		state("Here", [act("here")], {"go": "Leave"}),
 		state("Leave", [act("leave").entering(func(m: SCMachine) -> void: m.get_tree().change_scene_to_packed(next)), act("after").ticking()]),
-	], []))
+	], [])
 	_machine().send_event("go")
 	await frames(3)
 	expect_state(_machine(), "Next")
@@ -69,40 +62,32 @@ func test_a_machine_that_carries_over_takes_its_values_along() -> void:
 	CarryOver.gather()
 	old.free()
 	expect(CarryOver.is_waiting())
-	var stranger := start(running(other, {"name": "Stranger"}))
-	expect_equal(stranger.get_value("hp"), 10)
+	expect_equal(start(running(other, {"name": "Stranger"})).get_value("hp"), 10)
 	var new := start(running(hero, {"name": "Hero"}))
 	expect_state(new, "Walk")
-	expect_equal(new.get_value("hp"), 4)
-	expect_equal(new.get_value("bag"), ["key"])
-	expect_equal(new.get_value("door"), null)
+	expect_values(new, {"hp": 4, "bag": ["key"], "door": null})
 	expect(new.has_meta(CarryOver.ARRIVED_RECORD))
 	expect(not CarryOver.is_waiting(), "a record is claimed twice")
-	var second := start(running(hero, {"name": "Second"}))
-	expect_equal(second.get_value("hp"), 20)
+	expect_equal(start(running(hero, {"name": "Second"})).get_value("hp"), 20)
 
 
-## Makes [param scene] the running one, the old one gone.
-func _go_to(scene: Node) -> void:
-	var packed := PackedScene.new()
-	packed.pack(scene)
-	scene.free()
-	tree.change_scene_to_packed(packed)
+## Makes a scene of these the running one, the old one gone.
+func _go_to(states: Array, variables: Array) -> void:
+	tree.change_scene_to_packed(_scene(states, variables))
 	await tree.scene_changed
 	await frames(1)
 
 
-func _scene(states: Array, variables: Array) -> Node:
+func _scene(states: Array, variables: Array) -> PackedScene:
 	var root := Node2D.new()
 	root.name = "Level"
-	var made := SCMachine.new()
-	made.name = "Machine"
-	made.states.assign(states)
-	made.initial_state = states[0]
-	made.variables.assign(variables)
+	var made := machine(states, {"variables": variables})
 	root.add_child(made)
 	made.owner = root
-	return root
+	var packed := PackedScene.new()
+	packed.pack(root)
+	root.free()
+	return packed
 
 
 func _machine() -> SCMachine:

@@ -18,37 +18,25 @@ class Chest:
 
 func test_a_value_becomes_what_the_property_takes() -> void:
 	for row: Array in [
-		["position", Vector2(3, 4), Vector2(3, 4)],
-		["position:y", 7, 7.0],
-		["scale", 2, Vector2(2, 2)],
-		["cell", 1.6, Vector2i(2, 2)],
-		["rotation", 1, 1.0],
-		["visible", 0, false],
-		["count", 2.6, 3],
-		["label", 5, "5"],
-		["label", &"words", "words"],
-		["tint", 0.5, Color(0.5, 0.5, 0.5, 0.5)],
-		["tint", "ff0000", Color.RED],
-		["tint:a", 0.25, 0.25],
-		["modulate:a", 0.5, 0.5],
-		["key", "../Door", NodePath("../Door")],
-		["anything", [1, 2], [1, 2]],
-		["anything", null, null],
-		["inside:gold", 50, 50],
-		["metadata/note", "read me", "read me"],
+		["position", Vector2(3, 4), Vector2(3, 4)], ["position:y", 7, 7.0], ["scale", 2, Vector2(2, 2)], ["cell", 1.6, Vector2i(2, 2)],
+		["rotation", 1, 1.0], ["rotation", INF, INF], ["visible", 0, false], ["count", 2.6, 3], ["label", 5, "5"], ["label", &"words", "words"],
+		["tint", 0.5, Color(0.5, 0.5, 0.5, 0.5)], ["tint", "ff0000", Color.RED], ["tint:a", 0.25, 0.25], ["modulate:a", 0.5, 0.5],
+		["key", "../Door", NodePath("../Door")], ["anything", [1, 2], [1, 2]], ["anything", null, null],
+		["inside:gold", 50, 50], ["metadata/note", "read me", "read me"],
 	]:
-		var chest := _chest()
-		start(machine([state("A", [_set_it(row[0], row[1])])], {"under": chest}))
-		expect_equal(chest.get_indexed(NodePath(row[0]).get_as_property_path()), row[2], "%s to %s" % [row[0], row[1]])
+		# Typed in, and out of a variable.
+		for by: Dictionary in [{"value": row[1]}, {"value_variable": &"from"}]:
+			var chest := _chest()
+			var sets: SCSetPropertyAction = kind(SCSetPropertyAction, {"property": row[0]}.merged(by))
+			expect_state(play(sets, {"FINISHED": "Done"}, {"under": chest, "variables": {"from": row[1]}}), "Done")
+			expect_equal(chest.get_indexed(NodePath(row[0]).get_as_property_path()), row[2], "%s to %s" % [row[0], by])
 
 
 func test_inside_a_resource() -> void:
-	var panel := Panel.new()
-	add(panel)
 	var style := StyleBoxFlat.new()
+	var panel: Panel = add(Panel.new(), "", {"material": CanvasItemMaterial.new()})
 	panel.add_theme_stylebox_override("panel", style)
-	panel.material = CanvasItemMaterial.new()
-	start(machine([state("A", [_set_it("material:light_mode", 1), _set_it("theme_override_styles/panel:bg_color", Color.BLUE)])], {"under": panel}))
+	play([_set_it("material:light_mode", 1), _set_it("theme_override_styles/panel:bg_color", Color.BLUE)], {}, {"under": panel})
 	expect_equal((panel.material as CanvasItemMaterial).light_mode, 1)
 	expect_equal(style.bg_color, Color.BLUE)
 
@@ -57,10 +45,9 @@ func test_nodes_and_resources() -> void:
 	var chest := _chest()
 	var lid := body("Lid")
 	var picture := GradientTexture1D.new()
-	var made := start(machine([
-		state("Wait", [], {"go": "A"}),
-		state("A", [_read_it("lid", "lid"), _read_it("picture", "picture"), _read_it("key", "lid")]),
-	], {"under": chest, "variables": {"lid": null, "picture": picture}}))
+	var reads: Array = [["lid", &"lid"], ["picture", &"picture"], ["key", &"lid"]].map(func(row: Array) -> Resource:
+		return kind(SCSetPropertyAction, {"property": row[0], "value_variable": row[1]}))
+	var made := start(machine([state("Wait", [], {"go": "A"}), state("A", reads)], {"under": chest, "variables": {"lid": null, "picture": picture}}))
 	made.set_value("lid", lid)
 	made.send_event("go")
 	expect_equal(chest.lid, lid)
@@ -68,36 +55,23 @@ func test_nodes_and_resources() -> void:
 	expect_equal(chest.get_node(chest.key), lid)
 
 
-func test_a_variable_of_any_kind_is_fitted_to_the_property() -> void:
-	var chest := _chest()
-	start(machine([state("A", [_read_it("tint", "colour"), _read_it("scale", "size"), _read_it("label", "size")])], {"under": chest, "variables": {"colour": Color.GREEN, "size": 3}}))
-	expect_equal(chest.tint, Color.GREEN)
-	expect_equal(chest.scale, Vector2(3, 3))
-	expect_equal(chest.label, "3")
-
-
-func test_a_variable_that_is_not_there_leaves_what_was_typed() -> void:
-	var chest := _chest()
-	var action := _set_it("count", 4)
-	action.set(&"value_variable", &"nowhere")
-	start(machine([state("A", [action])], {"under": chest, "name": "Setter"}))
-	expect_equal(chest.count, 4)
-	expect_warning("Setter reads the variable nowhere, which it does not have")
-
-
 func test_every_frame_keeps_it_so() -> void:
 	var chest := _chest()
-	var made := start(machine([state("A", [_set_it("count", 4, {"run_mode": SCMachineAction.EVERY_FRAME})], {"FINISHED": "Wrong"}), state("Wrong")], {"under": chest}))
+	var keeps := _set_it("", 4, {"run_mode": SCMachineAction.EVERY_FRAME, "property_variable": &"which"})
+	var made := play(keeps, {"FINISHED": "Wrong"}, {"under": chest, "variables": {"which": "count"}})
 	chest.count = 9
 	await frames(2)
 	expect_equal(chest.count, 4)
-	expect_state(made, "A")
+	made.set_value("which", "label")
+	await frames(1)
+	expect_equal(chest.label, "4", "and another property from then on")
+	expect_state(made, "Work")
 
 
 func test_what_it_cannot_take_is_told_once_and_left() -> void:
 	var chest := _chest()
 	for row: Array in [
-		["count", "five", "Set Property on Setter: it could not set count of Chest, because it takes an int and was given a String, so nothing was set."],
+		["count", "five", "Set Property on Machine: it could not set count of Chest, because it takes an int and was given a String, so nothing was set."],
 		["position", Color.RED, "because it takes a Vector2 and was given a Color"],
 		["picture", RefCounted.new(), "because it takes a Texture2D and was given a Resource"],
 		["count", null, "because it takes an int and was given nothing"],
@@ -107,8 +81,10 @@ func test_what_it_cannot_take_is_told_once_and_left() -> void:
 		["position::x", 1, "because a Node2D has no such property"],
 		["key", "..::Door", "because ..::Door is no path to a node"],
 		["position", Vector2(NAN, 0), "because Value holds a number that is none, as 0 divided by 0 is, so nothing was set."],
+		["position", Vector3(0, NAN, 0), "because Value holds a number that is none"],
+		["rotation", NAN, "because Value holds a number that is none"],
 	]:
-		var made := start(machine([state("A", [_set_it(row[0], row[1], {"run_mode": SCMachineAction.EVERY_FRAME})])], {"under": chest, "name": "Setter"}))
+		var made := play(_set_it(row[0], row[1], {"run_mode": SCMachineAction.EVERY_FRAME}), {}, {"under": chest})
 		await frames(2)
 		expect_warning(row[2])
 		made.free()
@@ -121,50 +97,23 @@ func test_what_is_missing_is_told() -> void:
 		[_set_it("count", 1, {"node_path": NodePath("../Nowhere")}), "there is no node at Nowhere. Pick one under Node Path."],
 		[_set_it("", 1), "it has no property of Stage to set"],
 	]:
-		var made := start(machine([state("A", [row[0]], {"FINISHED": "B"}), state("B")], {"name": "Setter"}))
-		expect_state(made, "B")
+		result_of(row[0])
 		expect_warning(row[1])
-		made.free()
-
-
-func test_two_machines_that_share_the_action() -> void:
-	var first := _chest()
-	var second := _chest()
-	var design := template([state("A", [_read_it("count", "many")])], {"variables": {"many": 1}})
-	start(running(design, {"under": first}))
-	var other := running(design, {"under": second})
-	other.set("starting_values", {"many": 2})
-	start(other)
-	expect_equal(first.count, 1)
-	expect_equal(second.count, 2)
+	var chest := _chest()
+	expect_warns(_set_it("count", 4, {"value_variable": &"nowhere"}), "Machine reads the variable nowhere, which it does not have", {"under": chest})
+	expect_equal(chest.count, 4, "what was typed in")
 
 
 func test_lines_on_the_graph() -> void:
-	for row: Array in [
-		[_set_it("modulate", Color.RED, {"node_path": NodePath("../Door")}), "Set modulate of Door to #ff0000"],
-		[_set_it("speed_scale", 2.5), "Set speed scale of Self to 2.5"],
-		[_set_it("", 2.5), "Set (pick one) of Self to 2.5"],
-		[_set_it("text", null), "Set text of Self to nothing"],
-	]:
-		expect_equal((row[0] as SCSetPropertyAction).shown_summary(), row[1])
+	expect_line(_set_it("modulate", Color.RED, {"node_path": NodePath("../Door")}), "Set modulate of Door to #ff0000")
+	expect_line(_set_it("speed_scale", 2.5), "Set speed scale of Self to 2.5")
+	expect_line(_set_it("", 2.5), "Set (pick one) of Self to 2.5")
+	expect_line(_set_it("text", null), "Set text of Self to nothing")
 
 
 func _chest() -> Chest:
-	var made := Chest.new()
-	made.name = "Chest"
-	stage.add_child(made)
-	return made
+	return add(Chest.new(), "Chest")
 
 
 func _set_it(property: String, value: Variant, options: Dictionary = {}) -> SCSetPropertyAction:
-	var made := SCSetPropertyAction.new()
-	made.property = property
-	made.value = value
-	_put(made, options)
-	return made
-
-
-func _read_it(property: String, variable: StringName) -> SCSetPropertyAction:
-	var made := _set_it(property, 0.0)
-	made.set(&"value_variable", variable)
-	return made
+	return kind(SCSetPropertyAction, {"property": property, "value": value}.merged(options))

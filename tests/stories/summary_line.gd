@@ -29,18 +29,24 @@ class Teller:
 
 
 func test_names_stand_in_place_of_values() -> void:
-	var rows: Array[Array] = [
+	# Settings and the variables they are read from, how the action says it, and what is shown.
+	for row: Array in [
 		[{}, func(t: Teller) -> String: return "Wait %s s" % _n(t.seconds), "Wait 2 s"],
 		[{"seconds": "pause"}, func(t: Teller) -> String: return "Wait %s s" % _n(t.seconds), "Wait [pause] s"],
 		[{"seconds": "pause"}, func(t: Teller) -> String: return "Wait %.1f s" % t.seconds, "Wait [pause] s"],
 		[{"seconds": "pause"}, func(t: Teller) -> String: return "Turn %s" % _n(-t.seconds), "Turn [pause]"],
 		[{"seconds": "pause"}, func(t: Teller) -> String: return "Wait %s" % ("no time" if t.seconds > 0.0 else _n(t.seconds)), "Wait [pause]"],
 		[{"seconds": "pause"}, func(t: Teller) -> String: return "Wait %d ms" % roundi(t.seconds * 1000.0), "Wait [pause] ms"],
+		[
+			{"seconds": "pause"}, func(t: Teller) -> String: return "Walk round the whole yard, look behind each barrel, and then wait %s s" % _n(t.seconds),
+			"Walk round the whole yard, look behind each barrel, and then wait [pause] s",
+		],
 		[{"times": "count"}, func(t: Teller) -> String: return "Knock %d times" % t.times, "Knock [count] times"],
 		[{"times": "count"}, func(t: Teller) -> String: return "Knock %d time%s" % [t.times, "" if t.times == 3 else "s"], "Knock [count] times"],
 		[{"loud": "shout"}, func(t: Teller) -> String: return "Sing, loud %s today" % ("yes" if t.loud else "no"), "Sing, loud [shout] today"],
 		[{"loud": "shout"}, func(t: Teller) -> String: return "Sing%s" % (" out loud" if t.loud else ""), "Sing (loud: [shout])"],
 		[{"words": "speech"}, func(t: Teller) -> String: return "Say \"%s\"" % t.words, "Say \"[speech]\""],
+		[{"words": "speech"}, func(_t: Teller) -> String: return "Say something", "Say something (words: [speech])"],
 		[{"place": "home"}, func(t: Teller) -> String: return "Go to %s" % SCMachineAction.text_of(t.place), "Go to [home]"],
 		[{"place": "home"}, func(t: Teller) -> String: return "Go to %s now" % str(t.place), "Go to (0.0, 0.0, 0.0) now (place: [home])"],
 		[{"spot": "home"}, func(t: Teller) -> String: return "Go to (%s, %s)" % [_n(t.spot.x), _n(t.spot.y)], "Go to [home]"],
@@ -50,37 +56,30 @@ func test_names_stand_in_place_of_values() -> void:
 		[{"pace": "mood"}, func(t: Teller) -> String: return "Walk %s on" % ["slowly", "quickly", "wildly"][t.pace], "Walk [mood] on"],
 		[{"seconds": "pause", "times": "count"}, func(t: Teller) -> String: return "Knock %d times in %s s" % [t.times, _n(t.seconds)], "Knock [count] times in [pause] s"],
 		[{"seconds": "pause", "times": "count"}, func(t: Teller) -> String: return "Wait %s s" % _n(t.seconds * t.times), "Wait [pause] s (times: [count])"],
-		[{"words": "speech"}, func(_t: Teller) -> String: return "Say something", "Say something (words: [speech])"],
-	]
-	for row in rows:
-		var teller := Teller.new()
-		teller.line = row[1]
+	]:
+		var teller: Teller = kind(Teller, {"line": row[1]})
 		for setting: String in row[0]:
 			teller.set(setting + "_variable", row[0][setting])
 		var before := _values_of(teller)
-		expect_equal(teller.shown_summary(), row[2])
+		expect_line(teller, row[2])
 		expect_equal(_values_of(teller), before, "%s is left as it was" % row[2])
 
 
-func test_a_name_goes_where_a_long_line_shows_its_number() -> void:
-	var teller := Teller.new()
-	teller.line = func(t: Teller) -> String: return "Walk round the whole yard, look behind each barrel, and then wait %s s" % _n(t.seconds)
-	teller.set("seconds_variable", &"pause")
-	expect_equal(teller.shown_summary(), "Walk round the whole yard, look behind each barrel, and then wait [pause] s")
-
-
 func test_what_is_missing_is_asked_for() -> void:
-	var teller := Teller.new()
-	teller.line = func(t: Teller) -> String: return "Send %s to all" % t.event_name
-	expect_equal(teller.shown_summary(), "Send go to all")
-	teller.event_name = &""
-	expect_equal(teller.shown_summary(), "Send (pick one) to all")
-	teller.may_be_empty = [&"event_name"]
-	expect_equal(teller.shown_summary(), "Send  to all")
-	teller.line = func(t: Teller) -> String: return "Play " + t.sound
-	teller.sound = ""
-	expect_equal(teller.shown_summary(), "Play (pick one)")
-	expect_equal(teller.sound, "")
+	var sends := func(t: Teller) -> String: return "Send %s to all" % t.event_name
+	expect_lines(Teller, {
+		"Send go to all": {"line": sends},
+		"Send (pick one) to all": {"line": sends, "event_name": &""},
+		"Send  to all": {"line": sends, "event_name": &"", "may_be_empty": [&"event_name"] as Array[StringName]},
+	})
+	var plays: Teller = kind(Teller, {"line": func(t: Teller) -> String: return "Play " + t.sound, "sound": ""})
+	expect_line(plays, "Play (pick one)")
+	expect_equal(plays.sound, "")
+	expect_line(kind(Question, {"closer_than_variable": &"reach"}), "Nearer than [reach]")
+	expect_line(kind(Question, {"closer_than_variable": &"reach", "invert": true}), "Not: Nearer than [reach]")
+	expect_equal(SCMachineAction.shown_line(null), "")
+	expect_equal(SCMachineAction.shown_line(Resource.new()), "")
+	expect_equal(SCMachineAction.summary_with_variables(null, "Wait"), "Wait")
 
 
 func test_what_a_hole_is() -> void:
@@ -90,56 +89,19 @@ func test_what_a_hole_is() -> void:
 		expect(not SCMachineAction.has_a_hole(line), line)
 
 
-func test_the_kinds_own_lines() -> void:
-	var pause := wait(1.5)
-	expect_equal(pause.shown_summary(), "Wait 1.5 s")
-	pause.set(&"seconds_variable", &"nap")
-	expect_equal(pause.shown_summary(), "Wait [nap] s")
-	pause.set(&"real_time_variable", &"really")
-	expect_equal(pause.shown_summary(), "Wait [nap] s (real_time: [really])")
-	var gain := set_var(&"score", 5.0, {"operation": SCSetVariableAction.ADD})
-	expect_equal(gain.shown_summary(), "Add 5 to score")
-	gain.variable_name = &""
-	expect_equal(gain.shown_summary(), "Add 5 to (pick one)")
-	expect_equal(SCSetVariableAction.new().shown_summary(), "Set (pick one) to 0")
-	var bell := print_line("ding")
-	bell.set(&"text_variable", &"sound")
-	expect_equal(bell.shown_summary(), "Print \"[sound]\"")
-
-
 func test_drawing_a_line_is_not_heard() -> void:
-	var gain := set_var(&"score", 5.0)
-	gain.set(&"value_variable", &"bonus")
-	gain.set(&"per_second_variable", &"steadily")
+	var gain := set_var(&"score", 5.0, {"value_variable": &"bonus", "per_second_variable": &"steadily"})
 	var told := [0]
-	gain.property_list_changed.connect(func() -> void: told[0] += 1)
-	gain.changed.connect(func() -> void: told[0] += 1)
-	expect_equal(gain.shown_summary(), "Set score to [bonus] (per_second: [steadily])")
+	for heard: Signal in [gain.property_list_changed, gain.changed]:
+		heard.connect(func() -> void: told[0] += 1)
+	expect_line(gain, "Set score to [bonus] (per_second: [steadily])")
 	expect_equal(told[0], 0)
 	expect(not gain.is_blocking_signals())
 
 
-func test_a_question_turned_round_says_so() -> void:
-	var question := Question.new()
-	question.set(&"closer_than_variable", &"reach")
-	expect_equal(question.shown_summary(), "Nearer than [reach]")
-	question.invert = true
-	expect_equal(question.shown_summary(), "Not: Nearer than [reach]")
-
-
-func test_nothing_says_nothing() -> void:
-	expect_equal(SCMachineAction.shown_line(null), "")
-	expect_equal(SCMachineAction.shown_line(Resource.new()), "")
-	expect_equal(SCMachineAction.summary_with_variables(null, "Wait"), "Wait")
-
-
 func test_markers() -> void:
-	expect_equal(SCMachineAction._marker_for(1.0, 3), 99031.0)
-	expect_equal(SCMachineAction._marker_for(1, 103), 99031)
-	expect_equal(SCMachineAction._marker_for(true, 1), false)
-	expect_equal(SCMachineAction._marker_for(Vector2(), 1), Vector2(99011, 99012))
-	expect_equal(SCMachineAction._marker_for("", 2), "¤marked2¤")
-	expect_equal(SCMachineAction._marker_for([], 1), null)
+	for row: Array in [[1.0, 3, 99031.0], [1, 103, 99031], [true, 1, false], [Vector2(), 1, Vector2(99011, 99012)], ["", 2, "¤marked2¤"], [[], 1, null]]:
+		expect_equal(SCMachineAction._marker_for(row[0], row[1]), row[2])
 	expect_equal(SCMachineAction._marker_named("Go to (99011, 99012.5, 7)", 1, "home"), "Go to [home]")
 	expect_equal(SCMachineAction._marker_named("Wait 990110 s", 1, "pause"), "Wait 990110 s")
 	expect_equal(SCMachineAction._yes_or_no_that_changed("Fade on now", "Fade off now", "soft"), "Fade [soft] now")

@@ -2,29 +2,14 @@ extends Story
 ## Holds every registered kind to the rules that all of them keep: what it says, what it starts with, what a file keeps of
 ## it, where its script lies, and that a machine can run it however little is filled in.
 
+const Dice := preload("res://tests/fuzz/dice.gd")
+const Filling := preload("res://tests/fuzz/filling.gd")
 const Tables := preload("res://tests/stories/files/kind_tables.gd")
+
 const FILE: String = "user://story_sweep.tres"
 const MACHINE: String = "Sweeper"
-
-## Played bare, these end the run of the stories themselves.
-const ENDS_THE_GAME: Array[StringName] = [&"SCQuitGameAction"]
-
-## What stands for a resource that has many kinds.
-const STAND_INS: Dictionary[StringName, StringName] = {
-	&"AudioStream": &"AudioStreamGenerator",
-	&"Font": &"FontVariation",
-	&"Material": &"StandardMaterial3D",
-	&"Mesh": &"BoxMesh",
-	&"Resource": &"Gradient",
-	&"SCMachineAction": &"SCPrintAction",
-	&"SCMachineCondition": &"SCMachineCondition",
-	&"Script": &"GDScript",
-	&"Shape2D": &"CircleShape2D",
-	&"Shape3D": &"SphereShape3D",
-	&"Texture": &"GradientTexture2D",
-	&"Texture2D": &"GradientTexture2D",
-	&"VideoStream": &"VideoStreamTheora",
-}
+## So often something else is drawn for a setting.
+const DRAWS: int = 100
 
 
 func most_frames() -> int:
@@ -32,25 +17,18 @@ func most_frames() -> int:
 
 
 func test_the_kinds_are_the_settled_ones() -> void:
-	var settled: Dictionary[StringName, String] = {}
-	for category in Tables.WORDS:
-		for kind: StringName in Tables.WORDS[category]:
-			settled[kind] = _settled_path(category, kind)
+	var settled := Tables.scripts()
 	expect_equal(settled.size(), 294)
-	var listed: Array[StringName] = []
-	for row in _rows():
-		var kind: StringName = row["class"]
-		listed.append(kind)
-		expect(settled.has(kind), "%s is no settled kind" % kind)
-		expect_equal(row["script"], settled.get(kind, ""), kind)
-		expect(Tables.WORDS.get(row["category"], {}).get(kind) == row["word"], "%s goes by %s in %s" % [kind, row["word"], row["category"]])
+	for row in SCMachineAction._core_kinds():
+		expect_equal(row["script"], settled.get(row["class"], "no settled kind"), row["class"])
+		expect((row["script"] as String).ends_with("_%s.gd" % row["word"]) and "/%s/" % row["category"] in row["script"], "%s goes by %s in %s" % [row["class"], row["word"], row["category"]])
 	for base: StringName in [&"SCMachineAction", &"SCMachineCondition"]:
 		for kind in ClassDB.get_inheriters_from_class(base):
-			expect(listed.has(StringName(kind)), "%s is registered and describes no kind" % kind)
+			expect(Filling.kinds().has(StringName(kind)), "%s is registered and describes no kind" % kind)
 
 
 func test_they_are_registered_wait_first_and_assert_last() -> void:
-	var between := _kinds()
+	var between := Filling.kinds()
 	expect_equal(between.pop_front(), &"SCWaitAction")
 	if between.has(&"SCAssertAction"):
 		expect_equal(between.pop_back(), &"SCAssertAction")
@@ -63,12 +41,12 @@ func test_they_are_registered_wait_first_and_assert_last() -> void:
 
 
 func test_each_can_be_made_and_tells_what_it_is() -> void:
-	for kind in _kinds():
+	for kind in Filling.kinds():
 		expect(ClassDB.can_instantiate(kind), "%s cannot be made" % kind)
-		var made := _made_of(kind)
+		var made := _bare(kind)
 		expect_equal(SCMachineAction.kind_name(made), kind)
-		var is_question := made is SCMachineCondition
-		expect(String(kind).ends_with("Condition") == is_question and (is_question or made is SCMachineAction), "%s is named after the other base" % kind)
+		var is_condition := made is SCMachineCondition
+		expect(String(kind).ends_with("Condition") == is_condition and (is_condition or made is SCMachineAction), "%s is named after the other base" % kind)
 		for said: String in [made.call(&"summary"), made.call(&"shown_summary")]:
 			expect(not said.strip_edges().is_empty() and not said.begins_with("<"), "%s says \"%s\" of itself" % [kind, said])
 		var shown: String = made.call(&"shown_summary")
@@ -76,24 +54,24 @@ func test_each_can_be_made_and_tells_what_it_is() -> void:
 
 
 func test_each_setting_has_its_words() -> void:
-	for kind in _kinds():
+	for kind in Filling.kinds():
 		_expect_words(String(kind), SCMachineAction.doc_of(kind, &""))
-		for property in _settings_of(kind):
+		for property in Filling.settings_of(kind):
 			if property["usage"] & PROPERTY_USAGE_EDITOR:
 				_expect_words("%s.%s" % [kind, property["name"]], SCMachineAction.doc_of(kind, property["name"]))
 
 
 func test_each_starts_with_what_its_settings_allow() -> void:
-	for kind in _kinds():
-		var made := _made_of(kind)
-		for property in _settings_of(kind):
+	for kind in Filling.kinds():
+		var made := _bare(kind)
+		for property in Filling.settings_of(kind):
 			var fault := _out_of_place(property, made.get(property["name"]))
 			expect(fault.is_empty(), "%s.%s starts as %s" % [kind, property["name"], fault])
 
 
 func test_a_file_keeps_every_setting() -> void:
-	for kind in _kinds():
-		var made := _made_of(kind)
+	for kind in Filling.kinds():
+		var made := _bare(kind)
 		_fill_in(made)
 		var loaded := _saved_and_loaded(made)
 		expect(loaded != null and loaded.get_class() == String(kind), "%s does not come back from a file" % kind)
@@ -102,8 +80,8 @@ func test_a_file_keeps_every_setting() -> void:
 
 
 func test_a_file_keeps_which_variables_are_read() -> void:
-	for kind in _kinds():
-		var made := _made_of(kind)
+	for kind in Filling.kinds():
+		var made := _bare(kind)
 		var settings := SCMachineAction.can_be_read_from_a_variable_of(made)
 		_read_everything_from_variables(made)
 		var said: String = made.call(&"shown_summary")
@@ -121,7 +99,7 @@ func test_a_file_keeps_which_variables_are_read() -> void:
 
 func test_each_has_its_script_and_the_script_its_runtime() -> void:
 	var without: PackedStringArray = []
-	for row in _rows():
+	for row in SCMachineAction._core_kinds():
 		var kind: StringName = row["class"]
 		var path: String = row["script"]
 		if not ResourceLoader.exists(path):
@@ -130,7 +108,7 @@ func test_each_has_its_script_and_the_script_its_runtime() -> void:
 		var script: GDScript = load(path)
 		expect_equal(script.get_instance_base_type(), kind, path)
 		expect(script.get_base_script() == null and script.get_global_name().is_empty(), "%s stands for more than its kind" % path)
-		var bare := _made_of(kind)
+		var bare := _bare(kind)
 		var scripted: Resource = script.new()
 		var has := SCMachineAction._core_has_runtime(bare)
 		if not has:
@@ -146,73 +124,75 @@ func test_each_has_its_script_and_the_script_its_runtime() -> void:
 
 
 func test_the_settings_of_any_type_are_the_settled_ones() -> void:
-	for kind in _kinds():
-		var any: Array[StringName] = []
-		for property in _settings_of(kind):
-			if property["type"] == TYPE_NIL and property["usage"] & PROPERTY_USAGE_NIL_IS_VARIANT:
-				any.append(property["name"])
-		any.sort()
-		var settled: Array = Tables.ANY_TYPE.get(kind, []).duplicate()
-		settled.sort()
-		expect_equal(str(any), str(settled), "%s takes any type in" % kind)
+	var settled := Tables.listed(Tables.ANY_TYPE)
+	for kind in Filling.kinds():
+		for property: Dictionary in Filling.settings_of(kind):
+			var takes_any: bool = property["type"] == TYPE_NIL and property["usage"] & PROPERTY_USAGE_NIL_IS_VARIANT
+			var key := "%s:%s" % [kind, property["name"]]
+			expect(takes_any == settled.has(key), "%s takes %s" % [key, "any type" if takes_any else "one type"])
+			settled.erase(key)
+	for key in settled:
+		expect(key.get_slice(":", 0) not in Filling.kinds(), "%s is not there" % key)
 
 
 func test_the_2d_defaults_are_the_settled_ones() -> void:
-	var kinds := _kinds()
-	var settled: Dictionary[String, Variant] = Tables.IN_2D.duplicate()
-	for key in Tables.IN_PIXELS:
+	var settled: Dictionary[String, Variant] = {}
+	for entry in Tables.IN_2D:
+		settled[Tables.key_of(entry)] = Tables.IN_2D[entry]
+	for key in Tables.listed(Tables.AT_ZERO):
+		settled[key] = Vector2.ZERO
+	for key in Tables.listed(Tables.IN_PIXELS):
 		settled[key] = "px"
 	for key: String in settled.keys():
-		var parts := key.split(":")
-		if not kinds.has(StringName(parts[0])):
+		if not Filling.kinds().has(StringName(key.get_slice(":", 0))):
 			settled.erase(key)
 	var told := SCMachineAction.starts_in_2d()
 	for key: String in settled:
 		expect(told.has(key) and typeof(told[key]) == typeof(settled[key]) and told[key] == settled[key], "%s starts in 2D as %s, settled is %s" % [key, told.get(key, "in 3D"), settled[key]])
 	for key: String in told:
 		expect(settled.has(key), "%s has a 2D default that is not settled" % key)
-	for kind in kinds:
-		var deep := _made_of(kind)
+	for kind in Filling.kinds():
 		for way: StringName in [&"suit_settings_2d", &"suit_2d"]:
-			var flat := _made_of(kind)
+			var suited := _bare(kind)
 			if way == &"suit_settings_2d":
-				SCMachineAction.suit_settings_2d(flat)
-			elif flat is SCMachineAction:
-				flat.call(way)
+				SCMachineAction.suit_settings_2d(suited)
+			elif suited is SCMachineAction:
+				suited.call(way)
 			else:
 				continue
-			_expect_suited(kind, way, deep, flat, settled)
+			_expect_suited(kind, way, suited, settled)
 
 
 func test_settings_of_one_side_are_there() -> void:
-	for key in Tables.ON_ONE_SIDE:
+	for entry in Tables.ON_ONE_SIDE:
+		var key := Tables.key_of(entry)
 		var parts := key.split(":")
 		if not ClassDB.class_exists(parts[0]):
 			continue
 		for on_2d: bool in [false, true]:
 			SCMachineAction.set_shown_on_2d(1 if on_2d else 0)
 			var shown := false
-			for property in _made_of(parts[0]).get_property_list():
+			for property in _bare(parts[0]).get_property_list():
 				if property["name"] == parts[1] and property["usage"] & PROPERTY_USAGE_EDITOR:
 					shown = true
-			expect(shown == (on_2d == Tables.ON_ONE_SIDE[key]), "%s is %s in %s" % [key, "shown" if shown else "hidden", "2D" if on_2d else "3D"])
+			expect(shown == (on_2d == Tables.ON_ONE_SIDE[entry]), "%s is %s in %s" % [key, "shown" if shown else "hidden", "2D" if on_2d else "3D"])
 		SCMachineAction.set_shown_on_2d(-1)
 
 
 func test_each_runs_with_nothing_filled_in() -> void:
-	for kind in _kinds():
+	for kind in Filling.kinds():
 		await _run_everywhere(kind, func(_made: Resource) -> void: pass)
 
 
 func test_each_runs_reading_variables_that_nobody_has() -> void:
-	for kind in _kinds():
+	for kind in Filling.kinds():
 		await _run_everywhere(kind, _read_everything_from_variables)
 
 
-## In machines on a node without a place, on a flat one and on a deep one, once and every frame; left, stopped, and freed
+## In machines on a node without a place, on a node_2d and on a node_3d, once and every frame; left, stopped, and freed
 ## while they run.
 func _run_everywhere(kind: StringName, prepare: Callable) -> void:
-	if kind in ENDS_THE_GAME:
+	if kind in Filling.ENDS_THE_GAME:
 		return
 	var left := _put_to_work(kind, Node2D.new(), SCMachineAction.EVERY_FRAME, prepare)
 	var stopped := _put_to_work(kind, Node.new(), SCMachineAction.ONCE, prepare)
@@ -240,12 +220,9 @@ func _run_everywhere(kind: StringName, prepare: Callable) -> void:
 
 func _put_to_work(kind: StringName, host: Node, mode: int, prepare: Callable) -> SCMachine:
 	add(host)
-	var made := _made_of(kind)
+	var made := _bare(kind)
 	prepare.call(made)
-	var action := made as SCMachineAction
-	if action == null:
-		action = ClassDB.instantiate(&"SCCheckAction")
-		action.set(&"condition", made)
+	var action := Filling.action_with(made)
 	action.run_mode = mode
 	return start(machine([state("Work", [action], {"FINISHED": "Over"}), state("Over")], {"name": MACHINE, "under": host}))
 
@@ -256,42 +233,8 @@ func _put_the_game_back() -> void:
 	Input.mouse_mode = Input.MOUSE_MODE_VISIBLE
 
 
-func _rows() -> Array[Dictionary]:
-	return SCMachineAction._core_kinds()
-
-
-func _kinds() -> Array[StringName]:
-	var kinds: Array[StringName] = []
-	for row in _rows():
-		kinds.append(row["class"])
-	return kinds
-
-
-func _made_of(kind: StringName) -> Resource:
+func _bare(kind: StringName) -> Resource:
 	return ClassDB.instantiate(kind)
-
-
-func _settled_path(category: String, kind: StringName) -> String:
-	var word: StringName = Tables.WORDS[category][kind]
-	if category == "conditions":
-		return "res://addons/quillstead/conditions/condition_%s.gd" % word
-	return "res://addons/quillstead/actions/%s/action_%s.gd" % [category, word]
-
-
-## What the kind and its bases declare, down to but not including the engine's own.
-func _settings_of(kind: StringName) -> Array[Dictionary]:
-	var settings: Array[Dictionary] = []
-	var of := kind
-	while of != &"Resource":
-		for property in ClassDB.class_get_property_list(of, true):
-			if not property["usage"] & (PROPERTY_USAGE_GROUP | PROPERTY_USAGE_SUBGROUP | PROPERTY_USAGE_CATEGORY):
-				settings.append(property)
-		of = ClassDB.get_parent_class(of)
-	return settings
-
-
-func _stored_settings_of(kind: StringName) -> Array[Dictionary]:
-	return _settings_of(kind).filter(func(property: Dictionary) -> bool: return property["usage"] & PROPERTY_USAGE_STORAGE)
 
 
 func _expect_words(whose: String, words: String) -> void:
@@ -311,7 +254,7 @@ func _out_of_place(property: Dictionary, value: Variant) -> String:
 				if part < options[0].to_float() and not "or_less" in options or part > options[1].to_float() and not "or_greater" in options:
 					return "%s, outside %s" % [value, property["hint_string"]]
 		PROPERTY_HINT_ENUM:
-			if property["type"] == TYPE_INT and not (value as int) in _choices_of(options):
+			if property["type"] == TYPE_INT and not (value as int) in Filling.choices_of(options):
 				return "%s, which is none of %s" % [value, property["hint_string"]]
 			if property["type"] in [TYPE_STRING, TYPE_STRING_NAME] and not String(value).is_empty() and not String(value) in options:
 				return "%s, which is none of %s" % [value, property["hint_string"]]
@@ -335,142 +278,24 @@ func _parts_of(value: Variant) -> PackedFloat64Array:
 	return []
 
 
-func _choices_of(options: PackedStringArray) -> PackedInt64Array:
-	var choices: PackedInt64Array = []
-	var next := 0
-	for option in options:
-		if ":" in option:
-			next = option.get_slice(":", 1).to_int()
-		choices.append(next)
-		next += 1
-	return choices
-
-
 ## Another value than it starts with for every setting that a file keeps.
 func _fill_in(made: Resource) -> void:
-	var kind := StringName(made.get_class())
-	for property in _stored_settings_of(kind):
+	var dice := Dice.new()
+	dice.seed = hash(made.get_class())
+	var filling := Filling.new(dice, false)
+	for property: Dictionary in Filling.stored_of(made.get_class()):
 		var setting: String = property["name"]
 		# Filled through the settings that can be read from a variable.
 		if setting == "from_variables":
 			continue
 		var before: Variant = made.get(setting)
-		var other: Variant = _another(property, before)
-		if other == null:
-			_fail("%s.%s: this story has no other value for a setting like it (%s)" % [kind, setting, property])
-			continue
+		var other: Variant = before
+		for i in DRAWS:
+			other = filling.within(property, before)
+			if other != null and not _same(other, before):
+				break
 		made.set(setting, other)
-		expect(not _same(made.get(setting), before), "%s.%s stays as it was when it is set to %s" % [kind, setting, other])
-
-
-func _another(property: Dictionary, before: Variant) -> Variant:
-	var options := (property["hint_string"] as String).split(",")
-	match property["type"] as Variant.Type:
-		TYPE_NIL:
-			return "something else" if property["usage"] & PROPERTY_USAGE_NIL_IS_VARIANT else null
-		TYPE_BOOL:
-			return not before
-		TYPE_INT:
-			if property["hint"] == PROPERTY_HINT_ENUM:
-				for choice in _choices_of(options):
-					if choice != before:
-						return choice
-				return null
-			return int(_another_number(property, before, 1.0))
-		TYPE_FLOAT:
-			return _another_number(property, before, 0.5)
-		TYPE_STRING, TYPE_STRING_NAME:
-			if property["hint"] == PROPERTY_HINT_ENUM:
-				for option in options:
-					if option != String(before):
-						return option
-			return "something_else"
-		TYPE_NODE_PATH:
-			return ^"../Something/Else"
-		TYPE_VECTOR2:
-			return before + Vector2(0.25, 0.5)
-		TYPE_VECTOR2I:
-			return before + Vector2i(1, 2)
-		TYPE_VECTOR3:
-			return before + Vector3(0.25, 0.5, 0.75)
-		TYPE_VECTOR3I:
-			return before + Vector3i(1, 2, 3)
-		TYPE_RECT2:
-			return Rect2(1, 2, 3, 4)
-		TYPE_RECT2I:
-			return Rect2i(1, 2, 3, 4)
-		TYPE_COLOR:
-			return Color(0.25, 0.5, 0.75, 0.5)
-		TYPE_DICTIONARY:
-			return _another_dictionary(before)
-		TYPE_ARRAY:
-			return _another_array(before)
-		TYPE_OBJECT:
-			return _some_resource(StringName(property["hint_string"]))
-		TYPE_PACKED_STRING_ARRAY:
-			return PackedStringArray(["something", "else"])
-		TYPE_PACKED_FLOAT32_ARRAY:
-			return PackedFloat32Array([0.25, 0.5])
-		TYPE_PACKED_FLOAT64_ARRAY:
-			return PackedFloat64Array([0.25, 0.5])
-		TYPE_PACKED_INT32_ARRAY:
-			return PackedInt32Array([3, 4])
-		TYPE_PACKED_INT64_ARRAY:
-			return PackedInt64Array([3, 4])
-		TYPE_PACKED_VECTOR2_ARRAY:
-			return PackedVector2Array([Vector2(1, 2)])
-		TYPE_PACKED_COLOR_ARRAY:
-			return PackedColorArray([Color(0.25, 0.5, 0.75)])
-	return null
-
-
-func _another_number(property: Dictionary, before: float, step: float) -> float:
-	if property["hint"] != PROPERTY_HINT_RANGE:
-		return before + step
-	var options := (property["hint_string"] as String).split(",")
-	if before + step <= options[1].to_float():
-		return before + step
-	return before - step
-
-
-func _another_array(before: Array) -> Array:
-	var made := before.duplicate()
-	made.append(_some_value(before.get_typed_builtin(), before.get_typed_class_name()))
-	return made
-
-
-func _another_dictionary(before: Dictionary) -> Dictionary:
-	var made := before.duplicate()
-	made[_some_value(before.get_typed_key_builtin(), before.get_typed_key_class_name())] = _some_value(before.get_typed_value_builtin(), before.get_typed_value_class_name())
-	return made
-
-
-func _some_value(type: int, class_of: StringName) -> Variant:
-	match type:
-		TYPE_NIL, TYPE_STRING, TYPE_STRING_NAME:
-			return &"something_else" if type == TYPE_STRING_NAME else "something_else"
-		TYPE_OBJECT:
-			return _some_resource(class_of)
-		TYPE_NODE_PATH:
-			return ^"../Something/Else"
-		TYPE_BOOL:
-			return true
-	return type_convert(7, type)
-
-
-func _some_resource(class_of: StringName) -> Resource:
-	if class_of == &"PackedScene":
-		return _some_scene()
-	var name: StringName = STAND_INS.get(class_of.get_slice(",", 0), class_of.get_slice(",", 0))
-	return ClassDB.instantiate(name) if ClassDB.can_instantiate(name) else null
-
-
-func _some_scene() -> PackedScene:
-	var root := Node.new()
-	var scene := PackedScene.new()
-	scene.pack(root)
-	root.free()
-	return scene
+		expect(not _same(made.get(setting), before), "%s.%s stays as it was when it is set to %s" % [made.get_class(), setting, other])
 
 
 func _read_everything_from_variables(made: Resource) -> void:
@@ -486,7 +311,7 @@ func _saved_and_loaded(made: Resource) -> Resource:
 
 
 func _expect_same(made: Resource, loaded: Resource, whose: StringName) -> void:
-	for property in _stored_settings_of(StringName(made.get_class())):
+	for property in Filling.stored_of(StringName(made.get_class())):
 		var setting: String = property["name"]
 		expect(_same(made.get(setting), loaded.get(setting)), "%s.%s was saved as %s and loaded as %s" % [whose, setting, made.get(setting), loaded.get(setting)])
 
@@ -511,12 +336,13 @@ func _same(a: Variant, b: Variant) -> bool:
 	return a == b
 
 
-func _expect_suited(kind: StringName, way: StringName, deep: Resource, flat: Resource, settled: Dictionary[String, Variant]) -> void:
-	for property in _stored_settings_of(kind):
+func _expect_suited(kind: StringName, way: StringName, suited: Resource, settled: Dictionary[String, Variant]) -> void:
+	var bare := _bare(kind)
+	for property in Filling.stored_of(kind):
 		var setting: String = property["name"]
 		var key := "%s:%s" % [kind, setting]
 		if settled.has(key):
-			var wanted: Variant = deep.get(setting) * SCMachineAction.pixels_per_metre() if settled[key] is String else settled[key]
-			expect_equal(flat.get(setting), wanted, "%s after %s" % [key, way])
+			var wanted: Variant = bare.get(setting) * SCMachineAction.pixels_per_metre() if settled[key] is String else settled[key]
+			expect_equal(suited.get(setting), wanted, "%s after %s" % [key, way])
 		elif way == &"suit_settings_2d":
-			expect(_same(flat.get(setting), deep.get(setting)), "%s has another value in 2D, which is not settled" % key)
+			expect(_same(suited.get(setting), bare.get(setting)), "%s has another value in 2D, which is not settled" % key)

@@ -54,11 +54,16 @@ class Meddler:
 
 
 func test_which_settings_have_a_twin() -> void:
-	expect_equal(_settings_of(SCWaitAction.new()), ["seconds", "random_extra", "real_time"])
-	expect_equal(_settings_of(Shove.new()), ["strength", "push", "input_action"], "a variable setting of its own is kept, one of a wrong type has none")
-	expect_equal(_settings_of(HardShove.new()), ["harder", "strength", "push", "input_action"])
-	expect_equal(_settings_of(SCMachineAction.new()), [])
-	expect_equal(_settings_of(Resource.new()), [])
+	# A variable setting of its own is kept, and one of a wrong type has none.
+	for row: Array in [
+		[SCWaitAction.new(), ["seconds", "random_extra", "real_time"]],
+		[Shove.new(), ["strength", "push", "input_action"]],
+		[HardShove.new(), ["harder", "strength", "push", "input_action"]],
+		[SCMachineAction.new(), []],
+		[Resource.new(), []],
+	]:
+		var names := Array(SCMachineAction.can_be_read_from_a_variable_of(row[0])).map(func(name: StringName) -> String: return name)
+		expect_equal(names, row[1])
 	expect_equal(Array(SCMachineAction.can_be_read_from_a_variable(Shove)), [&"strength", &"push", &"input_action"])
 	expect_equal(Array(SCMachineAction.can_be_read_from_a_variable(&"SCWaitAction")), [&"seconds", &"random_extra", &"real_time"])
 	expect_equal(SCMachineAction.setting_behind(&"SCWaitAction", &"seconds_variable"), &"seconds")
@@ -66,24 +71,27 @@ func test_which_settings_have_a_twin() -> void:
 
 
 func test_a_twin_is_shown_and_never_stored() -> void:
-	var pause := wait(1.0)
-	var shown := _property(pause, "seconds_variable")
-	expect_equal(shown["type"], TYPE_STRING_NAME)
-	expect_equal(shown["usage"], PROPERTY_USAGE_EDITOR)
-	pause.set(&"seconds_variable", &"pause")
-	expect_equal(pause.get(&"seconds_variable"), &"pause")
-	expect_equal(pause.from_variables, {&"seconds": &"pause"})
-	expect_equal(pause.get(&"random_extra_variable"), &"", "one that is not set is empty")
-	var text := _file_of(pause)
-	expect(not text.contains("seconds_variable"), text)
-	expect(text.contains("\"pause\""), text)
-
-
-func test_setting_and_clearing_a_twin_is_told() -> void:
-	var pause := wait(1.0)
+	var pause := wait(5.0)
 	var changes := [0]
 	pause.changed.connect(func() -> void: changes[0] += 1)
 	pause.set(&"seconds_variable", &"pause")
+	expect_equal(property_of(pause, "seconds_variable")["type"], TYPE_STRING_NAME)
+	expect_equal(property_of(pause, "seconds_variable")["usage"], PROPERTY_USAGE_EDITOR)
+	expect_equal(pause.from_variables, {&"seconds": &"pause"})
+	expect_equal(pause.get(&"random_extra_variable"), &"", "one that is not set is empty")
+	var path := "user://story_pause.tres"
+	ResourceSaver.save(pause, path)
+	var text := FileAccess.get_file_as_string(path)
+	expect(not text.contains("seconds_variable") and text.contains("\"pause\""), text)
+	# A file may be loaded on another thread.
+	var reader := Thread.new()
+	reader.start(ResourceLoader.load.bind(path, "", ResourceLoader.CACHE_MODE_IGNORE))
+	while reader.is_alive():
+		await frames(1)
+	var loaded: SCWaitAction = reader.wait_to_finish()
+	expect_equal(loaded.get(&"seconds_variable"), &"pause")
+	expect_equal(loaded.seconds, 5.0)
+	DirAccess.remove_absolute(path)
 	pause.set(&"seconds_variable", &"")
 	expect_equal(changes[0], 2)
 	expect_equal(pause.from_variables, {})
@@ -91,43 +99,21 @@ func test_setting_and_clearing_a_twin_is_told() -> void:
 
 
 func test_a_bound_setting_is_read_each_time_the_state_is_entered() -> void:
-	var pause := wait(5.0)
-	pause.set(&"seconds_variable", &"pause")
+	var pause := wait(5.0, {"seconds_variable": &"pause"})
 	var guard := start(machine([
 		state("Look", [pause], {"FINISHED": "Leave"}),
 		state("Leave", [], {"back": "Look"}),
 	], {"variables": {"pause": 0.2}}))
-	await advance(0.1)
-	expect_state(guard, "Look")
-	await advance(0.2)
-	expect_state(guard, "Leave")
+	await expect_later(guard, 0.1, "Look")
+	await expect_later(guard, 0.2, "Leave")
 	guard.set_value("pause", 0.5)
 	guard.send_event("back")
-	await advance(0.4)
-	expect_state(guard, "Look")
-	await advance(0.2)
-	expect_state(guard, "Leave")
+	await expect_later(guard, 0.4, "Look")
+	await expect_later(guard, 0.2, "Leave")
+	expect_equal(pause.seconds, 0.5)
 	expect_equal(pause.get(&"_typed_in"), {&"seconds": 5.0})
-
-
-func test_a_cleared_twin_brings_back_what_was_typed_in() -> void:
-	var pause := wait(5.0)
-	pause.set(&"seconds_variable", &"pause")
-	var guard := start(machine([state("Look", [pause])], {"variables": {"pause": 0.2}}))
-	expect_equal(pause.seconds, 0.2)
 	pause.set(&"seconds_variable", &"")
-	expect_equal(pause.seconds, 5.0)
-	expect(guard.is_running())
-
-
-func test_one_resource_serves_two_machines() -> void:
-	var bell := print_line("?")
-	bell.set(&"text_variable", &"words")
-	var design := template([state("Ring", [bell])], {"variables": {"words": "ding"}})
-	start(running(design, {"name": "First"}))
-	start(running(design, {"name": "Second", "starting_values": {&"words": "dong"}}))
-	expect_printed("ding")
-	expect_printed("dong")
+	expect_equal(pause.seconds, 5.0, "what was typed in comes back")
 
 
 func test_names_changed_in_place_count_from_the_next_frame() -> void:
@@ -214,8 +200,7 @@ func test_the_run_mode_of_a_file_outlasts_the_script_it_belongs_to() -> void:
 	expect_equal(creep.run_mode, SCMachineAction.EVERY_FRAME)
 	creep.run_mode = SCMachineAction.ONCE
 	expect_equal(creep.get(&"run_mode_saved"), 0)
-	var stored := _property(creep, "run_mode_saved")
-	expect_equal(stored["usage"], PROPERTY_USAGE_STORAGE)
+	expect_equal(property_of(creep, "run_mode_saved")["usage"], PROPERTY_USAGE_STORAGE)
 	# As while a file loads: the value first, the script after.
 	var loading := SCMachineAction.new()
 	loading.set(&"run_mode_saved", 0)
@@ -225,37 +210,17 @@ func test_the_run_mode_of_a_file_outlasts_the_script_it_belongs_to() -> void:
 	expect_equal(loading.run_mode, SCMachineAction.EVERY_FRAME)
 
 
-func test_a_file_loads_on_another_thread() -> void:
-	var pause := wait(5.0)
-	pause.set(&"seconds_variable", &"pause")
-	var path := "user://threaded_pause.tres"
-	ResourceSaver.save(pause, path)
-	var reader := Thread.new()
-	reader.start(ResourceLoader.load.bind(path, "", ResourceLoader.CACHE_MODE_IGNORE))
-	while reader.is_alive():
-		await frames(1)
-	var loaded: SCWaitAction = reader.wait_to_finish()
-	expect_equal(loaded.get(&"seconds_variable"), &"pause")
-	expect_equal(loaded.seconds, 5.0)
-	DirAccess.remove_absolute(path)
-
-
 func test_what_an_action_reads_writes_and_sends() -> void:
 	var shove := Shove.new()
 	shove.body_variable = &"body"
 	shove.set(&"strength_variable", &"might")
-	var read := Array(shove.variables_read())
-	read.sort()
-	expect_equal(read, ["body", "might"])
-	var used := shove.variables_used()
-	expect_equal(used.size(), 2)
-	expect(used.has(&"body") and used.has(&"might"))
-	var shout := send(&"hello")
-	expect_equal(Array(shout.events_sent()), ["hello"])
+	for names: PackedStringArray in [shove.variables_read(), PackedStringArray(shove.variables_used())]:
+		names.sort()
+		expect_equal(names, PackedStringArray(["body", "might"]))
+	expect_equal(Array(send(&"hello").events_sent()), ["hello"])
 	var guard := start(machine([state("Idle")], {"variables": {"might": 3.5, "other": 1}}))
-	expect_equal(shove.live_words(guard, ""), "might = 3.5")
-	expect_equal(shove.live_words(guard, "Shove"), "Shove  might = 3.5")
-	expect_equal(shove.live_words(null, "Shove"), "")
+	for row: Array in [[guard, "", "might = 3.5"], [guard, "Shove", "Shove  might = 3.5"], [null, "Shove", ""]]:
+		expect_equal(shove.live_words(row[0], row[1]), row[2])
 
 
 func _scaling() -> SCVectorAction:
@@ -265,22 +230,3 @@ func _scaling() -> SCVectorAction:
 	scale.store_in = &"scaled"
 	scale.run_mode = SCMachineAction.EVERY_FRAME
 	return scale
-
-
-func _settings_of(object: Resource) -> Array:
-	return Array(SCMachineAction.can_be_read_from_a_variable_of(object)).map(func(name: StringName) -> String: return name)
-
-
-func _property(object: Object, name: String) -> Dictionary:
-	for property in object.get_property_list():
-		if property["name"] == name:
-			return property
-	return {}
-
-
-func _file_of(resource: Resource) -> String:
-	var path := "user://story_file.tres"
-	ResourceSaver.save(resource, path)
-	var text := FileAccess.get_file_as_string(path)
-	DirAccess.remove_absolute(path)
-	return text

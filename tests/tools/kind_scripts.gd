@@ -1,10 +1,11 @@
 extends SceneTree
-## Makes the addon's scripts of kinds and [code]docs/kinds.md[/code] from what the library has registered. Run by
+## Makes the addon's scripts of kinds, [code]docs/kinds.md[/code] and the README's count from what the library has registered. Run by
 ## [code]./dev kinds[/code] with [code]write[/code], which touches only what differs, and by [code]./dev lint[/code] with
 ## [code]check[/code], which ends with 1 when a script is missing, misnamed or stale, or when something else lies there.
 
 const FOLDERS: Array[String] = ["res://addons/quillstead/actions", "res://addons/quillstead/conditions"]
 const PAGE: String = "res://docs/kinds.md"
+const README: String = "res://README.md"
 const WIDTH: int = 116
 
 var _wanted: Dictionary[String, String] = {}
@@ -18,6 +19,7 @@ func _initialize() -> void:
 	for kind in kinds:
 		_wanted[kind["script"]] = _script_of(kind)
 	_wanted[PAGE] = _page_of(kinds)
+	_wanted[README] = _readme_with(kinds.size())
 	for path in _wanted:
 		_settle(path, writes)
 	for folder in FOLDERS:
@@ -57,14 +59,23 @@ func _page_of(kinds: Array[Dictionary]) -> String:
 	var page := "# The kinds\n\nWhat the Add Action menu offers, and the questions a Check asks. The editor's help tells each in full.\n"
 	page += "Made by `./dev kinds` from what the library says of itself.\n"
 	var categories := by_category.keys()
-	categories.sort_custom(_questions_last)
+	categories.sort_custom(_conditions_last)
 	for category: String in categories:
 		by_category[category].sort()
 		page += "\n## %s\n\n%s\n" % [category.capitalize(), "\n".join(by_category[category])]
 	return page
 
 
-func _questions_last(a: String, b: String) -> bool:
+## The page as it is, with the number of kinds as it is now.
+func _readme_with(count: int) -> String:
+	var text := FileAccess.get_file_as_string(README)
+	var told := RegEx.create_from_string("\\d+(?= ready-made actions and conditions)")
+	if told.search(text) == null:
+		_faults.append("README.md does not say how many ready-made actions and conditions there are")
+	return told.sub(text, str(count))
+
+
+func _conditions_last(a: String, b: String) -> bool:
 	if (a == "conditions") != (b == "conditions"):
 		return b == "conditions"
 	return a < b

@@ -1,7 +1,8 @@
 // Where the engine enters the library: InitObject in the entry function takes what the engine hands over, and calls the extension's initializer and
 // terminator level by level.
 
-#pragma once
+#ifndef GODOT_CPP_GODOT_HPP
+#define GODOT_CPP_GODOT_HPP
 
 #include <godot_cpp/core/defs.hpp>
 
@@ -50,3 +51,5 @@ public:
 };
 
 } // namespace godot
+
+#endif // GODOT_CPP_GODOT_HPP

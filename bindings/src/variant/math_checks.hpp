@@ -1,5 +1,6 @@
 // The argument checks of the math types' sources. As in the engine, debug builds report a wrong argument and answer with a neutral value.
-#pragma once
+#ifndef GODOT_CPP_SRC_VARIANT_MATH_CHECKS_HPP
+#define GODOT_CPP_SRC_VARIANT_MATH_CHECKS_HPP
 
 #include <godot_cpp/core/error_macros.hpp>
 #include <godot_cpp/core/math.hpp>
@@ -13,3 +14,5 @@
 #endif
 
 #define CHECK_NORMALIZED(m_value, m_name, m_result) CHECK_MATH((m_value).is_normalized(), m_result, String("The " m_name " ") + String(m_value) + String(" must be normalized."))
+
+#endif // GODOT_CPP_SRC_VARIANT_MATH_CHECKS_HPP

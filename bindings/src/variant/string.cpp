@@ -12,15 +12,12 @@ namespace godot {
 
 namespace {
 
-// Compares without making a String; only text beyond ASCII has to be decoded first.
+// Compares without making a String.
 bool equals_text(const String &p_string, const char *p_text) {
 	const int64_t length = p_string.length();
 	const char32_t *characters = p_string.ptr();
 	for (int64_t index = 0; index < length; index++) {
 		const unsigned char byte = static_cast<unsigned char>(p_text[index]);
-		if (byte >= 0x80) {
-			return p_string == String::utf8(p_text);
-		}
 		// A zero inside the String ends here too, as the text has ended.
 		if (byte == 0 || characters[index] != byte) {
 			return false;
@@ -49,7 +46,7 @@ CharStringT<T> encode(const String &p_string, GDExtensionInt (*p_convert)(GDExte
 String::String(const char *p_text) :
 		OpaqueValue(internal::Unconstructed()) {
 	if (p_text && p_text[0]) {
-		gdextension_interface::string_new_with_utf8_chars(_native_ptr(), p_text);
+		gdextension_interface::string_new_with_latin1_chars(_native_ptr(), p_text);
 	}
 }
 
@@ -121,7 +118,7 @@ String String::num_real(double p_number, bool p_trailing) {
 	const double magnitude = std::abs(p_number);
 	if (magnitude <= LARGEST_WHOLE && p_number == std::trunc(p_number)) {
 		const String whole = num_int64(int64_t(p_number));
-		return p_trailing ? whole + ".0" : whole;
+		return p_trailing ? whole + String(".0") : whole;
 	}
 	if (!std::isfinite(p_number)) {
 		return num(p_number);
@@ -207,19 +204,19 @@ bool String::operator==(const char32_t *p_text) const {
 	return *this == String(p_text);
 }
 
-String String::operator+(const char *p_text) const {
+String String::operator+(const char *p_text) {
 	return *this + String(p_text);
 }
 
-String String::operator+(const wchar_t *p_text) const {
+String String::operator+(const wchar_t *p_text) {
 	return *this + String(p_text);
 }
 
-String String::operator+(const char32_t *p_text) const {
+String String::operator+(const char32_t *p_text) {
 	return *this + String(p_text);
 }
 
-String String::operator+(char32_t p_char) const {
+String String::operator+(char32_t p_char) {
 	String result(*this);
 	result += p_char;
 	return result;

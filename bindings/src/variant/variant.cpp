@@ -309,10 +309,10 @@ void Variant::callp_static(Variant::Type p_type, const StringName &p_method, con
 }
 
 void Variant::evaluate(const Operator &p_op, const Variant &p_a, const Variant &p_b, Variant &r_ret, bool &r_valid) {
-	Variant result;
+	// The engine empties the place of its answer before it reads the operands, so that may be neither of them.
+	r_ret.clear();
 	GDExtensionBool valid = 0;
-	gdextension_interface::variant_evaluate(static_cast<GDExtensionVariantOperator>(p_op), &p_a, &p_b, &result, &valid);
-	r_ret = std::move(result);
+	gdextension_interface::variant_evaluate(static_cast<GDExtensionVariantOperator>(p_op), &p_a, &p_b, &r_ret, &valid);
 	r_valid = valid != 0;
 }
 

@@ -22,8 +22,6 @@ public:
 	StringName store_brightness_in;
 
 	String summary_default() override;
-	bool finishes_as_it_starts_default() override { return !repeats(); }
-	TypedArray<StringName> optional_names_default() override;
 };
 
 class SCRandomColorAction : public SCMachineAction {
@@ -47,10 +45,6 @@ public:
 	StringName store_in;
 
 	String summary_default() override;
-	bool finishes_as_it_starts_default() override { return !repeats(); }
-
-protected:
-	void _validate_property(PropertyInfo &property) const;
 };
 
 class SCSampleGradientAction : public SCMachineAction {
@@ -64,7 +58,6 @@ public:
 	StringName store_in;
 
 	String summary_default() override;
-	bool finishes_as_it_starts_default() override { return !repeats(); }
 };
 
 class SCSetColorComponentsAction : public SCMachineAction {
@@ -81,9 +74,4 @@ public:
 	bool per_second = false;
 
 	String summary_default() override;
-	bool finishes_as_it_starts_default() override { return !repeats(); }
-	PackedStringArray variables_written_default() override;
-
-protected:
-	void _validate_property(PropertyInfo &property) const;
 };

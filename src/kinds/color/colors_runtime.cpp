@@ -1,8 +1,8 @@
 // Compiled runtimes of the kinds that work with colours.
 
 #include "action/add_kind.hpp"
-#include "action/answering.hpp"
 #include "action/checked.hpp"
+#include "action/runtime_shapes.hpp"
 #include "action/shared_verbs.hpp"
 #include "kinds/color/colors.hpp"
 #include "machine/value_kinds.hpp"
@@ -15,35 +15,15 @@ namespace {
 class GetColorComponents : public OnceOrRepeating<GetColorComponents> {
 	using Kind = SCGetColorComponentsAction;
 
-	struct Part {
-		StringName variable;
-		double value;
-		const char *setting;
-	};
-
 public:
 	static void work(SCMachineBase *machine, SCMachineAction *action, int, double) {
 		const Color color = setting_of<&Kind::color>(action);
-		const Part parts[] = {
-			{ setting_of<&Kind::store_red_in>(action), color.r, "Store Red In" },
-			{ setting_of<&Kind::store_green_in>(action), color.g, "Store Green In" },
-			{ setting_of<&Kind::store_blue_in>(action), color.b, "Store Blue In" },
-			{ setting_of<&Kind::store_alpha_in>(action), color.a, "Store Alpha In" },
-			{ setting_of<&Kind::store_hue_in>(action), color.get_h(), "Store Hue In" },
-			{ setting_of<&Kind::store_saturation_in>(action), color.get_s(), "Store Saturation In" },
-			{ setting_of<&Kind::store_brightness_in>(action), color.get_v(), "Store Brightness In" },
-		};
-		bool any = false;
-		const StillHere here(machine);
-		for (const Part &part : parts) {
-			if (!here) {
-				return;
-			}
-			any = any || !part.variable.is_empty();
-			answering::keep_if_named(machine, action, part.variable, part.value, part.setting);
-		}
+		const bool any = verbs::keep_each<&Kind::store_red_in, &Kind::store_green_in, &Kind::store_blue_in, &Kind::store_alpha_in, &Kind::store_hue_in,
+				&Kind::store_saturation_in, &Kind::store_brightness_in>(
+				machine, action, { color.r, color.g, color.b, color.a, color.get_h(), color.get_s(), color.get_v() });
 		if (!any) {
-			verbs::warn(machine, action, "there is nowhere to put any part of the colour, so they were lost. Pick a variable under Store Red In or one of the others.");
+			verbs::warn(machine, action,
+					"there is nowhere to put any part of the colour, so they were lost. Pick a variable under Store Red In or one of the others.");
 		}
 	}
 };
@@ -51,9 +31,7 @@ public:
 class RandomColor : public OnceOrRepeating<RandomColor> {
 	using Kind = SCRandomColorAction;
 
-	static double between(double lowest, double highest) {
-		return UtilityFunctions::randf_range(MIN(lowest, highest), MAX(lowest, highest));
-	}
+	static double between(double lowest, double highest) { return UtilityFunctions::randf_range(MIN(lowest, highest), MAX(lowest, highest)); }
 
 	static Color in_range(const SCMachineAction *action) {
 		const double from = setting_of<&Kind::lowest_hue>(action);
@@ -103,7 +81,7 @@ public:
 				}
 				break;
 		}
-		answering::keep(machine, action, setting_of<&Kind::store_in>(action), color, "the colour");
+		verbs::keep<&Kind::store_in>(machine, action, color, "the colour");
 	}
 };
 
@@ -120,10 +98,13 @@ public:
 		const double left = setting_of<&Kind::at_the_left>(action);
 		const double right = setting_of<&Kind::at_the_right>(action);
 		if (left == right) {
-			verbs::warn(machine, action, vformat("both ends of its gradient stand for %s, so it took the colour of the left one. Give At The Left and At The Right two different numbers.", words::number(left)));
+			verbs::warn(machine, action,
+					vformat("both ends of its gradient stand for %s, so it took the colour of the left one. Give At The Left and At The Right two different "
+							"numbers.",
+							words::number(left)));
 		}
 		const double share = left == right ? 0.0 : (setting_of<&Kind::number>(action) - left) / (right - left);
-		answering::keep(machine, action, setting_of<&Kind::store_in>(action), gradient->sample(float(CLAMP(share, 0.0, 1.0))), "the colour");
+		verbs::keep<&Kind::store_in>(machine, action, gradient->sample(float(CLAMP(share, 0.0, 1.0))), "the colour");
 	}
 };
 
@@ -175,7 +156,9 @@ public:
 		}
 		const Variant held = machine->get_value(name);
 		if (held.get_type() != Variant::COLOR && !ValueKinds::is_nothing(held)) {
-			verbs::warn(machine, action, vformat("%s holds %s, which is no colour, so it was left alone. Make it a Color in the Variables tab, or pick another under Variable Name.", name, values::kind_in_words(held)));
+			verbs::warn(machine, action,
+					vformat("%s holds %s, which is no colour, so it was left alone. Make it a Color in the Variables tab, or pick another under Variable Name.",
+							name, values::kind_in_words(held)));
 			return;
 		}
 		// A variable that holds nothing yet counts as white.
@@ -194,7 +177,7 @@ public:
 				changed = now * value;
 				break;
 		}
-		answering::keep(machine, action, name, with_part(color, part, changed), "it", "Variable Name");
+		verbs::keep<&Kind::variable_name>(machine, action, with_part(color, part, changed), "it");
 	}
 };
 

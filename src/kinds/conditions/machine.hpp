@@ -1,7 +1,6 @@
 #pragma once
 
-// Questions about machines and the time they take: where one is, what has been done, what has changed,
-// and leaving it to chance.
+// Conditions about machines and the time they take: where one is, what has been done, what has changed, and leaving it to chance.
 
 #include "action/kind_table.hpp"
 

@@ -1,9 +1,9 @@
-// Compiled questions about machines, time, change and chance.
+// Compiled conditions about machines, time, change and chance.
 
 #include "action/add_kind.hpp"
+#include "action/conditions.hpp"
 #include "action/machines.hpp"
 #include "action/native_names.hpp"
-#include "action/questions.hpp"
 #include "design/sc_machine_state.hpp"
 #include "kinds/conditions/machine.hpp"
 #include "machine/value_kinds.hpp"
@@ -62,13 +62,14 @@ bool is_in_state(SCMachineBase *machine, SCMachineCondition *condition) {
 	SCMachineBase *asked = machine;
 	const NodePath path = setting_of<&SCInStateCondition::machine_path>(condition);
 	if (!path.is_empty()) {
-		const Node *node = questions::node(machine, condition, path, "machine_path");
+		const Node *node = conditions::node<&SCInStateCondition::machine_path>(machine, condition);
 		if (node == nullptr) {
 			return false;
 		}
 		asked = machines::at(machine, path);
 		if (asked == nullptr) {
-			verbs::warn(machine, condition, vformat("%s has no Machine, so the answer is no. Pick a Machine, or a node that has one, under Machine Path.", node->get_name()));
+			verbs::warn(machine, condition,
+					vformat("%s has no Machine, so the answer is no. Pick a Machine, or a node that has one, under Machine Path.", node->get_name()));
 			return false;
 		}
 	}
@@ -76,7 +77,8 @@ bool is_in_state(SCMachineBase *machine, SCMachineCondition *condition) {
 		return true;
 	}
 	if (asked->is_running() && asked->find_state(state).is_null()) {
-		verbs::warn(machine, condition, vformat("%s has no state called %s, so the answer is no. Check the name under State Name.", asked->name_in_messages(), state));
+		verbs::warn(machine, condition,
+				vformat("%s has no state called %s, so the answer is no. Check the name under State Name.", asked->name_in_messages(), state));
 	}
 	return false;
 }
@@ -90,7 +92,9 @@ bool has_sub_states(const Ref<Resource> &state) {
 bool is_work_inside_done(SCMachineBase *machine, SCMachineCondition *condition) {
 	const Ref<Resource> state = machine->running_state();
 	if (state.is_valid() && !has_sub_states(state)) {
-		verbs::warn(machine, condition, vformat("%s has no sub-states, so there is no work inside it to finish and the answer is no. Ask this in the state that holds the sub-states.", machines::name_of_state(state)));
+		verbs::warn(machine, condition,
+				vformat("%s has no sub-states, so there is no work inside it to finish and the answer is no. Ask this in the state that holds the sub-states.",
+						machines::name_of_state(state)));
 		return false;
 	}
 	if (!machine->sub_state_finished()) {
@@ -116,11 +120,10 @@ bool is_time_up(SCMachineBase *machine, SCMachineCondition *condition) {
 
 // A node is remembered by its number: it may be freed meanwhile, and must not be kept alive.
 bool has_changed(SCMachineBase *machine, SCMachineCondition *condition) {
-	const StringName variable = setting_of<&SCVariableChangedCondition::variable_name>(condition);
-	if (!questions::has_variable(machine, condition, variable)) {
+	Variant held;
+	if (!conditions::read<&SCVariableChangedCondition::variable_name>(machine, condition, held)) {
 		return false;
 	}
-	const Variant held = machine->get_value(variable);
 	Object *object = held.get_type() == Variant::OBJECT ? held.get_validated_object() : nullptr;
 	const int64_t object_id = object != nullptr ? int64_t(object->get_instance_id()) : 0;
 	const Variant value = held.get_type() == Variant::OBJECT ? Variant() : held;

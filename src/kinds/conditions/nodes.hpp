@@ -1,8 +1,7 @@
 #pragma once
 
-// Questions about a node: where in the tree it is, what is under it, how it stands, what it plays.
+// Conditions about a node: where in the tree it is, what is under it, how it stands, what its properties are.
 
-#include "action/comparing.hpp"
 #include "action/kind_table.hpp"
 
 class SCHasChildOfTypeCondition : public SCMachineCondition {
@@ -38,27 +37,6 @@ public:
 	StringName group;
 
 	String summary_default() override;
-
-protected:
-	void _validate_property(PropertyInfo &property) const;
-};
-
-class SCPlayingCondition : public SCMachineCondition {
-	SC_KIND(SCPlayingCondition, SCMachineCondition)
-
-public:
-	SC_ENUM_LABELLED(Test, "Is Playing,Has Ended,Has Got As Far As", IS_PLAYING, HAS_ENDED, HAS_GOT_AS_FAR_AS)
-
-	NodePath node_path;
-	Test test = IS_PLAYING;
-	double fraction = 0.5;
-	StringName animation_name;
-	String state_machine;
-
-	String summary_default() override;
-
-protected:
-	void _validate_property(PropertyInfo &property) const;
 };
 
 class SCPropertyCondition : public SCMachineCondition {
@@ -74,7 +52,4 @@ public:
 	Variant value = 0.0;
 
 	String summary_default() override;
-
-protected:
-	void _validate_property(PropertyInfo &shown) const;
 };

@@ -1,9 +1,10 @@
-// Compiled questions about a node.
+// Compiled conditions about a node.
 
 #include "action/add_kind.hpp"
+#include "action/comparing.hpp"
+#include "action/conditions.hpp"
 #include "action/native_names.hpp"
 #include "action/property_paths.hpp"
-#include "action/questions.hpp"
 #include "kinds/conditions/nodes.hpp"
 
 #include <godot_cpp/classes/canvas_item.hpp>
@@ -16,7 +17,7 @@
 namespace {
 
 struct Remembered {
-	// The texts are made into names once in a visit, however often the question is asked.
+	// The texts are made into names once in a visit, however often the condition is asked.
 	StringName type_text = "type_text";
 	StringName type = "type";
 	StringName property_text = "property_text";
@@ -75,11 +76,12 @@ bool is_known_type(const StringName &type) {
 }
 
 bool has_child_of_type(SCMachineBase *machine, SCMachineCondition *condition) {
-	const Node *node = questions::node(machine, condition, setting_of<&SCHasChildOfTypeCondition::node_path>(condition), "node_path");
+	using Kind = SCHasChildOfTypeCondition;
+	const Node *node = conditions::node<&Kind::node_path>(machine, condition);
 	if (node == nullptr) {
 		return false;
 	}
-	const String text = setting_of<&SCHasChildOfTypeCondition::type>(condition);
+	const String text = setting_of<&Kind::type>(condition);
 	const StringName type = made_of(text, machine->condition_slot(), remembered().type_text, remembered().type, [&]() -> Variant {
 		const StringName named = text.strip_edges();
 		if (named.is_empty()) {
@@ -89,28 +91,30 @@ bool has_child_of_type(SCMachineBase *machine, SCMachineCondition *condition) {
 		}
 		return named;
 	});
-	return !type.is_empty() && has_under(node, type, setting_of<&SCHasChildOfTypeCondition::recursive>(condition));
+	return !type.is_empty() && has_under(node, type, setting_of<&Kind::recursive>(condition));
 }
 
 bool is_child_of(SCMachineBase *machine, SCMachineCondition *condition) {
-	Node *node = questions::node(machine, condition, setting_of<&SCIsChildOfCondition::node_path>(condition), "node_path");
-	const Node *parent = questions::node(machine, condition, setting_of<&SCIsChildOfCondition::parent_path>(condition), "parent_path");
+	using Kind = SCIsChildOfCondition;
+	Node *node = conditions::node<&Kind::node_path>(machine, condition);
+	const Node *parent = conditions::node<&Kind::parent_path>(machine, condition);
 	if (node == nullptr || parent == nullptr) {
 		return false;
 	}
-	if (setting_of<&SCIsChildOfCondition::node_path>(condition).is_empty() && setting_of<&SCIsChildOfCondition::parent_path>(condition).is_empty()) {
-		verbs::warn(machine, condition, vformat("it asks whether %s is under itself, so the answer is no. Pick another node under Node Path or Parent Path.", node->get_name()));
+	if (setting_of<&Kind::node_path>(condition).is_empty() && setting_of<&Kind::parent_path>(condition).is_empty()) {
+		verbs::warn(machine, condition,
+				vformat("it asks whether %s is under itself, so the answer is no. Pick another node under Node Path or Parent Path.", node->get_name()));
 		return false;
 	}
-	return setting_of<&SCIsChildOfCondition::recursive>(condition) ? parent->is_ancestor_of(node) : node->get_parent() == parent;
+	return setting_of<&Kind::recursive>(condition) ? parent->is_ancestor_of(node) : node->get_parent() == parent;
 }
 
 bool is_visible(SCMachineBase *machine, SCMachineCondition *condition, const Node *node) {
 	if (const CanvasItem *item = Object::cast_to<CanvasItem>(node)) {
 		return item->is_visible_in_tree();
 	}
-	if (const Node3D *in_space = Object::cast_to<Node3D>(node)) {
-		return in_space->is_visible_in_tree();
+	if (const Node3D *node_3d = Object::cast_to<Node3D>(node)) {
+		return node_3d->is_visible_in_tree();
 	}
 	if (const CanvasLayer *layer = Object::cast_to<CanvasLayer>(node)) {
 		return layer->is_visible();
@@ -118,28 +122,28 @@ bool is_visible(SCMachineBase *machine, SCMachineCondition *condition, const Nod
 	if (const Window *window = Object::cast_to<Window>(node)) {
 		return window->is_visible();
 	}
-	verbs::warn_wrong_class(machine, condition, node, "a node that can be seen", "node_path");
+	verbs::warn_wrong_class(machine, condition, node, "a node that can be seen", verbs::name_of<&SCNodeCondition::node_path>());
 	return false;
 }
 
 bool is_so(SCMachineBase *machine, SCMachineCondition *condition) {
-	const NodePath path = setting_of<&SCNodeCondition::node_path>(condition);
-	const SCNodeCondition::Test test = setting_of<&SCNodeCondition::test>(condition);
-	if (test == SCNodeCondition::IS_THERE) {
-		const Node *node = values::node_of(machine, path);
+	using Kind = SCNodeCondition;
+	const Kind::Test test = setting_of<&Kind::test>(condition);
+	if (test == Kind::IS_THERE) {
+		const Node *node = values::node_of(machine, setting_of<&Kind::node_path>(condition));
 		return node != nullptr && node->is_inside_tree() && !node->is_queued_for_deletion();
 	}
-	const Node *node = questions::node(machine, condition, path, "node_path");
+	const Node *node = conditions::node<&Kind::node_path>(machine, condition);
 	if (node == nullptr) {
 		return false;
 	}
-	if (test == SCNodeCondition::IS_VISIBLE) {
+	if (test == Kind::IS_VISIBLE) {
 		return is_visible(machine, condition, node);
 	}
-	if (test == SCNodeCondition::IS_ENABLED) {
+	if (test == Kind::IS_ENABLED) {
 		return node->is_inside_tree() && node->can_process();
 	}
-	const StringName group = setting_of<&SCNodeCondition::group>(condition);
+	const StringName group = setting_of<&Kind::group>(condition);
 	if (group.is_empty()) {
 		verbs::warn(machine, condition, "no group is named, so the answer is no. Type one under Group.");
 		return false;
@@ -148,7 +152,8 @@ bool is_so(SCMachineBase *machine, SCMachineCondition *condition) {
 }
 
 bool is_vector(const Variant &value) {
-	return value.get_type() >= Variant::VECTOR2 && value.get_type() <= Variant::VECTOR3I && value.get_type() != Variant::RECT2 && value.get_type() != Variant::RECT2I;
+	return value.get_type() >= Variant::VECTOR2 && value.get_type() <= Variant::VECTOR3I && value.get_type() != Variant::RECT2 &&
+			value.get_type() != Variant::RECT2I;
 }
 
 // How long a vector is; any other value as it is.
@@ -159,8 +164,8 @@ Variant in_order_by(const Variant &value) {
 bool answers(const Variant &held, comparing::Test test, const Variant &value) {
 	if (test == comparing::EQUALS || test == comparing::NOT_EQUALS) {
 		const bool spread = is_vector(held) && values::is_number(value);
-		const bool is_flat = held.get_type() == Variant::VECTOR2 || held.get_type() == Variant::VECTOR2I;
-		const Variant parts = is_flat ? Variant(places::as_vector2(value)) : Variant(places::as_vector3(value));
+		const bool is_2d = held.get_type() == Variant::VECTOR2 || held.get_type() == Variant::VECTOR2I;
+		const Variant parts = is_2d ? Variant(places::as_vector2(value)) : Variant(places::as_vector3(value));
 		return comparing::passes(held, test, spread ? parts : value);
 	}
 	return comparing::passes(in_order_by(held), test, in_order_by(value));
@@ -180,20 +185,20 @@ bool read_property(Node *node, const NodePath &path, Variant &held) {
 }
 
 bool is_such_property(SCMachineBase *machine, SCMachineCondition *condition) {
-	Node *node = questions::node(machine, condition, setting_of<&SCPropertyCondition::node_path>(condition), "node_path");
+	using Kind = SCPropertyCondition;
+	Node *node = conditions::node<&Kind::node_path>(machine, condition);
 	if (node == nullptr) {
 		return false;
 	}
-	const String property = setting_of<&SCPropertyCondition::property>(condition);
+	const String property = setting_of<&Kind::property>(condition);
 	if (property.is_empty()) {
 		verbs::warn(machine, condition, "no property is named, so the answer is no. Type one under Property.");
 		return false;
 	}
-	const NodePath path = made_of(property, machine->condition_slot(), remembered().property_text, remembered().property, [&]() -> Variant {
-		return property_paths::path_of(property);
-	});
-	const comparing::Test test = comparing::Test(setting_of<&SCPropertyCondition::test>(condition));
-	const Variant value = setting_of<&SCPropertyCondition::value>(condition);
+	const NodePath path = made_of(property, machine->condition_slot(), remembered().property_text, remembered().property,
+			[&]() -> Variant { return property_paths::path_of(property); });
+	const comparing::Test test = comparing::Test(setting_of<&Kind::test>(condition));
+	const Variant value = setting_of<&Kind::value>(condition);
 	// A script's getter may do anything, to this machine too.
 	const StillHere here(machine);
 	const String name = node->get_name();

@@ -1,8 +1,8 @@
-// The compiled question about what an animation, a sound or a video is doing.
+// The compiled condition about what an animation, a sound or a video is doing.
 
 #include "action/add_kind.hpp"
-#include "action/questions.hpp"
-#include "kinds/conditions/nodes.hpp"
+#include "action/conditions.hpp"
+#include "kinds/conditions/playing.hpp"
 
 #include <godot_cpp/classes/animated_sprite2d.hpp>
 #include <godot_cpp/classes/animated_sprite3d.hpp>
@@ -35,7 +35,7 @@ double share(double position, double length) {
 	return length > 0.0 ? position / length : 0.0;
 }
 
-Played of(AnimationPlayer *player) {
+Played of_animation(AnimationPlayer *player) {
 	Played played;
 	played.named = true;
 	played.name = player->get_assigned_animation();
@@ -75,7 +75,7 @@ Played of_sound(Player *player) {
 	return played;
 }
 
-Played of(VideoStreamPlayer *player) {
+Played of_video(VideoStreamPlayer *player) {
 	Played played;
 	played.playing = player->is_playing();
 	played.ended = !played.playing;
@@ -87,13 +87,17 @@ Played of(VideoStreamPlayer *player) {
 
 // False, and said, when a state machine is asked for that the tree does not have.
 bool of_tree(SCMachineBase *machine, SCMachineCondition *condition, AnimationTree *tree, Played &played) {
-	const String inside = setting_of<&SCPlayingCondition::state_machine>(condition);
+	using Kind = SCPlayingCondition;
+	const String inside = setting_of<&Kind::state_machine>(condition);
 	const String parameter = inside.is_empty() ? String("parameters/playback") : vformat("parameters/%s/playback", inside);
 	const AnimationNodeStateMachinePlayback *playback = Object::cast_to<AnimationNodeStateMachinePlayback>(tree->get(parameter).get_validated_object());
 	if (playback == nullptr) {
-		const bool needs_one = !inside.is_empty() || !setting_of<&SCPlayingCondition::animation_name>(condition).is_empty() || setting_of<&SCPlayingCondition::test>(condition) != SCPlayingCondition::IS_PLAYING;
+		const bool needs_one =
+				!inside.is_empty() || !setting_of<&Kind::animation_name>(condition).is_empty() || setting_of<&Kind::test>(condition) != Kind::IS_PLAYING;
 		if (needs_one) {
-			verbs::warn(machine, condition, vformat("%s has no state machine %s, so the answer is no. Type the name of one in the tree under State Machine.", tree->get_name(), inside.is_empty() ? String("of its own") : inside));
+			verbs::warn(machine, condition,
+					vformat("%s has no state machine %s, so the answer is no. Type the name of one in the tree under State Machine.", tree->get_name(),
+							inside.is_empty() ? String("of its own") : inside));
 			return false;
 		}
 		played.playing = tree->is_active();
@@ -107,8 +111,13 @@ bool of_tree(SCMachineBase *machine, SCMachineCondition *condition, AnimationTre
 	return true;
 }
 
+template <class... Players>
+bool is_one_of(Node *node) {
+	return (Object::cast_to<Players>(node) || ...);
+}
+
 bool can_play(Node *node) {
-	return Object::cast_to<AnimationMixer>(node) || Object::cast_to<AnimatedSprite2D>(node) || Object::cast_to<AnimatedSprite3D>(node) || Object::cast_to<AudioStreamPlayer>(node) || Object::cast_to<AudioStreamPlayer2D>(node) || Object::cast_to<AudioStreamPlayer3D>(node) || Object::cast_to<VideoStreamPlayer>(node);
+	return is_one_of<AnimationMixer, AnimatedSprite2D, AnimatedSprite3D, AudioStreamPlayer, AudioStreamPlayer2D, AudioStreamPlayer3D, VideoStreamPlayer>(node);
 }
 
 // The node itself, else the first below it.
@@ -124,27 +133,23 @@ Node *player_at(Node *node) {
 	return nullptr;
 }
 
-bool look_at(SCMachineBase *machine, SCMachineCondition *condition, Node *player, Played &played) {
-	if (AnimationPlayer *animation = Object::cast_to<AnimationPlayer>(player)) {
-		played = of(animation);
-	} else if (AnimationTree *tree = Object::cast_to<AnimationTree>(player)) {
-		return of_tree(machine, condition, tree, played);
-	} else if (AnimatedSprite2D *flat_sprite = Object::cast_to<AnimatedSprite2D>(player)) {
-		played = of_sprite(flat_sprite);
-	} else if (AnimatedSprite3D *sprite = Object::cast_to<AnimatedSprite3D>(player)) {
-		played = of_sprite(sprite);
-	} else if (AudioStreamPlayer *everywhere = Object::cast_to<AudioStreamPlayer>(player)) {
-		played = of_sound(everywhere);
-	} else if (AudioStreamPlayer2D *flat_sound = Object::cast_to<AudioStreamPlayer2D>(player)) {
-		played = of_sound(flat_sound);
-	} else if (AudioStreamPlayer3D *sound = Object::cast_to<AudioStreamPlayer3D>(player)) {
-		played = of_sound(sound);
-	} else if (VideoStreamPlayer *video = Object::cast_to<VideoStreamPlayer>(player)) {
-		played = of(video);
-	} else {
-		return false;
+// False when it is no such player.
+template <class Player>
+bool look(Node *node, Played (*of)(Player *), Played &played) {
+	Player *player = Object::cast_to<Player>(node);
+	if (player != nullptr) {
+		played = of(player);
 	}
-	return true;
+	return player != nullptr;
+}
+
+bool look_at(SCMachineBase *machine, SCMachineCondition *condition, Node *player, Played &played) {
+	if (AnimationTree *tree = Object::cast_to<AnimationTree>(player)) {
+		return of_tree(machine, condition, tree, played);
+	}
+	return look(player, &of_animation, played) || look(player, &of_sprite<AnimatedSprite2D>, played) || look(player, &of_sprite<AnimatedSprite3D>, played) ||
+			look(player, &of_sound<AudioStreamPlayer>, played) || look(player, &of_sound<AudioStreamPlayer2D>, played) ||
+			look(player, &of_sound<AudioStreamPlayer3D>, played) || look(player, &of_video, played);
 }
 
 bool has_animation(Node *player, const StringName &name) {
@@ -152,10 +157,10 @@ bool has_animation(Node *player, const StringName &name) {
 		return animation->has_animation(name);
 	}
 	Ref<SpriteFrames> frames;
-	if (AnimatedSprite2D *flat_sprite = Object::cast_to<AnimatedSprite2D>(player)) {
-		frames = flat_sprite->get_sprite_frames();
-	} else if (AnimatedSprite3D *sprite = Object::cast_to<AnimatedSprite3D>(player)) {
-		frames = sprite->get_sprite_frames();
+	if (AnimatedSprite2D *sprite_2d = Object::cast_to<AnimatedSprite2D>(player)) {
+		frames = sprite_2d->get_sprite_frames();
+	} else if (AnimatedSprite3D *sprite_3d = Object::cast_to<AnimatedSprite3D>(player)) {
+		frames = sprite_3d->get_sprite_frames();
 	} else {
 		return true;
 	}
@@ -163,35 +168,39 @@ bool has_animation(Node *player, const StringName &name) {
 }
 
 bool is_playing_so(SCMachineBase *machine, SCMachineCondition *condition) {
-	Node *node = questions::node(machine, condition, setting_of<&SCPlayingCondition::node_path>(condition), "node_path");
+	using Kind = SCPlayingCondition;
+	Node *node = conditions::node<&Kind::node_path>(machine, condition);
 	if (node == nullptr) {
 		return false;
 	}
 	Node *player = player_at(node);
 	if (player == nullptr) {
-		verbs::warn(machine, condition, vformat("nothing on %s or under it plays an animation, a sound or a video, so the answer is no. Pick what plays under Node Path.", node->get_name()));
+		verbs::warn(machine, condition,
+				vformat("nothing on %s or under it plays an animation, a sound or a video, so the answer is no. Pick what plays under Node Path.",
+						node->get_name()));
 		return false;
 	}
 	Played played;
 	if (!look_at(machine, condition, player, played)) {
 		return false;
 	}
-	const StringName wanted = setting_of<&SCPlayingCondition::animation_name>(condition);
+	const StringName wanted = setting_of<&Kind::animation_name>(condition);
 	if (!wanted.is_empty() && played.named && played.name != wanted) {
 		if (!has_animation(player, wanted)) {
-			verbs::warn(machine, condition, vformat("%s has no animation called %s, so the answer is no. Check the name under Animation Name.", player->get_name(), wanted));
+			verbs::warn(machine, condition,
+					vformat("%s has no animation called %s, so the answer is no. Check the name under Animation Name.", player->get_name(), wanted));
 		}
 		return false;
 	}
-	switch (setting_of<&SCPlayingCondition::test>(condition)) {
-		case SCPlayingCondition::IS_PLAYING:
+	switch (setting_of<&Kind::test>(condition)) {
+		case Kind::IS_PLAYING:
 			return played.playing;
-		case SCPlayingCondition::HAS_ENDED:
+		case Kind::HAS_ENDED:
 			return played.ended;
-		case SCPlayingCondition::HAS_GOT_AS_FAR_AS:
+		case Kind::HAS_GOT_AS_FAR_AS:
 			break;
 	}
-	const double fraction = setting_of<&SCPlayingCondition::fraction>(condition);
+	const double fraction = setting_of<&Kind::fraction>(condition);
 	return (played.playing && played.fraction + CMP_EPSILON >= fraction) || (played.ended && played.named);
 }
 

@@ -1,7 +1,8 @@
-// Compiled questions about where things are.
+// Compiled conditions about where things are.
 
 #include "action/add_kind.hpp"
-#include "action/questions.hpp"
+#include "action/conditions.hpp"
+#include "fast_lane/lane_offer.hpp"
 #include "fast_lane/spots.hpp"
 #include "kinds/conditions/space.hpp"
 
@@ -29,10 +30,11 @@ class Measure {
 	bool placed;
 
 public:
-	double nearest = Math_INF;
+	double nearest = Math::INF;
 
 	Measure(const Node *from_body, bool ignore_height) :
-			body(from_body), side(spots::side_of(from_body)), along_the_ground(ignore_height && side == spots::IN_3D), placed(side != spots::NOWHERE && spots::read(from_body, side, from)) {}
+			body(from_body), side(spots::side_of(from_body)), along_the_ground(ignore_height && side == spots::IN_3D),
+			placed(side != spots::NOWHERE && spots::read(from_body, side, from)) {}
 
 	// Nothing is near to what has no place, nor across 2D and 3D.
 	void to(const Node *node) {
@@ -51,9 +53,9 @@ bool has_place(SCMachineBase *machine, SCMachineCondition *condition, const Node
 	return false;
 }
 
-bool measure_to_node(SCMachineBase *machine, SCMachineCondition *condition, const NodePath &path, Measure &measure) {
-	const Node *node = questions::node(machine, condition, path, "to_node_path");
-	if (node == nullptr || !has_place(machine, condition, node, "to_node_path")) {
+bool measure_to_node(SCMachineBase *machine, SCMachineCondition *condition, Measure &measure) {
+	const Node *node = conditions::node<&SCDistanceCondition::to_node_path>(machine, condition);
+	if (node == nullptr || !has_place(machine, condition, node, verbs::name_of<&SCDistanceCondition::to_node_path>())) {
 		return false;
 	}
 	measure.to(node);
@@ -74,19 +76,33 @@ bool measure_to_group(SCMachineBase *machine, SCMachineCondition *condition, Mea
 }
 
 bool is_near(SCMachineBase *machine, SCMachineCondition *condition) {
-	const Node *body = questions::node(machine, condition, NodePath(), "target");
+	using Kind = SCDistanceCondition;
+	const Node *body = conditions::node(machine, condition, NodePath(), "target");
 	if (body == nullptr || !machine->is_inside_tree() || !has_place(machine, condition, body, "target")) {
 		return false;
 	}
-	Measure measure(body, setting_of<&SCDistanceCondition::ignore_height>(condition));
-	const NodePath path = setting_of<&SCDistanceCondition::to_node_path>(condition);
-	const bool measured = path.is_empty() ? measure_to_group(machine, condition, measure) : measure_to_node(machine, condition, path, measure);
+	Measure measure(body, setting_of<&Kind::ignore_height>(condition));
+	const bool to_group = setting_of<&Kind::to_node_path>(condition).is_empty();
+	const bool measured = to_group ? measure_to_group(machine, condition, measure) : measure_to_node(machine, condition, measure);
 	if (!measured || Math::is_inf(measure.nearest)) {
 		return false;
 	}
-	const bool near = measure.nearest <= setting_of<&SCDistanceCondition::distance>(condition);
-	verbs::store(machine, setting_of<&SCDistanceCondition::store_in>(condition), measure.nearest);
+	const bool near = measure.nearest <= setting_of<&Kind::distance>(condition);
+	verbs::keep_if_named<&Kind::store_in>(machine, condition, measure.nearest);
 	return near;
+}
+
+// The lane keeps no distance, and tells nobody what is wrong.
+bool asked_of_the_lane(SCMachineBase *machine, SCMachineCondition *condition, LaneDistance &asked) {
+	using Kind = SCDistanceCondition;
+	const NodePath path = setting_of<&Kind::to_node_path>(condition);
+	asked.body = machine->target_node();
+	asked.to_node = path.is_empty() ? nullptr : values::node_of(machine, path);
+	asked.group = setting_of<&Kind::group>(condition);
+	asked.distance = setting_of<&Kind::distance>(condition);
+	asked.ignore_height = setting_of<&Kind::ignore_height>(condition);
+	const bool has_goal = path.is_empty() ? !asked.group.is_empty() : spots::side_of(asked.to_node) != spots::NOWHERE;
+	return has_goal && spots::side_of(asked.body) != spots::NOWHERE && setting_of<&Kind::store_in>(condition).is_empty();
 }
 
 // In its own coordinates; without a size for what is only a point.
@@ -129,7 +145,8 @@ bool is_body_on_screen(const Node3D *node, const Camera3D *camera, const Rect2 &
 }
 
 bool is_on_screen(SCMachineBase *machine, SCMachineCondition *condition) {
-	const Node *node = questions::node(machine, condition, setting_of<&SCOnScreenCondition::node_path>(condition), "node_path");
+	using Kind = SCOnScreenCondition;
+	const Node *node = conditions::node<&Kind::node_path>(machine, condition);
 	if (node == nullptr || !node->is_inside_tree()) {
 		return false;
 	}
@@ -137,7 +154,7 @@ bool is_on_screen(SCMachineBase *machine, SCMachineCondition *condition) {
 	if (viewport == nullptr) {
 		return false;
 	}
-	const Rect2 screen = viewport->get_visible_rect().grow(real_t(setting_of<&SCOnScreenCondition::margin>(condition)));
+	const Rect2 screen = viewport->get_visible_rect().grow(real_t(setting_of<&Kind::margin>(condition)));
 	// A margin that leaves nothing of the screen.
 	if (screen.size.x < 0 || screen.size.y < 0) {
 		return false;
@@ -145,17 +162,17 @@ bool is_on_screen(SCMachineBase *machine, SCMachineCondition *condition) {
 	if (const CanvasItem *item = Object::cast_to<CanvasItem>(node)) {
 		return is_item_on_screen(item, screen);
 	}
-	const Node3D *in_space = Object::cast_to<Node3D>(node);
-	if (in_space == nullptr) {
-		verbs::warn(machine, condition, vformat("%s.", places::no_place_words(node, verbs::setting_in_inspector("node_path"))));
+	if (!has_place(machine, condition, node, verbs::name_of<&Kind::node_path>())) {
 		return false;
 	}
+	const Node3D *node_3d = Object::cast_to<Node3D>(node);
 	const Camera3D *camera = viewport->get_camera_3d();
 	if (camera == nullptr) {
-		verbs::warn(machine, condition, vformat("there is no 3D camera to see %s, so the answer is no. Add a Camera3D to the scene and make it the current one.", node->get_name()));
+		verbs::warn(machine, condition,
+				vformat("there is no 3D camera to see %s, so the answer is no. Add a Camera3D to the scene and make it the current one.", node->get_name()));
 		return false;
 	}
-	return is_body_on_screen(in_space, camera, screen);
+	return is_body_on_screen(node_3d, camera, screen);
 }
 
 bool is_over_ui(Viewport *viewport);
@@ -199,6 +216,8 @@ bool is_pointer_over_ui(SCMachineBase *machine, SCMachineCondition *) {
 	}
 	return is_over_ui(machine->get_tree()->get_root());
 }
+
+const LaneOffer offered(&is_near, &asked_of_the_lane);
 
 const AddKinds added = {
 	add_condition<SCDistanceCondition, &is_near>(),

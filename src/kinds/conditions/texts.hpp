@@ -1,6 +1,6 @@
 #pragma once
 
-// Questions about texts and about files.
+// Conditions about texts and about files.
 
 #include "action/kind_table.hpp"
 
@@ -29,8 +29,4 @@ public:
 	bool ignore_case = false;
 
 	String summary_default() override;
-	bool depends_only_on_variables_default() override { return true; }
-
-protected:
-	void _validate_property(PropertyInfo &property) const;
 };

@@ -1,7 +1,7 @@
-// Compiled questions about texts and files.
+// Compiled conditions about texts and files.
 
 #include "action/add_kind.hpp"
-#include "action/questions.hpp"
+#include "action/conditions.hpp"
 #include "kinds/conditions/texts.hpp"
 
 #include <godot_cpp/classes/dir_access.hpp>
@@ -22,40 +22,42 @@ bool is_file(const String &path) {
 }
 
 bool is_there(SCMachineBase *machine, SCMachineCondition *condition) {
-	const String path = words::fill_in(setting_of<&SCFileExistsCondition::path>(condition), machine).strip_edges();
+	using Kind = SCFileExistsCondition;
+	const String path = words::fill_in(setting_of<&Kind::path>(condition), machine).strip_edges();
 	if (path.is_empty()) {
 		verbs::warn(machine, condition, "there is no path to look at, so the answer is no. Type one under Path, such as user://photo.png.");
 		return false;
 	}
-	const SCFileExistsCondition::What what = setting_of<&SCFileExistsCondition::what>(condition);
-	return (what != SCFileExistsCondition::A_FOLDER && is_file(path)) || (what != SCFileExistsCondition::A_FILE && DirAccess::dir_exists_absolute(path));
+	const Kind::What what = setting_of<&Kind::what>(condition);
+	return (what != Kind::A_FOLDER && is_file(path)) || (what != Kind::A_FILE && DirAccess::dir_exists_absolute(path));
 }
 
 bool is_such_text(SCMachineBase *machine, SCMachineCondition *condition) {
-	const StringName variable = setting_of<&SCStringCompareCondition::variable_name>(condition);
-	if (!questions::has_variable(machine, condition, variable)) {
+	using Kind = SCStringCompareCondition;
+	Variant value;
+	if (!conditions::read<&Kind::variable_name>(machine, condition, value)) {
 		return false;
 	}
-	String held = words::text_of(machine->get_value(variable));
-	String text = setting_of<&SCStringCompareCondition::text>(condition);
-	if (setting_of<&SCStringCompareCondition::ignore_case>(condition)) {
+	String held = words::text_of(value);
+	String text = setting_of<&Kind::text>(condition);
+	if (setting_of<&Kind::ignore_case>(condition)) {
 		held = held.to_lower();
 		text = text.to_lower();
 	}
-	switch (setting_of<&SCStringCompareCondition::test>(condition)) {
-		case SCStringCompareCondition::EQUALS:
+	switch (setting_of<&Kind::test>(condition)) {
+		case Kind::EQUALS:
 			return held == text;
-		case SCStringCompareCondition::NOT_EQUALS:
+		case Kind::NOT_EQUALS:
 			return held != text;
-		case SCStringCompareCondition::CONTAINS:
+		case Kind::CONTAINS:
 			return text.is_empty() || held.contains(text);
-		case SCStringCompareCondition::BEGINS_WITH:
+		case Kind::BEGINS_WITH:
 			return held.begins_with(text);
-		case SCStringCompareCondition::ENDS_WITH:
+		case Kind::ENDS_WITH:
 			return held.ends_with(text);
-		case SCStringCompareCondition::MATCHES:
+		case Kind::MATCHES:
 			return held.match(text);
-		case SCStringCompareCondition::IS_EMPTY:
+		case Kind::IS_EMPTY:
 			return held.is_empty();
 	}
 	return false;

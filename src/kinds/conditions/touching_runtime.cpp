@@ -1,9 +1,9 @@
-// The compiled question about touching: an area asks the engine who is in it, a character body what it
-// slid along on its last move, a rigid body which contacts it reports. 2D and 3D are one template.
+// The compiled condition about touching: an area asks the engine who is in it, a character body what it slid along on its last move, a
+// rigid body which contacts it reports. 2D and 3D are one template.
 
 #include "action/add_kind.hpp"
-#include "action/questions.hpp"
-#include "kinds/conditions/space.hpp"
+#include "action/conditions.hpp"
+#include "kinds/conditions/touching.hpp"
 
 #include <godot_cpp/classes/area2d.hpp>
 #include <godot_cpp/classes/area3d.hpp>
@@ -21,13 +21,14 @@
 
 namespace {
 
-using Test = SCTouchingCondition::Test;
+using Kind = SCTouchingCondition;
+using Test = Kind::Test;
 
 // What the engine allows a floor beyond its own angle.
 constexpr double ANGLE_SLACK = 0.01;
-constexpr double RIGID_FLOOR_ANGLE = Math_PI / 4.0;
+constexpr double RIGID_FLOOR_ANGLE = Math::PI / 4.0;
 
-struct Flat {
+struct In2D {
 	using Vector = Vector2;
 	using Area = Area2D;
 	using Character = CharacterBody2D;
@@ -40,7 +41,7 @@ struct Flat {
 	static constexpr double LEAST_REACH = 1.0;
 };
 
-struct Deep {
+struct In3D {
 	using Vector = Vector3;
 	using Area = Area3D;
 	using Character = CharacterBody3D;
@@ -61,8 +62,7 @@ public:
 	// Something touches that is not in the group now, and may come to be.
 	bool others = false;
 
-	explicit Touched(const StringName &only_group) :
-			group(only_group) {}
+	explicit Touched(const StringName &only_group) : group(only_group) {}
 
 	void add(Object *object) {
 		Node *node = Object::cast_to<Node>(object);
@@ -87,7 +87,7 @@ Test surface_of(const Vector &normal, const Vector &up, double floor_angle) {
 	if (angle <= floor_angle + ANGLE_SLACK) {
 		return Test::THE_GROUND;
 	}
-	return angle >= Math_PI - floor_angle - ANGLE_SLACK ? Test::A_CEILING : Test::A_WALL;
+	return angle >= Math::PI - floor_angle - ANGLE_SLACK ? Test::A_CEILING : Test::A_WALL;
 }
 
 template <class Each>
@@ -187,19 +187,23 @@ struct Toucher {
 	typename Side::Rigid *rigid = nullptr;
 
 	explicit Toucher(Node *node) :
-			area(Object::cast_to<typename Side::Area>(node)), character(Object::cast_to<typename Side::Character>(node)), rigid(Object::cast_to<typename Side::Rigid>(node)) {}
+			area(Object::cast_to<typename Side::Area>(node)), character(Object::cast_to<typename Side::Character>(node)),
+			rigid(Object::cast_to<typename Side::Rigid>(node)) {}
 
 	bool is_any() const { return area != nullptr || character != nullptr || rigid != nullptr; }
 	// The reason why it cannot tell what it touches; empty when it can.
 	String why_not(Test test) const {
 		if (area != nullptr && test != Test::ANYTHING) {
-			return vformat("%s is an area, which stands on nothing, so the answer is no. Choose Anything under Test, or pick a character or rigid body under Node Path.", area->get_name());
+			return vformat("%s is an area, which stands on nothing, so the answer is no. Choose Anything under Test, or pick a character or rigid body under "
+						   "Node Path.",
+					area->get_name());
 		}
 		if (area != nullptr && !area->is_monitoring()) {
 			return vformat("%s is not monitoring, so nothing is felt touching it and the answer is no. Turn on its Monitoring.", area->get_name());
 		}
 		if (rigid != nullptr && (!rigid->is_contact_monitor_enabled() || rigid->get_max_contacts_reported() < 1)) {
-			return vformat("%s does not report what it touches, so the answer is no. Turn on its Contact Monitor and set Max Contacts Reported to 4 or so.", rigid->get_name());
+			return vformat("%s does not report what it touches, so the answer is no. Turn on its Contact Monitor and set Max Contacts Reported to 4 or so.",
+					rigid->get_name());
 		}
 		return String();
 	}
@@ -216,16 +220,16 @@ struct Toucher {
 
 template <class Side>
 bool ask(SCMachineBase *machine, SCMachineCondition *condition, const Toucher<Side> &toucher) {
-	const Test test = setting_of<&SCTouchingCondition::test>(condition);
+	const Test test = setting_of<&Kind::test>(condition);
 	const String why_not = toucher.why_not(test);
 	if (!why_not.is_empty()) {
 		verbs::warn(machine, condition, why_not);
 		return false;
 	}
-	Touched touched(setting_of<&SCTouchingCondition::only_group>(condition));
-	toucher.look(test, setting_of<&SCTouchingCondition::include_areas>(condition), touched);
+	Touched touched(setting_of<&Kind::only_group>(condition));
+	toucher.look(test, setting_of<&Kind::include_areas>(condition), touched);
 	if (touched.first != nullptr) {
-		verbs::store(machine, setting_of<&SCTouchingCondition::store_touching_in>(condition), touched.first);
+		verbs::keep_if_named<&Kind::store_touching_in>(machine, condition, touched.first);
 	}
 	return touched.any;
 }
@@ -235,12 +239,12 @@ bool ask(SCMachineBase *machine, SCMachineCondition *condition, const Toucher<Si
 template <class Side>
 Array signals_of(SCMachineCondition *condition, Node *node, const Toucher<Side> &toucher) {
 	Array signals;
-	const Test test = setting_of<&SCTouchingCondition::test>(condition);
+	const Test test = setting_of<&Kind::test>(condition);
 	if (test != Test::ANYTHING || toucher.character != nullptr || !toucher.why_not(test).is_empty()) {
 		return signals;
 	}
-	const bool include_areas = toucher.area != nullptr && setting_of<&SCTouchingCondition::include_areas>(condition);
-	Touched touched(setting_of<&SCTouchingCondition::only_group>(condition));
+	const bool include_areas = toucher.area != nullptr && setting_of<&Kind::include_areas>(condition);
+	Touched touched(setting_of<&Kind::only_group>(condition));
 	toucher.look(test, include_areas, touched);
 	if (touched.others) {
 		return signals;
@@ -257,45 +261,47 @@ Array signals_of(SCMachineCondition *condition, Node *node, const Toucher<Side> 
 	return signals;
 }
 
+// Calls `act` with the node as something that touches; false when it is nothing of the kind.
+template <class Act>
+bool visit(Node *node, Act act) {
+	const Toucher<In2D> in_2d(node);
+	const Toucher<In3D> in_3d(node);
+	if (in_2d.is_any()) {
+		act(in_2d);
+	} else if (in_3d.is_any()) {
+		act(in_3d);
+	}
+	return in_2d.is_any() || in_3d.is_any();
+}
+
+bool is_touching(SCMachineBase *machine, SCMachineCondition *condition) {
+	Node *node = machine != nullptr ? conditions::node<&Kind::node_path>(machine, condition) : nullptr;
+	if (node == nullptr || !node->is_inside_tree()) {
+		return false;
+	}
+	bool answer = false;
+	if (!visit(node, [&](const auto &toucher) { answer = ask(machine, condition, toucher); })) {
+		verbs::warn_wrong_class(machine, condition, node, "an area, a character body or a rigid body", verbs::name_of<&Kind::node_path>());
+	}
+	return answer;
+}
+
 const AddKinds added = {
-	add_condition<SCTouchingCondition, &SCTouchingCondition::is_touching>(),
+	add_condition<SCTouchingCondition, &is_touching>(),
 };
 
 } // namespace
 
-bool SCTouchingCondition::is_touching(SCMachineBase *machine, SCMachineCondition *condition) {
-	if (machine == nullptr) {
-		return false;
-	}
-	Node *node = questions::node(machine, condition, setting_of<&SCTouchingCondition::node_path>(condition), "node_path");
-	if (node == nullptr || !node->is_inside_tree()) {
-		return false;
-	}
-	const Toucher<Flat> flat(node);
-	if (flat.is_any()) {
-		return ask(machine, condition, flat);
-	}
-	const Toucher<Deep> deep(node);
-	if (deep.is_any()) {
-		return ask(machine, condition, deep);
-	}
-	verbs::warn_wrong_class(machine, condition, node, "an area, a character body or a rigid body", "node_path");
-	return false;
+bool SCTouchingCondition::check_default(SCMachineBase *machine, const Dictionary &) {
+	return is_touching(machine, this);
 }
 
-Array SCTouchingCondition::signals_of_touch(SCMachineBase *machine, SCMachineCondition *condition) {
+Array SCTouchingCondition::rest_signals_default(SCMachineBase *machine, const Dictionary &) {
+	Array signals;
 	// A setting read from a variable changes without a signal.
-	if (machine == nullptr || !condition->from_variables.is_empty()) {
-		return Array();
+	Node *node = machine != nullptr && from_variables.is_empty() ? values::node_of(machine, node_path) : nullptr;
+	if (node != nullptr && node->is_inside_tree()) {
+		visit(node, [&](const auto &toucher) { signals = signals_of(this, node, toucher); });
 	}
-	Node *node = values::node_of(machine, setting_of<&SCTouchingCondition::node_path>(condition));
-	if (node == nullptr || !node->is_inside_tree()) {
-		return Array();
-	}
-	const Toucher<Flat> flat(node);
-	if (flat.is_any()) {
-		return signals_of(condition, node, flat);
-	}
-	const Toucher<Deep> deep(node);
-	return deep.is_any() ? signals_of(condition, node, deep) : Array();
+	return signals;
 }

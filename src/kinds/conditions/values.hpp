@@ -1,6 +1,6 @@
 #pragma once
 
-// The questions about variables and about what the player holds.
+// Conditions about what variables hold.
 
 #include "action/kind_table.hpp"
 
@@ -15,10 +15,6 @@ public:
 	Variant value = 0.0;
 
 	String summary_default() override;
-	bool depends_only_on_variables_default() override { return true; }
-
-protected:
-	void _validate_property(PropertyInfo &property) const;
 };
 
 class SCCompareCondition : public SCMachineCondition {
@@ -32,21 +28,4 @@ public:
 	double second = 0.0;
 
 	String summary_default() override;
-	bool depends_only_on_variables_default() override { return true; }
-};
-
-class SCInputCondition : public SCMachineCondition {
-	SC_KIND(SCInputCondition, SCMachineCondition)
-
-public:
-	SC_ENUM(When, HELD, JUST_PRESSED, JUST_RELEASED)
-
-	StringName input_action = "ui_accept";
-	When when = HELD;
-	double remembered_for = 0.0;
-
-	String summary_default() override;
-
-protected:
-	void _validate_property(PropertyInfo &property) const;
 };

@@ -17,10 +17,6 @@ public:
 	Ref<Curve> curve;
 
 	String summary_default() override;
-	bool uses_run_mode_default() override { return false; }
-	bool finishes_as_it_starts_default() override;
-	bool works_after_finishing_default() override { return false; }
-	PackedStringArray variables_written_default() override;
 };
 
 class SCEaseVariableAction : public SCMachineAction {
@@ -34,8 +30,4 @@ public:
 	Easings::Easing easing = Easings::EASE_IN_OUT;
 
 	String summary_default() override;
-	bool uses_run_mode_default() override { return false; }
-	bool finishes_as_it_starts_default() override;
-	bool works_after_finishing_default() override { return false; }
-	PackedStringArray variables_written_default() override;
 };

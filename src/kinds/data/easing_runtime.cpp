@@ -5,7 +5,7 @@
 #include "action/add_kind.hpp"
 #include "action/checked.hpp"
 #include "action/native_names.hpp"
-#include "action/shared_verbs.hpp"
+#include "action/settings_in_use.hpp"
 #include "action/values.hpp"
 #include "kinds/data/easing.hpp"
 #include "machine/value_kinds.hpp"
@@ -78,37 +78,47 @@ class Ease : public SCNativeAction {
 		const double duration = checked::number<&Kind::duration>(machine, action);
 		// Frames that add up to the duration but for their last digits are all of it.
 		const bool ended = elapsed >= duration || Math::is_equal_approx(elapsed, duration);
-		const StillHere here(machine);
-		if (can_be_eased(start, to)) {
-			const double share = Derived::share_at(machine, action, ended ? 1.0 : elapsed / duration);
-			const bool arrived = ended && Math::is_equal_approx(share, 1.0);
-			// An int that is sent to a fraction is told of once, when it gets there.
-			if (arrived && start.get_type() == Variant::INT) {
-				machine->set_value(name, values::keep_whole(machine, name, values::as_number(to)));
-			} else {
-				machine->set_value(name, arrived ? values::fitted_to(start, to) : part_way(start, to, share));
-			}
-		} else {
-			verbs::warn(machine, action, vformat("%s holds %s and To is %s, so there is no way from one to the other and it was left alone. Give To the same type as the variable.", name, values::kind_in_words(start), values::kind_in_words(to)));
+		if (!can_be_eased(start, to)) {
+			verbs::warn(machine, action,
+					vformat("%s holds %s and To is %s, so there is no way from one to the other and it was left alone. Give To the same type as the variable.",
+							name, values::kind_in_words(start), values::kind_in_words(to)));
 			machine->finish(index);
 			return;
+		}
+		const double share = Derived::share_at(machine, action, ended ? 1.0 : elapsed / duration);
+		const bool arrived = ended && Math::is_equal_approx(share, 1.0);
+		const StillHere here(machine);
+		// An int that is sent to a fraction is told of once, when it gets there.
+		if (arrived && start.get_type() == Variant::INT) {
+			machine->set_value(name, values::keep_whole(machine, name, values::as_number(to)));
+		} else {
+			machine->set_value(name, arrived ? values::fitted_to(start, to) : part_way(start, to, share));
 		}
 		if (here && ended) {
 			machine->finish(index);
 		}
 	}
 
+	// What it starts from. Nothing, and the game maker told, when there is nothing to move.
+	static Variant starting_value(SCMachineBase *machine, const SCMachineAction *action) {
+		const StringName name = verbs::variable_or_warn<&Kind::variable_name>(machine, action, "there was nothing to ease");
+		if (name.is_empty()) {
+			return Variant();
+		}
+		const Variant start = machine->get_value(name);
+		if (ValueKinds::is_nothing(start) && machine->has_value(name)) {
+			verbs::warn(machine, action,
+					vformat("%s holds nothing, so there is nowhere to start from and it was left alone. Give it a starting value in the Variables tab.", name));
+		} else if (ValueKinds::is_nothing(start)) {
+			verbs::warn_no_such_variable<&Kind::variable_name>(machine, action, "there was nothing to ease");
+		}
+		return start;
+	}
+
 public:
 	void enter(SCMachineBase *machine, SCMachineAction *action, int index) override {
-		const StringName name = setting_of<&Kind::variable_name>(action);
-		const Variant start = name.is_empty() ? Variant() : machine->get_value(name);
-		if (name.is_empty()) {
-			verbs::warn(machine, action, "no variable is picked, so there was nothing to ease. Pick one under Variable Name.");
-			machine->finish(index);
-			return;
-		}
+		const Variant start = starting_value(machine, action);
 		if (ValueKinds::is_nothing(start)) {
-			verbs::warn(machine, action, machine->has_value(name) ? vformat("%s holds nothing, so there is nowhere to start from and it was left alone. Give it a starting value in the Variables tab.", name) : vformat("this machine has no variable called %s, so there was nothing to ease. Add it in the Variables tab, or pick another under Variable Name.", name));
 			machine->finish(index);
 			return;
 		}
@@ -155,7 +165,8 @@ public:
 	static void warn_of_set_up(SCMachineBase *machine, const SCMachineAction *action) {
 		const Ref<Curve> curve = setting_of<&SCEaseAlongCurveAction::curve>(action);
 		if (curve.is_null() || curve->get_point_count() == 0) {
-			verbs::warn(machine, action, "it has no Curve, so it goes straight there at one speed. Draw one beside Curve, from the bottom left to the top right.");
+			verbs::warn(
+					machine, action, "it has no Curve, so it goes straight there at one speed. Draw one beside Curve, from the bottom left to the top right.");
 		}
 	}
 };

@@ -1,42 +1,29 @@
 #include "kinds/data/math.hpp"
 
-#include "action/shared_verbs.hpp"
-#include "settings/plumbing.hpp"
+#include "action/settings_in_use.hpp"
 
-void SCMathAction::describe(KindTable<SCMathAction> &kind) {
+void SCMathAction::describe(KindTable<Self> &kind) {
 	kind.about("data", "math", "Arithmetic on numbers, into a variable.");
+	kind.runs(Runs::ONCE_OR_REPEATING);
 	kind.constants_of<Operation>();
-	kind.setting<&SCMathAction::operation>("operation", "What to do. Angles are in degrees.").relists();
-	kind.setting<&SCMathAction::first>("first", "Left side, typed in. For Angle Of Direction it is x.");
-	kind.setting<&SCMathAction::first_variable>("first_variable", "Left side, from a variable.").relists();
-	kind.setting<&SCMathAction::second>("second", "Right side, typed in. Ignored by Abs, Round, Floor, Ceil, Sqrt, Sign, Sine, Cosine and Tangent. For Angle Of Direction it is y.");
-	kind.setting<&SCMathAction::second_variable>("second_variable", "Right side, from a variable. Ignored by Abs, Round, Floor, Ceil, Sqrt, Sign, Sine, Cosine and Tangent.").relists();
-	kind.setting<&SCMathAction::amount>("amount", "How far, for Lerp (0 to 1) and Move Toward (a step).");
-	kind.setting<&SCMathAction::store_in>("store_in", "The variable the answer goes into.");
-	kind.setting<&SCMathAction::per_second>("per_second", "On Every Frame: Add and Subtract add Second each second, Move Toward steps Amount each second, Lerp closes that share of the gap each second.");
-	ClassDB::bind_method(D_METHOD("_warn_nowhere_to_store", "m", "index"), &SCMathAction::warn_nowhere_to_store);
-	ClassDB::bind_method(D_METHOD("_by_zero", "m", "first"), &SCMathAction::by_zero);
-}
-
-bool SCMathAction::goes_on_in_time(Operation operation) {
-	return operation == ADD || operation == SUBTRACT || operation == LERP || operation == MOVE_TOWARD;
-}
-
-bool SCMathAction::needs_second(Operation operation) {
-	switch (operation) {
-		case ABS:
-		case ROUND:
-		case FLOOR:
-		case CEIL:
-		case SQRT:
-		case SIGN:
-		case SINE:
-		case COSINE:
-		case TANGENT:
-			return false;
-		default:
-			return true;
-	}
+	kind.setting<&Self::operation>("operation", "What to do. Angles are in degrees.");
+	kind.setting<&Self::first>("first", "Left side, typed in. For Angle Of Direction it is x.").unless<&Self::first_variable>();
+	kind.setting<&Self::first_variable>("first_variable", "Left side, from a variable.");
+	kind.setting<&Self::second>(
+				"second", "Right side, typed in. Ignored by Abs, Round, Floor, Ceil, Sqrt, Sign, Sine, Cosine and Tangent. For Angle Of Direction it is y.")
+			.unless<&Self::second_variable>()
+			.unless<&Self::operation, ABS, ROUND, FLOOR, CEIL, SQRT, SIGN, SINE, COSINE, TANGENT>();
+	kind.setting<&Self::second_variable>(
+				"second_variable", "Right side, from a variable. Ignored by Abs, Round, Floor, Ceil, Sqrt, Sign, Sine, Cosine and Tangent.")
+			.unless<&Self::operation, ABS, ROUND, FLOOR, CEIL, SQRT, SIGN, SINE, COSINE, TANGENT>();
+	kind.setting<&Self::amount>("amount", "How far, for Lerp (0 to 1) and Move Toward (a step).").only_if<&Self::operation, LERP, MOVE_TOWARD>();
+	kind.setting<&Self::store_in>("store_in", "The variable the answer goes into.");
+	kind.setting<&Self::per_second>("per_second",
+				"On Every Frame: Add and Subtract add Second each second, Move Toward steps Amount each second, Lerp closes that share of the gap each second.")
+			.only_if<&Self::operation, ADD, SUBTRACT, LERP, MOVE_TOWARD>()
+			.only_if<&Self::run_mode, EVERY_FRAME>();
+	kind.warns<&Self::warn_nowhere_to_store>("_warn_nowhere_to_store", "m", "index");
+	kind.warns<&Self::by_zero>("_by_zero", "m", "first");
 }
 
 String SCMathAction::summary_default() {
@@ -112,31 +99,22 @@ String SCMathAction::summary_default() {
 			sum = vformat("the angle of the direction %s, %s", left, right);
 			break;
 	}
-	const String pace = per_second && goes_on_in_time(operation) && repeats() ? " each second" : "";
+	const String pace = per_second && repeats() && verbs::applies<&Self::per_second>(this) ? " each second" : "";
 	return vformat("Set %s to %s%s", store_in, sum, pace);
 }
 
-void SCMathAction::warn_nowhere_to_store(SCMachineBase *machine, int index) {
-	(void)index;
+void SCMathAction::warn_nowhere_to_store(SCMachineBase *machine, int) {
 	verbs::warn(machine, this, "it has no variable for its answer, so it worked nothing out. Pick one under Store In.");
 }
 
 double SCMathAction::by_zero(SCMachineBase *machine, double divided) {
+	const bool is_typed = second_variable.is_empty();
+	const String by = is_typed ? words::number(second) : String(second_variable);
+	const String remedy = is_typed ? String("Type a number other than 0 beside Second.") : vformat("Check what %s holds before dividing.", by);
 	if (machine != nullptr) {
-		const String remedy = second_variable.is_empty() ? String("Type a number other than 0 beside Second.") : vformat("Check what %s holds before dividing.", second_variable);
-		const String by = second_variable.is_empty() ? words::number(second) : String(second_variable);
-		MakerWarnings::once_for(machine, vformat("by_zero:%d", get_instance_id()), vformat("Math on %s divided %s by %s, which is zero, so %s was set to 0. %s", machine->name_in_messages(), words::number(divided), by, store_in, remedy));
+		verbs::warn_whole(machine, this, 0,
+				vformat("Math on %s divided %s by %s, which is zero, so %s was set to 0. %s", machine->name_in_messages(), words::number(divided), by, store_in,
+						remedy));
 	}
 	return 0.0;
-}
-
-void SCMathAction::_validate_property(PropertyInfo &property) const {
-	const StringName &name = property.name;
-	const bool about_second = name == StringName("second") || name == StringName("second_variable");
-	const bool typed_in_beside = (name == StringName("first") && !first_variable.is_empty()) || (name == StringName("second") && !second_variable.is_empty());
-	const bool is_unused_amount = name == StringName("amount") && operation != LERP && operation != MOVE_TOWARD;
-	const bool is_unused_pace = name == StringName("per_second") && (!goes_on_in_time(operation) || run_mode != EVERY_FRAME);
-	if ((about_second && !needs_second(operation)) || typed_in_beside || is_unused_amount || is_unused_pace) {
-		hide_from_inspector(property);
-	}
 }

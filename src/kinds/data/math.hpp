@@ -1,6 +1,6 @@
 #pragma once
 
-// Kinds of the data category: sums, values, texts, lists and tables.
+// The kind of the data category that does arithmetic.
 
 #include "action/kind_table.hpp"
 
@@ -8,7 +8,8 @@ class SCMathAction : public SCMachineAction {
 	SC_KIND(SCMathAction, SCMachineAction)
 
 public:
-	SC_ENUM(Operation, ADD, SUBTRACT, MULTIPLY, DIVIDE, MIN, MAX, POW, ABS, ROUND, FLOOR, CEIL, MODULO, SQRT, SIGN, LERP, MOVE_TOWARD, WRAP, ANGLE_DIFFERENCE, SINE, COSINE, TANGENT, ANGLE_OF_DIRECTION)
+	SC_ENUM(Operation, ADD, SUBTRACT, MULTIPLY, DIVIDE, MIN, MAX, POW, ABS, ROUND, FLOOR, CEIL, MODULO, SQRT, SIGN, LERP, MOVE_TOWARD, WRAP, ANGLE_DIFFERENCE,
+			SINE, COSINE, TANGENT, ANGLE_OF_DIRECTION)
 
 	Operation operation = ADD;
 	double first = 0.0;
@@ -19,16 +20,8 @@ public:
 	StringName store_in;
 	bool per_second = false;
 
-	// Whether so much of it can be done each second.
-	static bool goes_on_in_time(Operation operation);
-	static bool needs_second(Operation operation);
-
 	String summary_default() override;
-	bool finishes_as_it_starts_default() override { return !repeats(); }
 	void warn_nowhere_to_store(SCMachineBase *machine, int index);
 	// What a division by zero comes to.
 	double by_zero(SCMachineBase *machine, double divided);
-
-protected:
-	void _validate_property(PropertyInfo &property) const;
 };

@@ -2,27 +2,21 @@
 // enough to zero or to a whole number is the engine's own measure.
 
 #include "action/add_kind.hpp"
-#include "action/native_names.hpp"
+#include "action/settings_in_use.hpp"
 #include "action/values.hpp"
 #include "kinds/data/math.hpp"
-#include "machine/still_here.hpp"
 #include "machine/value_kinds.hpp"
-#include "machine_node/sc_machine_base.hpp"
 
 #include <cmath>
 
 namespace {
 
-using Operation = SCMathAction::Operation;
+using Kind = SCMathAction;
+using Operation = Kind::Operation;
 
 constexpr double NEAR_ENOUGH = 0.00001;
 constexpr double RADIANS_PER_DEGREE = 0.017453292519943295;
 constexpr double DEGREES_PER_RADIAN = 57.29577951308232;
-
-struct Names {
-	StringName warn_nowhere_to_store = "_warn_nowhere_to_store";
-	StringName by_zero = "_by_zero";
-};
 
 bool is_near(double value, double to, double relative_to) {
 	return value == to || std::abs(value - to) < std::fmax(NEAR_ENOUGH, NEAR_ENOUGH * std::abs(relative_to));
@@ -58,54 +52,54 @@ double angle_difference(double from, double to) {
 }
 
 bool divides(Operation operation) {
-	return operation == SCMathAction::DIVIDE || operation == SCMathAction::MODULO || operation == SCMathAction::WRAP;
+	return operation == Kind::DIVIDE || operation == Kind::MODULO || operation == Kind::WRAP;
 }
 
 // `step` is 1, or the seconds that have passed for what goes on in time.
 double calculated(Operation operation, double first, double second, double amount, double step) {
 	switch (operation) {
-		case SCMathAction::ADD:
+		case Kind::ADD:
 			return first + step * second;
-		case SCMathAction::SUBTRACT:
+		case Kind::SUBTRACT:
 			return first - step * second;
-		case SCMathAction::MULTIPLY:
+		case Kind::MULTIPLY:
 			return first * second;
-		case SCMathAction::DIVIDE:
+		case Kind::DIVIDE:
 			return first / second;
-		case SCMathAction::MIN:
+		case Kind::MIN:
 			return second < first ? second : first;
-		case SCMathAction::MAX:
+		case Kind::MAX:
 			return second > first ? second : first;
-		case SCMathAction::POW:
+		case Kind::POW:
 			return std::pow(first, second);
-		case SCMathAction::ABS:
+		case Kind::ABS:
 			return std::abs(first);
-		case SCMathAction::ROUND:
+		case Kind::ROUND:
 			return std::round(first);
-		case SCMathAction::FLOOR:
+		case Kind::FLOOR:
 			return std::floor(first);
-		case SCMathAction::CEIL:
+		case Kind::CEIL:
 			return std::ceil(first);
-		case SCMathAction::MODULO:
-		case SCMathAction::WRAP:
+		case Kind::MODULO:
+		case Kind::WRAP:
 			return remainder_of(first, second);
-		case SCMathAction::SQRT:
+		case Kind::SQRT:
 			return first > 0.0 ? std::sqrt(first) : 0.0;
-		case SCMathAction::SIGN:
+		case Kind::SIGN:
 			return first > 0.0 ? 1.0 : (first < 0.0 ? -1.0 : 0.0);
-		case SCMathAction::LERP:
+		case Kind::LERP:
 			return lerped(first, second, amount, step);
-		case SCMathAction::MOVE_TOWARD:
+		case Kind::MOVE_TOWARD:
 			return moved_toward(first, second, std::abs(amount) * step);
-		case SCMathAction::ANGLE_DIFFERENCE:
+		case Kind::ANGLE_DIFFERENCE:
 			return angle_difference(first, second);
-		case SCMathAction::SINE:
+		case Kind::SINE:
 			return std::sin(first * RADIANS_PER_DEGREE);
-		case SCMathAction::COSINE:
+		case Kind::COSINE:
 			return std::cos(first * RADIANS_PER_DEGREE);
-		case SCMathAction::TANGENT:
+		case Kind::TANGENT:
 			return std::tan(first * RADIANS_PER_DEGREE);
-		case SCMathAction::ANGLE_OF_DIRECTION:
+		case Kind::ANGLE_OF_DIRECTION:
 			return std::atan2(second, first) * DEGREES_PER_RADIAN;
 	}
 	return first;
@@ -114,13 +108,13 @@ double calculated(Operation operation, double first, double second, double amoun
 // Whether whole numbers have a whole answer here at all.
 bool may_be_whole(Operation operation) {
 	switch (operation) {
-		case SCMathAction::DIVIDE:
-		case SCMathAction::SQRT:
-		case SCMathAction::LERP:
-		case SCMathAction::SINE:
-		case SCMathAction::COSINE:
-		case SCMathAction::TANGENT:
-		case SCMathAction::ANGLE_OF_DIRECTION:
+		case Kind::DIVIDE:
+		case Kind::SQRT:
+		case Kind::LERP:
+		case Kind::SINE:
+		case Kind::COSINE:
+		case Kind::TANGENT:
+		case Kind::ANGLE_OF_DIRECTION:
 			return false;
 		default:
 			return true;
@@ -128,41 +122,39 @@ bool may_be_whole(Operation operation) {
 }
 
 class Math_ : public SCNativeAction {
-	static const Names &names() { return NativeNames::of<Names>(); }
-
-	static double side(SCMachineBase *machine, double typed_in, const StringName &variable, bool &is_int) {
-		is_int = !variable.is_empty() && machine->get_value(variable).get_type() == Variant::INT;
+	static double side(SCMachineBase *machine, const SCMachineAction *action, double typed_in, const StringName &variable, bool &is_int) {
+		const Variant held = variable.is_empty() ? Variant(typed_in) : machine->get_value(variable);
+		is_int = held.get_type() == Variant::INT;
+		if (held.get_type() != Variant::NIL && held.get_type() != Variant::BOOL && !values::is_number(held)) {
+			verbs::warn(machine, action,
+					vformat("%s holds %s, which is no number, so it was taken as 0. Pick a number variable in its place.", variable,
+							values::kind_in_words(held)));
+		}
 		return values::number_of(machine, typed_in, variable);
 	}
 
-	static bool runs_in_time(const SCMachineAction *action) {
-		return setting_of<&SCMathAction::per_second>(action) && action->run_mode == SCMachineAction::EVERY_FRAME && SCMathAction::goes_on_in_time(setting_of<&SCMathAction::operation>(action));
-	}
+	static bool runs_in_time(const SCMachineAction *action) { return setting_of<&Kind::per_second>(action) && verbs::applies<&Kind::per_second>(action); }
 
 	static void work(SCMachineBase *machine, SCMachineAction *action, double step) {
-		// 1.
-		const StringName store_in = setting_of<&SCMathAction::store_in>(action);
+		const StringName store_in = setting_of<&Kind::store_in>(action);
 		if (store_in.is_empty()) {
 			return;
 		}
-		// 2. and 3.
-		const Operation operation = setting_of<&SCMathAction::operation>(action);
+		const Operation operation = setting_of<&Kind::operation>(action);
 		bool first_is_int = false;
 		bool second_is_int = false;
-		const double first = side(machine, setting_of<&SCMathAction::first>(action), setting_of<&SCMathAction::first_variable>(action), first_is_int);
-		const double second = side(machine, setting_of<&SCMathAction::second>(action), setting_of<&SCMathAction::second_variable>(action), second_is_int);
-		// 4.
+		const double first = side(machine, action, setting_of<&Kind::first>(action), setting_of<&Kind::first_variable>(action), first_is_int);
+		const double second = side(machine, action, setting_of<&Kind::second>(action), setting_of<&Kind::second_variable>(action), second_is_int);
 		double answer = 0.0;
 		if (divides(operation) && std::abs(second) < NEAR_ENOUGH) {
 			const StillHere here(machine);
-			answer = values::as_number(action->call(names().by_zero, machine, first));
+			answer = values::as_number(action->call(*WarningOf<&Kind::by_zero>::name, machine, first));
 			if (!here) {
 				return;
 			}
 		} else {
-			answer = calculated(operation, first, second, setting_of<&SCMathAction::amount>(action), step);
+			answer = calculated(operation, first, second, setting_of<&Kind::amount>(action), step);
 		}
-		// 5.
 		const double rounded = std::round(answer);
 		if (first_is_int && second_is_int && may_be_whole(operation) && !machine->has_value(store_in) && is_near(answer, rounded, answer)) {
 			machine->set_value(store_in, ValueKinds::whole_part(rounded));
@@ -174,18 +166,16 @@ class Math_ : public SCNativeAction {
 public:
 	void enter(SCMachineBase *machine, SCMachineAction *action, int index) override {
 		const StillHere here(machine);
-		if (setting_of<&SCMathAction::store_in>(action).is_empty()) {
-			action->call(names().warn_nowhere_to_store, machine, index);
+		if (setting_of<&Kind::store_in>(action).is_empty()) {
+			verbs::say<&Kind::warn_nowhere_to_store>(action, machine, index);
 		} else if (!runs_in_time(action)) {
 			work(machine, action, 1.0);
 		}
-		if (here && action->run_mode != SCMachineAction::EVERY_FRAME) {
-			machine->finish(index);
-		}
+		verbs::finish_unless_repeating(machine, action, index, here);
 	}
 
 	void update(SCMachineBase *machine, SCMachineAction *action, int, double delta) override {
-		if (action->run_mode == SCMachineAction::EVERY_FRAME) {
+		if (action->repeats()) {
 			work(machine, action, runs_in_time(action) ? delta : 1.0);
 		}
 	}

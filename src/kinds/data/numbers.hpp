@@ -17,11 +17,8 @@ public:
 	SCClampAction() { run_mode = EVERY_FRAME; }
 
 	String summary_default() override;
-	bool finishes_as_it_starts_default() override { return !repeats(); }
 	bool needs_every_tick_default() override { return !follows_variables(); }
 	PackedStringArray variables_to_watch_default() override;
-	PackedStringArray variables_written_default() override;
-	TypedArray<StringName> optional_names_default() override;
 
 private:
 	// Repeating, it works when one of its variables changes instead of on every frame.
@@ -39,10 +36,6 @@ public:
 	StringName store_in;
 
 	String summary_default() override;
-	bool finishes_as_it_starts_default() override { return !repeats(); }
-
-protected:
-	void _validate_property(PropertyInfo &property) const;
 };
 
 class SCRandomSeedAction : public SCMachineAction {
@@ -57,11 +50,4 @@ public:
 	StringName store_in;
 
 	String summary_default() override;
-	bool uses_run_mode_default() override { return false; }
-	bool finishes_as_it_starts_default() override { return true; }
-	bool works_after_finishing_default() override { return false; }
-	TypedArray<StringName> optional_names_default() override;
-
-protected:
-	void _validate_property(PropertyInfo &property) const;
 };

@@ -2,9 +2,9 @@
 // own random numbers, so that one seed holds for all of it.
 
 #include "action/add_kind.hpp"
-#include "action/answering.hpp"
 #include "action/native_names.hpp"
-#include "action/shared_verbs.hpp"
+#include "action/runtime_shapes.hpp"
+#include "action/settings_in_use.hpp"
 #include "action/values.hpp"
 #include "action/words.hpp"
 #include "kinds/data/numbers.hpp"
@@ -20,10 +20,11 @@ struct Range {
 	double highest = 0.0;
 
 	// Ends that are the wrong way round still enclose a range.
-	Range(SCMachineBase *machine, const SCMachineAction *action, double low, double high) :
-			lowest(MIN(low, high)), highest(MAX(low, high)) {
+	Range(SCMachineBase *machine, const SCMachineAction *action, double low, double high) : lowest(MIN(low, high)), highest(MAX(low, high)) {
 		if (low > high) {
-			verbs::warn(machine, action, vformat("Lowest is %s, which is more than Highest, %s, so the two were taken the other way round. Swap them.", words::number(low), words::number(high)));
+			verbs::warn(machine, action,
+					vformat("Lowest is %s, which is more than Highest, %s, so the two were taken the other way round. Swap them.", words::number(low),
+							words::number(high)));
 		}
 	}
 	// The whole numbers inside; a range without one has the nearest there is.
@@ -62,21 +63,27 @@ class Clamp : public OnceOrRepeating<Clamp> {
 
 public:
 	static void work(SCMachineBase *machine, SCMachineAction *action, int index, double) {
-		const StringName name = setting_of<&Kind::variable_name>(action);
+		const StringName name = verbs::variable_or_warn<&Kind::variable_name>(machine, action, "it changed nothing");
 		if (name.is_empty()) {
-			verbs::warn(machine, action, "no variable is picked, so it changed nothing. Pick one under Variable Name.");
 			return;
 		}
 		const Variant held = machine->get_value(name);
 		if (!values::is_number(held)) {
-			const String what = machine->has_value(name) ? vformat("%s holds %s, which is not a number, so it was left alone. Make it a float or an int in the Variables tab, or pick another under Variable Name.", name, values::kind_in_words(held)) : vformat("this machine has no variable called %s, so there was nothing to keep inside the range. Add it in the Variables tab, or pick another under Variable Name.", name);
-			verbs::warn(machine, action, what);
+			if (machine->has_value(name)) {
+				verbs::warn(machine, action,
+						vformat("%s holds %s, which is not a number, so it was left alone. Make it a float or an int in the Variables tab, or pick another "
+								"under Variable Name.",
+								name, values::kind_in_words(held)));
+			} else {
+				verbs::warn_no_such_variable<&Kind::variable_name>(machine, action, "there was nothing to keep inside the range");
+			}
 			return;
 		}
 		const Range range(machine, action, setting_of<&Kind::lowest>(action), setting_of<&Kind::highest>(action));
 		End end = INSIDE;
 		const Variant number = clamped(held, range, end);
-		const StringName event = end == INSIDE ? StringName() : (end == AT_LOWEST ? setting_of<&Kind::lowest_event>(action) : setting_of<&Kind::highest_event>(action));
+		const StringName event =
+				end == INSIDE ? StringName() : (end == AT_LOWEST ? setting_of<&Kind::lowest_event>(action) : setting_of<&Kind::highest_event>(action));
 		// Noted before anything is written: a watcher may be this very action.
 		Dictionary slot = machine->slot(index);
 		const StringName &at_end = NativeNames::of<ClampNames>().at_end;
@@ -113,12 +120,11 @@ public:
 		const Range range(machine, action, setting_of<&Kind::lowest>(action), setting_of<&Kind::highest>(action));
 		const Variant held = store_in.is_empty() ? Variant() : machine->get_value(store_in);
 		const bool asked_for_whole = setting_of<&Kind::whole_number>(action);
-		if (asked_for_whole || held.get_type() == Variant::INT) {
-			const bool avoids = asked_for_whole && setting_of<&Kind::never_twice_the_same>(action);
-			answering::keep(machine, action, store_in, whole(range, avoids ? held : Variant()), "the number");
-		} else {
-			answering::keep(machine, action, store_in, UtilityFunctions::randf_range(range.lowest, range.highest), "the number");
-		}
+		const bool avoids = asked_for_whole && setting_of<&Kind::never_twice_the_same>(action);
+		const bool is_whole = asked_for_whole || held.get_type() == Variant::INT;
+		const Variant number =
+				is_whole ? Variant(whole(range, avoids ? held : Variant())) : Variant(UtilityFunctions::randf_range(range.lowest, range.highest));
+		verbs::keep<&Kind::store_in>(machine, action, number, "the number");
 	}
 };
 
@@ -147,7 +153,7 @@ public:
 	static void work(SCMachineBase *machine, SCMachineAction *action, int, double) {
 		const int64_t number = seed_of(machine, action);
 		UtilityFunctions::seed(number);
-		answering::keep_if_named(machine, action, setting_of<&Kind::store_in>(action), number);
+		verbs::keep_if_named<&Kind::store_in>(machine, action, number);
 	}
 };
 

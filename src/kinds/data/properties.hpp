@@ -13,5 +13,4 @@ public:
 	StringName store_in;
 
 	String summary_default() override;
-	bool finishes_as_it_starts_default() override { return !repeats(); }
 };

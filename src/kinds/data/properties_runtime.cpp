@@ -1,10 +1,9 @@
 // The compiled runtime of the kind that reads properties of nodes.
 
 #include "action/add_kind.hpp"
-#include "action/answering.hpp"
 #include "action/native_names.hpp"
 #include "action/property_paths.hpp"
-#include "action/shared_verbs.hpp"
+#include "action/runtime_shapes.hpp"
 #include "kinds/data/properties.hpp"
 
 namespace {
@@ -13,7 +12,6 @@ struct PropertyNames {
 	StringName path_for = "path_for";
 	StringName path = "path";
 	StringName is_there = "is_there";
-	StringName node_path = "node_path";
 };
 
 class GetProperty : public OnceOrRepeating<GetProperty> {
@@ -48,7 +46,7 @@ public:
 			verbs::warn(machine, action, "no property is named, so there was nothing to read. Type one in beside Property, such as visible.");
 			return;
 		}
-		Node *node = verbs::node_or_warn(machine, action, setting_of<&Kind::node_path>(action), NativeNames::of<PropertyNames>().node_path);
+		Node *node = verbs::node_or_warn<&Kind::node_path>(machine, action);
 		if (node == nullptr) {
 			return;
 		}
@@ -58,12 +56,15 @@ public:
 		const StillHere here(machine);
 		const Variant value = node->get_indexed(path);
 		node = Object::cast_to<Node>(ObjectDB::get_instance(node_id));
-		if (here && value.get_type() == Variant::NIL && node != nullptr && !is_there(machine, index, node, path)) {
-			verbs::warn(machine, action, vformat("%s has nothing called %s, so nothing was read. Check the name under Property against Godot's help for %s.", node->get_name(), property, node->get_class()));
+		if (!here) {
 			return;
 		}
-		if (here) {
-			answering::keep(machine, action, setting_of<&Kind::store_in>(action), value, "the value");
+		if (value.get_type() == Variant::NIL && node != nullptr && !is_there(machine, index, node, path)) {
+			verbs::warn(machine, action,
+					vformat("%s has nothing called %s, so nothing was read. Check the name under Property against Godot's help for %s.", node->get_name(),
+							property, node->get_class()));
+		} else if (here) {
+			verbs::keep<&Kind::store_in>(machine, action, value, "the value");
 		}
 	}
 };

@@ -1,14 +1,10 @@
-// The compiled runtime of the kind that works with tables. A table is changed as a copy and written back, as
-// lists are.
+// The compiled runtime of the kind that works with tables.
 
 #include "action/add_kind.hpp"
-#include "action/answering.hpp"
-#include "action/contents.hpp"
-#include "action/shared_verbs.hpp"
+#include "action/changes_contents.hpp"
 #include "action/values.hpp"
 #include "action/words.hpp"
-#include "kinds/data/lists.hpp"
-#include "machine/value_kinds.hpp"
+#include "kinds/data/tables.hpp"
 
 #include <godot_cpp/variant/utility_functions.hpp>
 
@@ -17,32 +13,41 @@ namespace {
 using contents::Outcome;
 using contents::Takes;
 
-class DictionaryWork : public OnceOrRepeating<DictionaryWork> {
+class DictionaryWork : public ChangesContents<DictionaryWork, SCDictionaryAction, Dictionary, &SCDictionaryAction::table_variable> {
 	using Kind = SCDictionaryAction;
+
+	// A table with a type cannot even be asked for a key of another.
+	static bool holds(const Dictionary &table, Variant key) { return Takes::keys_of(table).fit(key) && table.has(key); }
 
 	// A key is typed in as a word; a table made by a script may go by numbers.
 	static Variant key_in(const Dictionary &table, const String &key) {
-		if (!table.has(key)) {
-			if (key.is_valid_int() && table.has(key.to_int())) {
-				return key.to_int();
+		const Takes keys = Takes::keys_of(table);
+		const Variant spellings[] = { key, key.is_valid_int() ? Variant(key.to_int()) : Variant(key),
+			key.is_valid_float() ? Variant(key.to_float()) : Variant(key) };
+		Variant fresh;
+		for (Variant spelling : spellings) {
+			if (!keys.fit(spelling)) {
+				continue;
 			}
-			if (key.is_valid_float() && table.has(key.to_float())) {
-				return key.to_float();
+			if (table.has(spelling)) {
+				return spelling;
 			}
-			if (key.is_valid_int() && table.get_typed_key_builtin() == Variant::INT) {
-				return key.to_int();
-			}
+			fresh = fresh.get_type() == Variant::NIL ? spelling : fresh;
 		}
-		return key;
+		return fresh.get_type() == Variant::NIL ? Variant(key) : fresh;
 	}
 
 	static bool put(Dictionary &table, Variant key, Variant value, Outcome &outcome) {
 		const Takes keys = Takes::keys_of(table);
 		const Takes held = Takes::values_of(table);
 		if (!keys.fit(key)) {
-			outcome.problem = vformat("this table takes only %s as a key, so %s was left out. Change the key, or make the variable a Dictionary that takes anything.", keys.in_words(), words::text_of(key));
+			outcome.problem =
+					vformat("this table takes only %s as a key, so %s was left out. Change the key, or make the variable a Dictionary that takes anything.",
+							keys.in_words(), words::text_of(key));
 		} else if (!held.fit(value)) {
-			outcome.problem = vformat("%s cannot go into this table, which takes only %s, so it was left out. Change the value, or make the variable a Dictionary that takes anything.", values::kind_in_words(value), held.in_words());
+			outcome.problem = vformat("%s cannot go into this table, which takes only %s, so it was left out. Change the value, or make the variable a "
+									  "Dictionary that takes anything.",
+					values::kind_in_words(value), held.in_words());
 		} else {
 			table[key] = value;
 			outcome.changed = true;
@@ -52,24 +57,53 @@ class DictionaryWork : public OnceOrRepeating<DictionaryWork> {
 
 	static Outcome add_to(Dictionary &table, const Variant &key, const Variant &value) {
 		Outcome outcome;
-		const Variant before = table.get(key, Variant());
-		Variant sum = value;
+		const Variant before = holds(table, key) ? table.get(key, Variant()) : Variant();
+		Variant sum;
 		bool valid = true;
-		if (!ValueKinds::is_nothing(before)) {
+		if (ValueKinds::is_nothing(before)) {
+			sum = value;
+		} else {
 			Variant::evaluate(Variant::OP_ADD, before, value, sum, valid);
 		}
 		if (!valid || !(values::is_number(sum) || sum.get_type() == Variant::VECTOR2 || sum.get_type() == Variant::VECTOR3)) {
-			outcome.problem = vformat("%s cannot be added to %s, so the entry %s was left as it is. Add a number to a number.", values::kind_in_words(value), values::kind_in_words(before), words::text_of(key));
+			outcome.problem = vformat("%s cannot be added to %s, so the entry %s was left as it is. Add a number to a number.", values::kind_in_words(value),
+					values::kind_in_words(before), words::text_of(key));
 			return outcome;
 		}
 		put(table, key, sum, outcome);
 		return outcome;
 	}
 
-	static Outcome do_it(const SCMachineAction *action, const Variant &held, Dictionary &table) {
+public:
+	static constexpr const char *NOUN = "table";
+	static constexpr const char *A_TYPE = "a Dictionary";
+	static constexpr const char *ITEM = "entry";
+
+	static bool is_one(const Variant &held) { return held.get_type() == Variant::DICTIONARY; }
+	static Dictionary copy_of(const Variant &held) { return Dictionary(held).duplicate(); }
+	static Variant as_held(const Dictionary &table, const Variant &) { return table; }
+
+	static bool is_set_up(SCMachineBase *machine, const SCMachineAction *action) {
+		if (verbs::applies<&Kind::key>(action) && setting_of<&Kind::key>(action).is_empty()) {
+			verbs::warn(machine, action, "it has no Key, so it did nothing. Type in the word that the value is kept under beside Key.");
+			return false;
+		}
+		if (verbs::applies<&Kind::value>(action) && !contents::is_given<&Kind::value>(action)) {
+			verbs::warn(machine, action, "it has no Value, so it did nothing. Pick a type and a value beside Value, or a variable to read it from.");
+			return false;
+		}
+		return true;
+	}
+
+	static bool makes_one(const SCMachineAction *action) {
+		const auto operation = setting_of<&Kind::operation>(action);
+		return operation <= Kind::ADD_ALL || operation == Kind::CLEAR;
+	}
+
+	static Outcome changed(const SCMachineAction *action, const Variant &held, Dictionary &table) {
 		const auto operation = setting_of<&Kind::operation>(action);
 		const Variant key = key_in(table, setting_of<&Kind::key>(action));
-		const Variant value = Kind::takes_value(operation) ? setting_of<&Kind::value>(action) : Variant();
+		const Variant value = contents::own_value<&Kind::value>(action);
 		Outcome outcome;
 		switch (operation) {
 			case Kind::SET_ENTRY:
@@ -79,7 +113,8 @@ class DictionaryWork : public OnceOrRepeating<DictionaryWork> {
 				return add_to(table, key, value);
 			case Kind::ADD_ALL: {
 				if (value.get_type() != Variant::DICTIONARY) {
-					outcome.problem = vformat("Value holds %s, not a table, so there was nothing to add. Pick a variable that holds a table beside Value.", values::kind_in_words(value));
+					outcome.problem = vformat("Value holds %s, not a table, so there was nothing to add. Pick a variable that holds a table beside Value.",
+							values::kind_in_words(value));
 					return outcome;
 				}
 				const Dictionary added = value;
@@ -90,12 +125,11 @@ class DictionaryWork : public OnceOrRepeating<DictionaryWork> {
 				break;
 			}
 			case Kind::GET_ENTRY:
-				outcome.found = table.has(key);
-				outcome.answer = table.get(key, Variant());
+				outcome.found = holds(table, key);
+				outcome.answer = outcome.found ? table.get(key, Variant()) : Variant();
 				break;
 			case Kind::HAS_KEY:
-				outcome.found = table.has(key);
-				outcome.answer = outcome.found;
+				outcome.tell_whether(holds(table, key), setting_of<&Kind::key>(action), holds(table, key));
 				break;
 			case Kind::FIND_KEY: {
 				outcome.found = false;
@@ -107,9 +141,9 @@ class DictionaryWork : public OnceOrRepeating<DictionaryWork> {
 				break;
 			}
 			case Kind::REMOVE_ENTRY:
-				outcome.found = table.has(key);
-				outcome.answer = table.get(key, Variant());
-				outcome.changed = table.erase(key);
+				outcome.found = holds(table, key);
+				outcome.answer = outcome.found ? table.get(key, Variant()) : Variant();
+				outcome.changed = outcome.found && table.erase(key);
 				break;
 			case Kind::CLEAR:
 				outcome.changed = !table.is_empty() || ValueKinds::is_nothing(held);
@@ -132,82 +166,6 @@ class DictionaryWork : public OnceOrRepeating<DictionaryWork> {
 				break;
 		}
 		return outcome;
-	}
-
-	static bool is_set_up(SCMachineBase *machine, const SCMachineAction *action, Kind::Operation operation) {
-		if (Kind::takes_key(operation) && setting_of<&Kind::key>(action).is_empty()) {
-			verbs::warn(machine, action, "it has no Key, so it did nothing. Type in the word that the value is kept under beside Key.");
-			return false;
-		}
-		if (Kind::takes_value(operation) && setting_of<&Kind::value>(action).get_type() == Variant::NIL && action->is_typed_in("value")) {
-			verbs::warn(machine, action, "it has no Value, so it did nothing. Pick a type and a value beside Value, or a variable to read it from.");
-			return false;
-		}
-		return true;
-	}
-
-	static void tell(SCMachineBase *machine, const SCMachineAction *action, const Outcome &outcome) {
-		const StillHere here(machine);
-		const auto operation = setting_of<&Kind::operation>(action);
-		const StringName store_in = setting_of<&Kind::store_in>(action);
-		const StringName found_event = setting_of<&Kind::found_event>(action);
-		const StringName not_found_event = setting_of<&Kind::not_found_event>(action);
-		const bool is_a_question = operation == Kind::HAS_KEY;
-		if (Kind::answers(operation)) {
-			if (!outcome.found && !is_a_question) {
-				answering::let_go(machine, store_in);
-			} else if (is_a_question && !(found_event.is_empty() && not_found_event.is_empty())) {
-				answering::keep_if_named(machine, action, store_in, outcome.answer);
-			} else {
-				answering::keep(machine, action, store_in, outcome.answer, "the answer");
-			}
-		}
-		if (!here || !Kind::looks(operation)) {
-			return;
-		}
-		if (outcome.found) {
-			const Variant carried = is_a_question ? Variant(setting_of<&Kind::key>(action)) : outcome.answer;
-			verbs::send(machine, found_event, carried);
-			return;
-		}
-		if (not_found_event.is_empty() && !is_a_question) {
-			verbs::warn(machine, action, vformat("there is no such entry in %s, so nothing came of it. Name an event under Not Found Event to do something about it.", setting_of<&Kind::table_variable>(action)));
-		}
-		verbs::send(machine, not_found_event);
-	}
-
-public:
-	static void work(SCMachineBase *machine, SCMachineAction *action, int, double) {
-		const auto operation = setting_of<&Kind::operation>(action);
-		const StringName name = setting_of<&Kind::table_variable>(action);
-		if (name.is_empty()) {
-			verbs::warn(machine, action, "no variable is picked, so there was no table to work with. Pick the variable holding the table beside Table Variable.");
-			return;
-		}
-		const Variant held = machine->get_value(name);
-		if (!ValueKinds::is_nothing(held) && held.get_type() != Variant::DICTIONARY) {
-			verbs::warn(machine, action, vformat("%s holds %s, which is not a table, so it was left alone. Make it a Dictionary in the Variables tab, or pick another under Table Variable.", name, values::kind_in_words(held)));
-			return;
-		}
-		if (!is_set_up(machine, action, operation)) {
-			return;
-		}
-		const bool makes_the_table = Kind::changes_the_table(operation) && operation != Kind::REMOVE_ENTRY;
-		if (!machine->has_value(name) && !makes_the_table) {
-			verbs::warn(machine, action, vformat("this machine has no variable called %s, so the table counts as empty. Add it in the Variables tab, or pick another under Table Variable.", name));
-		}
-		const StillHere here(machine);
-		Dictionary table = ValueKinds::is_nothing(held) ? Dictionary() : Dictionary(held).duplicate();
-		const Outcome outcome = do_it(action, held, table);
-		if (!outcome.problem.is_empty()) {
-			verbs::warn(machine, action, outcome.problem);
-		}
-		if (outcome.changed) {
-			machine->set_value(name, table);
-		}
-		if (here && outcome.problem.is_empty()) {
-			tell(machine, action, outcome);
-		}
 	}
 };
 

@@ -1,7 +1,6 @@
 #include "kinds/data/texts.hpp"
 
-#include "action/action_shared.hpp"
-#include "action/showing.hpp"
+#include "action/contents.hpp"
 #include "action/words.hpp"
 
 namespace {
@@ -23,10 +22,14 @@ void add_once(PackedStringArray &names, const PackedStringArray &more) {
 
 } // namespace
 
-void SCFormatStringAction::describe(KindTable<SCFormatStringAction> &kind) {
+void SCFormatStringAction::describe(KindTable<Self> &kind) {
 	kind.about("data", "build_string", "Put text together into a variable, for a score line, a name or a message.");
-	kind.setting<&SCFormatStringAction::text>("text", hint::MULTILINE, "The text. A variable's name in braces is replaced by its value, as in \"{coins} of {coins needed}\", and {target} by the name of the node the machine works on. After a colon comes how to show it: {score:000} writes 007, {speed:0.0} one digit after the point, {coins:,} 12,500, {bonus:+} +5, {health:%} a share of 1 as a percentage, {left:time} 1:05, and {name:upper}, {name:lower} or {name:title} change its letters.");
-	kind.setting<&SCFormatStringAction::store_in>("store_in", "The variable the text goes into.");
+	kind.runs(Runs::ONCE_OR_REPEATING);
+	kind.setting<&Self::text>("text", hint::MULTILINE,
+			"The text. A variable's name in braces is replaced by its value, as in \"{coins} of {coins needed}\", and {target} by the name of the node the "
+			"machine works on. After a colon comes how to show it: {score:000} writes 007, {speed:0.0} one digit after the point, {coins:,} 12,500, {bonus:+} "
+			"+5, {health:%} a share of 1 as a percentage, {left:time} 1:05, and {name:upper}, {name:lower} or {name:title} change its letters.");
+	kind.setting<&Self::store_in>("store_in", "The variable the text goes into.");
 }
 
 String SCFormatStringAction::summary_default() {
@@ -48,31 +51,41 @@ PackedStringArray SCFormatStringAction::variables_read_default() {
 	return names;
 }
 
-void SCStringAction::describe(KindTable<SCStringAction> &kind) {
-	kind.about("data", "string", "Work with text. Make a name upper case, cut off its first letter, look for a word in what the player typed, or split a line into a list.");
+void SCStringAction::describe(KindTable<Self> &kind) {
+	kind.about("data", "string",
+			"Work with text. Make a name upper case, cut off its first letter, look for a word in what the player typed, or split a line into a list.");
+	kind.runs(Runs::ONCE_OR_REPEATING);
 	kind.constants_of<Operation>();
-	kind.setting<&SCStringAction::text>("text", hint::MULTILINE, "The text to work with, typed in or from a variable.");
-	kind.setting<&SCStringAction::operation>("operation", "What to do. Trim cuts blanks off both ends. Part takes some letters out of the middle. Split makes a list of the pieces, and Join puts a list together into one text.").relists();
-	kind.setting<&SCStringAction::look_for>("look_for", "The words to look for.");
-	kind.setting<&SCStringAction::new_text>("new_text", "The text put in. For Replace, empty takes the words out.");
-	kind.setting<&SCStringAction::ignore_case>("ignore_case", "Take large and small letters for the same, so that yes is found in YES.");
-	kind.setting<&SCStringAction::position>("position", "Which letter to begin at. 0 is the first, 1 the second, and -1 the last. Insert puts the text before that letter, and -1 puts it at the end.");
-	kind.setting<&SCStringAction::length>("length", { PROPERTY_HINT_RANGE, "0,100,1,or_greater" }, "For Part, how many letters to take, where 0 takes all that follow. For Pad, how many letters long it is to be at least.");
-	kind.setting<&SCStringAction::times>("times", { PROPERTY_HINT_RANGE, "0,100,1,or_greater" }, "How many times to write it, one after another.");
-	kind.setting<&SCStringAction::fill_with>("fill_with", "The letter that fills it up, such as 0 or a blank.");
-	kind.setting<&SCStringAction::separator>("separator", "What stands between two pieces. For Split, empty makes a piece of each letter.");
-	kind.setting<&SCStringAction::list_variable>("list_variable", "The variable holding the list to put together.");
-	kind.setting<&SCStringAction::store_in>("store_in", "The variable the answer goes into: a text, a number for Length, Find (-1 when it is not there) and Count, true or false for Contains, Begins With and Ends With, a list for Split.");
-	kind.setting<&SCStringAction::true_event>("true_event", "Sent when it is so. Empty sends nothing.");
-	kind.setting<&SCStringAction::false_event>("false_event", "Sent when it is not so. Empty sends nothing.");
-}
-
-bool SCStringAction::searches(Operation operation) {
-	return operation >= FIND && operation <= REPLACE;
-}
-
-bool SCStringAction::asks(Operation operation) {
-	return operation == CONTAINS || operation == BEGINS_WITH || operation == ENDS_WITH;
+	kind.setting<&Self::text>("text", hint::MULTILINE, "The text to work with, typed in or from a variable.").unless<&Self::operation, JOIN>();
+	kind.setting<&Self::operation>("operation",
+			"What to do. Trim cuts blanks off both ends. Part takes some letters out of the middle. Split makes a list of the pieces, and Join puts a list "
+			"together into one text.");
+	kind.setting<&Self::look_for>("look_for", "The words to look for.").only_if<&Self::operation, FIND, COUNT, CONTAINS, BEGINS_WITH, ENDS_WITH, REPLACE>();
+	kind.setting<&Self::new_text>("new_text", "The text put in. For Replace, empty takes the words out.").only_if<&Self::operation, REPLACE, INSERT>();
+	kind.setting<&Self::ignore_case>("ignore_case", "Take large and small letters for the same, so that yes is found in YES.")
+			.only_if<&Self::operation, FIND, COUNT, CONTAINS, BEGINS_WITH, ENDS_WITH, REPLACE>();
+	kind.setting<&Self::position>("position",
+				"Which letter to begin at. 0 is the first, 1 the second, and -1 the last. Insert puts the text before that letter, and -1 puts it at the end.")
+			.only_if<&Self::operation, PART, INSERT>();
+	kind.setting<&Self::length>("length", { PROPERTY_HINT_RANGE, "0,100,1,or_greater" },
+				"For Part, how many letters to take, where 0 takes all that follow. For Pad, how many letters long it is to be at least.")
+			.only_if<&Self::operation, PART, PAD_START, PAD_END>();
+	kind.setting<&Self::times>("times", { PROPERTY_HINT_RANGE, "0,100,1,or_greater" }, "How many times to write it, one after another.")
+			.only_if<&Self::operation, REPEAT>();
+	kind.setting<&Self::fill_with>("fill_with", "The letter that fills it up, such as 0 or a blank.").only_if<&Self::operation, PAD_START, PAD_END>();
+	kind.setting<&Self::separator>("separator", "What stands between two pieces. For Split, empty makes a piece of each letter.")
+			.only_if<&Self::operation, SPLIT, JOIN>();
+	kind.setting<&Self::list_variable>("list_variable", "The variable holding the list to put together.").only_if<&Self::operation, JOIN>();
+	kind.setting<&Self::store_in>("store_in",
+				"The variable the answer goes into: a text, a number for Length, Find (-1 when it is not there) and Count, true or false for Contains, Begins "
+				"With and Ends With, a list for Split.")
+			.optional_if<&Self::operation, CONTAINS, BEGINS_WITH, ENDS_WITH>();
+	kind.setting<&Self::true_event>("true_event", "Sent when it is so. Empty sends nothing.")
+			.only_if<&Self::operation, CONTAINS, BEGINS_WITH, ENDS_WITH>()
+			.optional();
+	kind.setting<&Self::false_event>("false_event", "Sent when it is not so. Empty sends nothing.")
+			.only_if<&Self::operation, CONTAINS, BEGINS_WITH, ENDS_WITH>()
+			.optional();
 }
 
 String SCStringAction::summary_default() {
@@ -89,7 +102,8 @@ String SCStringAction::summary_default() {
 		case LENGTH:
 			return vformat("Keep how long %s is in %s", what, store_in);
 		case PART:
-			return length > 0 ? vformat("Keep %d letters of %s from %d in %s", length, what, position, store_in) : vformat("Keep %s from letter %d in %s", what, position, store_in);
+			return length > 0 ? vformat("Keep %d letters of %s from %d in %s", length, what, position, store_in)
+							  : vformat("Keep %s from letter %d in %s", what, position, store_in);
 		case FIND:
 			return vformat("Keep where %s stands in %s in %s", quoted(look_for), what, store_in);
 		case COUNT:
@@ -98,7 +112,7 @@ String SCStringAction::summary_default() {
 		case BEGINS_WITH:
 		case ENDS_WITH: {
 			const String asked = operation == CONTAINS ? "contain" : (operation == BEGINS_WITH ? "begin with" : "end with");
-			return vformat("Does %s %s %s?%s", what, asked, quoted(look_for), store_in.is_empty() ? String() : vformat(" into %s", store_in));
+			return vformat("Does %s %s %s?%s", what, asked, quoted(look_for), contents::into(store_in));
 		}
 		case REPLACE:
 			return vformat("Keep %s with %s for %s in %s", what, quoted(new_text), quoted(look_for), store_in);
@@ -116,44 +130,22 @@ String SCStringAction::summary_default() {
 		case JOIN:
 			break;
 	}
-	return vformat("Join %s with %s into %s", list_variable.is_empty() ? ActionShared::get().not_picked : String(list_variable), quoted(separator), store_in);
+	return vformat("Join %s with %s into %s", words::picked(list_variable), quoted(separator), store_in);
 }
 
-TypedArray<StringName> SCStringAction::optional_names_default() {
-	TypedArray<StringName> optional = Array::make(StringName("true_event"), StringName("false_event"));
-	if (asks(operation)) {
-		optional.push_back(StringName("store_in"));
-	}
-	return optional;
-}
-
-void SCStringAction::_validate_property(PropertyInfo &property) const {
-	const bool pads = operation == PAD_START || operation == PAD_END;
-	showing::only_if(operation != JOIN, property, { "text" });
-	showing::only_if(searches(operation), property, { "look_for", "ignore_case" });
-	showing::only_if(operation == REPLACE || operation == INSERT, property, { "new_text" });
-	showing::only_if(operation == PART || operation == INSERT, property, { "position" });
-	showing::only_if(operation == PART || pads, property, { "length" });
-	showing::only_if(operation == REPEAT, property, { "times" });
-	showing::only_if(pads, property, { "fill_with" });
-	showing::only_if(operation == SPLIT || operation == JOIN, property, { "separator" });
-	showing::only_if(operation == JOIN, property, { "list_variable" });
-	showing::only_if(asks(operation), property, { "true_event", "false_event" });
-}
-
-void SCStringToNumberAction::describe(KindTable<SCStringToNumberAction> &kind) {
-	kind.about("data", "string_to_number", "Read a number out of text into a float or int variable. It takes the first number there is, so it reads 12 out of \"Level 12\" and -3.5 out of \"-3.5 degrees\".");
-	kind.setting<&SCStringToNumberAction::text>("text", "The text to read, typed in or from a variable, such as what the player typed. A comma between thousands, as in 12,500, is skipped.");
-	kind.setting<&SCStringToNumberAction::store_in>("store_in", "The variable the number goes into. An int variable takes it rounded.");
-	kind.setting<&SCStringToNumberAction::if_there_is_none>("if_there_is_none", "The number kept when the text holds none.");
-	kind.setting<&SCStringToNumberAction::found_event>("found_event", "Sent when there was a number. It carries the number. Empty sends nothing.");
-	kind.setting<&SCStringToNumberAction::not_found_event>("not_found_event", "Sent when there was none, to ask the player again, for example. Empty sends nothing.");
+void SCStringToNumberAction::describe(KindTable<Self> &kind) {
+	kind.about("data", "string_to_number",
+			"Read a number out of text into a float or int variable. It takes the first number there is, so it reads 12 out of \"Level 12\" and -3.5 out of "
+			"\"-3.5 degrees\".");
+	kind.runs(Runs::ONCE_OR_REPEATING);
+	kind.setting<&Self::text>(
+			"text", "The text to read, typed in or from a variable, such as what the player typed. A comma between thousands, as in 12,500, is skipped.");
+	kind.setting<&Self::store_in>("store_in", "The variable the number goes into. An int variable takes it rounded.");
+	kind.setting<&Self::if_there_is_none>("if_there_is_none", "The number kept when the text holds none.");
+	kind.setting<&Self::found_event>("found_event", "Sent when there was a number. It carries the number. Empty sends nothing.").optional();
+	kind.setting<&Self::not_found_event>("not_found_event", "Sent when there was none, to ask the player again, for example. Empty sends nothing.").optional();
 }
 
 String SCStringToNumberAction::summary_default() {
 	return vformat("Read the number in %s into %s", quoted(text), store_in);
-}
-
-TypedArray<StringName> SCStringToNumberAction::optional_names_default() {
-	return Array::make(StringName("found_event"), StringName("not_found_event"));
 }

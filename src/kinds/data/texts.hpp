@@ -12,7 +12,6 @@ public:
 	StringName store_in;
 
 	String summary_default() override;
-	bool finishes_as_it_starts_default() override { return !repeats(); }
 	bool needs_every_tick_default() override { return !follows_variables(); }
 	PackedStringArray variables_to_watch_default() override;
 	PackedStringArray variables_read_default() override;
@@ -26,7 +25,8 @@ class SCStringAction : public SCMachineAction {
 	SC_KIND(SCStringAction, SCMachineAction)
 
 public:
-	SC_ENUM(Operation, UPPER_CASE, LOWER_CASE, TITLE_CASE, TRIM, LENGTH, PART, FIND, COUNT, CONTAINS, BEGINS_WITH, ENDS_WITH, REPLACE, INSERT, REPEAT, REVERSE, PAD_START, PAD_END, SPLIT, JOIN)
+	SC_ENUM(Operation, UPPER_CASE, LOWER_CASE, TITLE_CASE, TRIM, LENGTH, PART, FIND, COUNT, CONTAINS, BEGINS_WITH, ENDS_WITH, REPLACE, INSERT, REPEAT, REVERSE,
+			PAD_START, PAD_END, SPLIT, JOIN)
 
 	String text;
 	Operation operation = UPPER_CASE;
@@ -43,16 +43,7 @@ public:
 	StringName true_event;
 	StringName false_event;
 
-	static bool searches(Operation operation);
-	// Comes out as true or false, with an event for either.
-	static bool asks(Operation operation);
-
 	String summary_default() override;
-	bool finishes_as_it_starts_default() override { return !repeats(); }
-	TypedArray<StringName> optional_names_default() override;
-
-protected:
-	void _validate_property(PropertyInfo &property) const;
 };
 
 class SCStringToNumberAction : public SCMachineAction {
@@ -66,6 +57,4 @@ public:
 	StringName not_found_event;
 
 	String summary_default() override;
-	bool finishes_as_it_starts_default() override { return !repeats(); }
-	TypedArray<StringName> optional_names_default() override;
 };

@@ -1,8 +1,8 @@
 // Compiled runtimes of the kinds that work with text.
 
 #include "action/add_kind.hpp"
-#include "action/answering.hpp"
-#include "action/shared_verbs.hpp"
+#include "action/runtime_shapes.hpp"
+#include "action/settings_in_use.hpp"
 #include "action/values.hpp"
 #include "action/words.hpp"
 #include "kinds/data/texts.hpp"
@@ -18,7 +18,10 @@ class FormatString : public OnceOrRepeating<FormatString> {
 		const PackedStringArray names = words::names_in(text);
 		for (int64_t i = 0; i < names.size(); i++) {
 			if (!machine->has_value(names[i])) {
-				verbs::warn(machine, action, vformat("this machine has no variable called %s, so {%s} was left as it stands. Add it in the Variables tab, or write the name of one that it has.", names[i], names[i]));
+				verbs::warn(machine, action,
+						vformat("this machine has no variable called %s, so {%s} was left as it stands. Add it in the Variables tab, or write the name of one "
+								"that it has.",
+								names[i], names[i]));
 			}
 		}
 	}
@@ -27,7 +30,7 @@ public:
 	static void work(SCMachineBase *machine, SCMachineAction *action, int, double) {
 		const String text = setting_of<&SCFormatStringAction::text>(action);
 		tell_what_is_missing(machine, action, text);
-		answering::keep(machine, action, setting_of<&SCFormatStringAction::store_in>(action), words::fill_in(text, machine), "the text");
+		verbs::keep<&SCFormatStringAction::store_in>(machine, action, words::fill_in(text, machine), "the text");
 	}
 };
 
@@ -73,7 +76,11 @@ class StringWork : public OnceOrRepeating<StringWork> {
 		const StringName name = setting_of<&Kind::list_variable>(action);
 		const Variant held = name.is_empty() ? Variant() : machine->get_value(name);
 		if (!values::is_list(held)) {
-			verbs::warn(machine, action, name.is_empty() ? String("no list is picked, so there was nothing to join. Pick the variable holding it beside List Variable.") : vformat("%s holds %s, which is not a list, so there was nothing to join. Pick the variable holding the list beside List Variable.", name, values::kind_in_words(held)));
+			verbs::warn(machine, action,
+					name.is_empty() ? String("no list is picked, so there was nothing to join. Pick the variable holding it beside List Variable.")
+									: vformat("%s holds %s, which is not a list, so there was nothing to join. Pick the variable holding the list beside List "
+											  "Variable.",
+											  name, values::kind_in_words(held)));
 			return String();
 		}
 		const Array list = held;
@@ -150,27 +157,19 @@ class StringWork : public OnceOrRepeating<StringWork> {
 
 public:
 	static void work(SCMachineBase *machine, SCMachineAction *action, int, double) {
-		const auto operation = setting_of<&Kind::operation>(action);
-		if (Kind::searches(operation) && setting_of<&Kind::look_for>(action).is_empty()) {
+		if (verbs::applies<&Kind::look_for>(action) && setting_of<&Kind::look_for>(action).is_empty()) {
 			verbs::warn(machine, action, "there is nothing to look for, so it did nothing. Type the words in beside Look For.");
 			return;
 		}
 		const Variant answer = answer_of(machine, action, setting_of<&Kind::text>(action));
-		const StringName store_in = setting_of<&Kind::store_in>(action);
-		if (!Kind::asks(operation)) {
-			answering::keep(machine, action, store_in, answer, "the answer");
+		if (!verbs::applies<&Kind::true_event>(action)) {
+			verbs::keep<&Kind::store_in>(machine, action, answer, "the answer");
 			return;
 		}
-		const StringName true_event = setting_of<&Kind::true_event>(action);
-		const StringName false_event = setting_of<&Kind::false_event>(action);
 		const StillHere here(machine);
-		if (true_event.is_empty() && false_event.is_empty()) {
-			answering::keep(machine, action, store_in, answer, "the answer");
-		} else {
-			answering::keep_if_named(machine, action, store_in, answer);
-		}
+		verbs::keep_or_tell<&Kind::store_in, &Kind::true_event, &Kind::false_event>(machine, action, answer);
 		if (here) {
-			verbs::send(machine, bool(answer) ? true_event : false_event);
+			verbs::send_either<&Kind::true_event, &Kind::false_event>(machine, action, bool(answer));
 		}
 	}
 };
@@ -240,18 +239,18 @@ class StringToNumber : public OnceOrRepeating<StringToNumber> {
 public:
 	static void work(SCMachineBase *machine, SCMachineAction *action, int, double) {
 		const String text = setting_of<&Kind::text>(action);
-		const StringName found_event = setting_of<&Kind::found_event>(action);
-		const StringName not_found_event = setting_of<&Kind::not_found_event>(action);
 		const Variant found = number_in(text);
 		const bool has_one = found.get_type() != Variant::NIL;
 		const Variant kept = has_one ? found : Variant(setting_of<&Kind::if_there_is_none>(action));
-		if (!has_one && not_found_event.is_empty()) {
-			verbs::warn(machine, action, vformat("there is no number in \"%s\", so it kept %s. Name an event under Not Found Event to do something about it.", text, words::number(kept)));
+		if (!has_one && setting_of<&Kind::not_found_event>(action).is_empty()) {
+			verbs::warn(machine, action,
+					vformat("there is no number in \"%s\", so it kept %s. Name an event under Not Found Event to do something about it.", text,
+							words::number(kept)));
 		}
 		const StillHere here(machine);
-		answering::keep(machine, action, setting_of<&Kind::store_in>(action), kept, "the number");
+		verbs::keep<&Kind::store_in>(machine, action, kept, "the number");
 		if (here) {
-			verbs::send(machine, has_one ? found_event : not_found_event, has_one ? found : Variant());
+			verbs::send_either<&Kind::found_event, &Kind::not_found_event>(machine, action, has_one, found);
 		}
 	}
 };

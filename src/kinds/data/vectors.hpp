@@ -15,8 +15,6 @@ public:
 	StringName store_length_in;
 
 	String summary_default() override;
-	bool finishes_as_it_starts_default() override { return !repeats(); }
-	TypedArray<StringName> optional_names_default() override;
 };
 
 class SCRandomVectorAction : public SCMachineAction {
@@ -33,10 +31,6 @@ public:
 	StringName store_in;
 
 	String summary_default() override;
-	bool finishes_as_it_starts_default() override { return !repeats(); }
-
-protected:
-	void _validate_property(PropertyInfo &property) const;
 };
 
 class SCSetVectorComponentsAction : public SCMachineAction {
@@ -53,18 +47,14 @@ public:
 	bool per_second = false;
 
 	String summary_default() override;
-	bool finishes_as_it_starts_default() override { return !repeats(); }
-	PackedStringArray variables_written_default() override;
-
-protected:
-	void _validate_property(PropertyInfo &property) const;
 };
 
 class SCVectorAction : public SCMachineAction {
 	SC_KIND(SCVectorAction, SCMachineAction)
 
 public:
-	SC_ENUM(Operation, ADD, SUBTRACT, MULTIPLY, DIVIDE, SCALE, LENGTH, DISTANCE, DIRECTION_TO, NORMALIZE, SET_LENGTH, LIMIT_LENGTH, LERP, MOVE_TOWARD, TURN, ANGLE_BETWEEN, DOT, CROSS, BOUNCE, SLIDE, SNAP)
+	SC_ENUM(Operation, ADD, SUBTRACT, MULTIPLY, DIVIDE, SCALE, LENGTH, DISTANCE, DIRECTION_TO, NORMALIZE, SET_LENGTH, LIMIT_LENGTH, LERP, MOVE_TOWARD, TURN,
+			ANGLE_BETWEEN, DOT, CROSS, BOUNCE, SLIDE, SNAP)
 
 	Operation operation = ADD;
 	Variant first = Vector3();
@@ -73,13 +63,5 @@ public:
 	bool per_second = false;
 	StringName store_in;
 
-	static bool takes_second(Operation operation);
-	static bool takes_amount(Operation operation);
-	static bool goes_by_seconds(Operation operation);
-
 	String summary_default() override;
-	bool finishes_as_it_starts_default() override { return !repeats(); }
-
-protected:
-	void _validate_property(PropertyInfo &property) const;
 };

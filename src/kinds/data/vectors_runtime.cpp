@@ -3,9 +3,9 @@
 // Sums are done in three parts; in 2D the third is 0 throughout.
 
 #include "action/add_kind.hpp"
-#include "action/answering.hpp"
 #include "action/checked.hpp"
-#include "action/shared_verbs.hpp"
+#include "action/runtime_shapes.hpp"
+#include "action/settings_in_use.hpp"
 #include "action/values.hpp"
 #include "action/words.hpp"
 #include "kinds/data/vectors.hpp"
@@ -21,28 +21,28 @@ namespace {
 // Nearer to zero than this there is nothing to divide by.
 constexpr double NEAR_ZERO = 0.00001;
 
-bool is_flat(const Variant &value) {
+bool is_vector_2d(const Variant &value) {
 	return value.get_type() == Variant::VECTOR2 || value.get_type() == Variant::VECTOR2I;
 }
 
-bool is_deep(const Variant &value) {
+bool is_vector_3d(const Variant &value) {
 	return value.get_type() == Variant::VECTOR3 || value.get_type() == Variant::VECTOR3I;
 }
 
 bool is_vector(const Variant &value) {
-	return is_flat(value) || is_deep(value);
+	return is_vector_2d(value) || is_vector_3d(value);
 }
 
-Vector3 in_three_parts(const Variant &value, bool flat) {
-	if (!flat) {
+Vector3 in_three_parts(const Variant &value, bool in_2d) {
+	if (!in_2d) {
 		return places::as_vector3(value);
 	}
 	const Vector2 on_the_plane = places::as_vector2(value);
 	return Vector3(on_the_plane.x, on_the_plane.y, 0);
 }
 
-Variant as_place(const Vector3 &value, bool flat) {
-	return flat ? Variant(Vector2(value.x, value.y)) : Variant(value);
+Variant as_place(const Vector3 &value, bool in_2d) {
+	return in_2d ? Variant(Vector2(value.x, value.y)) : Variant(value);
 }
 
 // A place, a direction or a number out of what a setting holds, where a node stands for its place.
@@ -58,17 +58,19 @@ Variant operand(SCMachineBase *machine, const SCMachineAction *action, const Var
 		}
 		return place;
 	}
-	verbs::warn(machine, action, vformat("%s holds %s, which is no place and no direction, so it did nothing. Pick a Vector2, a Vector3 or a node beside %s.", setting, values::kind_in_words(held), setting));
+	verbs::warn(machine, action,
+			vformat("%s holds %s, which is no place and no direction, so it did nothing. Pick a Vector2, a Vector3 or a node beside %s.", setting,
+					values::kind_in_words(held), setting));
 	return Variant();
 }
 
 // What a variable holds decides, then the node the machine works on.
-bool is_flat_there(SCMachineBase *machine, const StringName &variable, const Variant &otherwise) {
+bool is_2d_there(SCMachineBase *machine, const StringName &variable, const Variant &otherwise) {
 	const Variant held = variable.is_empty() ? Variant() : machine->get_value(variable);
 	if (is_vector(held)) {
-		return is_flat(held);
+		return is_vector_2d(held);
 	}
-	return is_vector(otherwise) ? is_flat(otherwise) : places::is_2d(machine->target_node());
+	return is_vector(otherwise) ? is_vector_2d(otherwise) : places::is_2d(machine->target_node());
 }
 
 class GetVectorParts : public OnceOrRepeating<GetVectorParts> {
@@ -80,25 +82,11 @@ public:
 		if (held.get_type() == Variant::NIL) {
 			return;
 		}
-		const StringName x_in = setting_of<&Kind::store_x_in>(action);
-		const StringName y_in = setting_of<&Kind::store_y_in>(action);
-		const StringName z_in = setting_of<&Kind::store_z_in>(action);
-		const StringName length_in = setting_of<&Kind::store_length_in>(action);
-		if (x_in.is_empty() && y_in.is_empty() && z_in.is_empty() && length_in.is_empty()) {
-			verbs::warn(machine, action, "there is nowhere to put any part, so they were lost. Pick a variable under Store X In, Store Y In, Store Z In or Store Length In.");
-			return;
-		}
-		const Vector3 parts = in_three_parts(held, is_flat(held));
-		const StillHere here(machine);
-		answering::keep_if_named(machine, action, x_in, double(parts.x), "Store X In");
-		if (here) {
-			answering::keep_if_named(machine, action, y_in, double(parts.y), "Store Y In");
-		}
-		if (here) {
-			answering::keep_if_named(machine, action, z_in, double(parts.z), "Store Z In");
-		}
-		if (here) {
-			answering::keep_if_named(machine, action, length_in, double(parts.length()), "Store Length In");
+		const Vector3 parts = in_three_parts(held, is_vector_2d(held));
+		if (!verbs::keep_each<&Kind::store_x_in, &Kind::store_y_in, &Kind::store_z_in, &Kind::store_length_in>(
+					machine, action, { double(parts.x), double(parts.y), double(parts.z), double(parts.length()) })) {
+			verbs::warn(machine, action,
+					"there is nowhere to put any part, so they were lost. Pick a variable under Store X In, Store Y In, Store Z In or Store Length In.");
 		}
 	}
 };
@@ -108,23 +96,27 @@ class SetVectorParts : public OnceOrRepeating<SetVectorParts> {
 
 public:
 	static void work(SCMachineBase *machine, SCMachineAction *action, int, double delta) {
-		const StringName name = setting_of<&Kind::variable_name>(action);
+		const StringName name = verbs::variable_or_warn<&Kind::variable_name>(machine, action, "it changed nothing");
 		if (name.is_empty()) {
-			verbs::warn(machine, action, "no variable is picked, so it changed nothing. Pick one under Variable Name.");
 			return;
 		}
 		const Variant held = machine->get_value(name);
 		if (!is_vector(held) && !ValueKinds::is_nothing(held)) {
-			verbs::warn(machine, action, vformat("%s holds %s, which has no parts, so it was left alone. Make it a Vector2 or a Vector3 in the Variables tab, or pick another under Variable Name.", name, values::kind_in_words(held)));
+			verbs::warn(machine, action,
+					vformat("%s holds %s, which has no parts, so it was left alone. Make it a Vector2 or a Vector3 in the Variables tab, or pick another under "
+							"Variable Name.",
+							name, values::kind_in_words(held)));
 			return;
 		}
-		const bool flat = is_flat_there(machine, name, Variant());
+		const bool in_2d = is_2d_there(machine, name, Variant());
 		const auto part = checked::choice<&Kind::part>(machine, action, Kind::X);
-		if (flat && part == Kind::Z) {
-			verbs::warn(machine, action, vformat("%s is a Vector2, which has no z, so it changed nothing. Pick X or Y beside Part, or make it a Vector3 in the Variables tab.", name));
+		if (in_2d && part == Kind::Z) {
+			verbs::warn(machine, action,
+					vformat("%s is a Vector2, which has no z, so it changed nothing. Pick X or Y beside Part, or make it a Vector3 in the Variables tab.",
+							name));
 			return;
 		}
-		Vector3 parts = is_vector(held) ? in_three_parts(held, flat) : Vector3();
+		Vector3 parts = is_vector(held) ? in_three_parts(held, in_2d) : Vector3();
 		const double value = setting_of<&Kind::value>(action);
 		const bool each_second = setting_of<&Kind::per_second>(action) && action->repeats();
 		real_t &changed = parts[int(part)];
@@ -139,16 +131,16 @@ public:
 				changed *= real_t(value);
 				break;
 		}
-		answering::keep(machine, action, name, as_place(parts, flat), "it", "Variable Name");
+		verbs::keep<&Kind::variable_name>(machine, action, as_place(parts, in_2d), "it");
 	}
 };
 
 class RandomVector : public OnceOrRepeating<RandomVector> {
 	using Kind = SCRandomVectorAction;
 
-	static Vector3 direction(bool on_a_plane, bool flat) {
-		const double turn = UtilityFunctions::randf() * Math_TAU;
-		if (flat) {
+	static Vector3 direction(bool on_a_plane, bool in_2d) {
+		const double turn = UtilityFunctions::randf() * Math::TAU;
+		if (in_2d) {
 			return Vector3(real_t(Math::cos(turn)), real_t(Math::sin(turn)), 0);
 		}
 		// Heights of a ball's surface are all equally likely.
@@ -166,7 +158,6 @@ class RandomVector : public OnceOrRepeating<RandomVector> {
 public:
 	static void work(SCMachineBase *machine, SCMachineAction *action, int, double) {
 		const auto what = setting_of<&Kind::what>(action);
-		const StringName store_in = setting_of<&Kind::store_in>(action);
 		Variant center = Vector3();
 		if (what != Kind::DIRECTION) {
 			center = operand(machine, action, setting_of<&Kind::center>(action), "Center");
@@ -174,35 +165,37 @@ public:
 				return;
 			}
 		}
-		const bool flat = is_flat_there(machine, store_in, what == Kind::DIRECTION ? Variant() : center);
-		const bool on_a_plane = flat || setting_of<&Kind::keep_level>(action);
-		Vector3 answer = what == Kind::DIRECTION ? Vector3() : in_three_parts(center, flat);
+		const bool in_2d = is_2d_there(machine, setting_of<&Kind::store_in>(action), what == Kind::DIRECTION ? Variant() : center);
+		const bool on_a_plane = in_2d || setting_of<&Kind::keep_level>(action);
+		Vector3 answer = what == Kind::DIRECTION ? Vector3() : in_three_parts(center, in_2d);
 		if (what == Kind::IN_A_BOX) {
 			const Variant size = operand(machine, action, setting_of<&Kind::size>(action), "Size");
 			if (size.get_type() == Variant::NIL) {
 				return;
 			}
-			const Vector3 box = in_three_parts(size, flat);
+			const Vector3 box = in_three_parts(size, in_2d);
 			for (int axis = 0; axis < 3; axis++) {
 				answer[axis] += real_t(UtilityFunctions::randf_range(-0.5, 0.5) * box[axis]);
 			}
 		} else {
 			const double radius = what == Kind::DIRECTION ? 1.0 : MAX(0.0, setting_of<&Kind::radius>(action));
 			const double away = what == Kind::IN_A_CIRCLE ? distance_within(radius, on_a_plane) : radius;
-			answer += direction(on_a_plane, flat) * real_t(away);
+			answer += direction(on_a_plane, in_2d) * real_t(away);
 		}
-		answering::keep(machine, action, store_in, as_place(answer, flat), "it");
+		verbs::keep<&Kind::store_in>(machine, action, as_place(answer, in_2d), "it");
 	}
 };
 
 class VectorSum : public OnceOrRepeating<VectorSum> {
 	using Kind = SCVectorAction;
 
-	static Vector3 divided(SCMachineBase *machine, const SCMachineAction *action, const Vector3 &first, const Vector3 &second, bool flat) {
+	static Vector3 divided(SCMachineBase *machine, const SCMachineAction *action, const Vector3 &first, const Vector3 &second, bool in_2d) {
 		Vector3 answer;
-		for (int axis = 0; axis < (flat ? 2 : 3); axis++) {
+		for (int axis = 0; axis < (in_2d ? 2 : 3); axis++) {
 			if (Math::abs(second[axis]) < NEAR_ZERO) {
-				verbs::warn(machine, action, vformat("it divided %s by %s, which has a zero in it, so that part became 0. Give Second no part that is 0.", words::text_of(as_place(first, flat)), words::text_of(as_place(second, flat))));
+				verbs::warn(machine, action,
+						vformat("it divided %s by %s, which has a zero in it, so that part became 0. Give Second no part that is 0.",
+								words::text_of(as_place(first, in_2d)), words::text_of(as_place(second, in_2d))));
 			} else {
 				answer[axis] = first[axis] / second[axis];
 			}
@@ -220,8 +213,8 @@ class VectorSum : public OnceOrRepeating<VectorSum> {
 		return answer;
 	}
 
-	static Vector3 turned(const Vector3 &first, double degrees, bool flat) {
-		const Vector3 axis = flat ? Vector3(0, 0, 1) : Vector3(0, 1, 0);
+	static Vector3 turned(const Vector3 &first, double degrees, bool in_2d) {
+		const Vector3 axis = in_2d ? Vector3(0, 0, 1) : Vector3(0, 1, 0);
 		return first.rotated(axis, real_t(Math::deg_to_rad(degrees)));
 	}
 
@@ -230,7 +223,8 @@ class VectorSum : public OnceOrRepeating<VectorSum> {
 		return each_second ? 1.0 - Math::pow(1.0 - CLAMP(amount, 0.0, 1.0), factor) : amount;
 	}
 
-	static Variant answer_of(SCMachineBase *machine, const SCMachineAction *action, const Vector3 &first, const Vector3 &second, bool flat, double factor, bool each_second) {
+	static Variant answer_of(
+			SCMachineBase *machine, const SCMachineAction *action, const Vector3 &first, const Vector3 &second, bool in_2d, double factor, bool each_second) {
 		const double amount = setting_of<&Kind::amount>(action);
 		Vector3 answer = first;
 		switch (setting_of<&Kind::operation>(action)) {
@@ -244,7 +238,7 @@ class VectorSum : public OnceOrRepeating<VectorSum> {
 				answer = first * second;
 				break;
 			case Kind::DIVIDE:
-				answer = divided(machine, action, first, second, flat);
+				answer = divided(machine, action, first, second, in_2d);
 				break;
 			case Kind::SCALE:
 				answer = first * real_t(amount);
@@ -272,7 +266,7 @@ class VectorSum : public OnceOrRepeating<VectorSum> {
 				answer = first.move_toward(second, real_t(Math::abs(amount) * factor));
 				break;
 			case Kind::TURN:
-				answer = turned(first, amount * factor, flat);
+				answer = turned(first, amount * factor, in_2d);
 				break;
 			case Kind::ANGLE_BETWEEN:
 				return Math::rad_to_deg(double(first.angle_to(second)));
@@ -280,7 +274,7 @@ class VectorSum : public OnceOrRepeating<VectorSum> {
 				return double(first.dot(second));
 			case Kind::CROSS: {
 				const Vector3 cross = first.cross(second);
-				if (flat) {
+				if (in_2d) {
 					return double(cross.z);
 				}
 				answer = cross;
@@ -296,43 +290,47 @@ class VectorSum : public OnceOrRepeating<VectorSum> {
 				answer = snapped(first, second);
 				break;
 		}
-		return as_place(answer, flat);
+		return as_place(answer, in_2d);
 	}
 
 	// A wall that faces nowhere throws nothing back.
-	static bool has_a_wall(SCMachineBase *machine, const SCMachineAction *action, Kind::Operation operation, const Vector3 &second) {
+	static bool has_a_wall(SCMachineBase *machine, const SCMachineAction *action, const Vector3 &second) {
+		const auto operation = setting_of<&Kind::operation>(action);
 		const bool meets_one = operation == Kind::BOUNCE || operation == Kind::SLIDE;
 		if (!meets_one || (second.length() >= NEAR_ZERO && second.normalized().is_normalized())) {
 			return true;
 		}
 		if (!checked::is_sound(second)) {
-			verbs::warn(machine, action, "Second holds a number that is none or too large to work with, so there is no wall to meet and First was kept as it is. Put the way the wall faces beside Second, such as the normal of a collision.");
+			verbs::warn(machine, action,
+					"Second holds a number that is none or too large to work with, so there is no wall to meet and First was kept as it is. Put the way the "
+					"wall faces beside Second, such as the normal of a collision.");
 			return false;
 		}
-		verbs::warn(machine, action, "Second is zero, so there is no wall to meet and First was kept as it is. Put the way the wall faces beside Second, such as the normal of a collision.");
+		verbs::warn(machine, action,
+				"Second is zero, so there is no wall to meet and First was kept as it is. Put the way the wall faces beside Second, such as the normal of a "
+				"collision.");
 		return false;
 	}
 
 public:
 	static void work(SCMachineBase *machine, SCMachineAction *action, int, double delta) {
-		const auto operation = setting_of<&Kind::operation>(action);
-		const bool each_second = setting_of<&Kind::per_second>(action) && Kind::goes_by_seconds(operation) && action->repeats();
+		const bool each_second = setting_of<&Kind::per_second>(action) && action->repeats() && verbs::applies<&Kind::per_second>(action);
 		if (each_second && delta <= 0.0) {
 			// The state has only just been entered: no time has passed.
 			return;
 		}
 		const Variant first = operand(machine, action, setting_of<&Kind::first>(action), "First");
-		const Variant second = Kind::takes_second(operation) ? operand(machine, action, setting_of<&Kind::second>(action), "Second") : first;
+		const Variant second = verbs::applies<&Kind::second>(action) ? operand(machine, action, setting_of<&Kind::second>(action), "Second") : first;
 		if (first.get_type() == Variant::NIL || second.get_type() == Variant::NIL) {
 			return;
 		}
-		const StringName store_in = setting_of<&Kind::store_in>(action);
 		const bool has_side = is_vector(first) || is_vector(second);
-		const bool flat = has_side ? is_flat(first) || is_flat(second) : is_flat_there(machine, store_in, Variant());
-		const Vector3 a = in_three_parts(first, flat);
-		const Vector3 b = in_three_parts(second, flat);
-		const Variant answer = has_a_wall(machine, action, operation, b) ? answer_of(machine, action, a, b, flat, each_second ? delta : 1.0, each_second) : as_place(a, flat);
-		answering::keep(machine, action, store_in, answer, "the answer");
+		const bool in_2d = has_side ? is_vector_2d(first) || is_vector_2d(second) : is_2d_there(machine, setting_of<&Kind::store_in>(action), Variant());
+		const Vector3 a = in_three_parts(first, in_2d);
+		const Vector3 b = in_three_parts(second, in_2d);
+		const Variant answer =
+				has_a_wall(machine, action, b) ? answer_of(machine, action, a, b, in_2d, each_second ? delta : 1.0, each_second) : as_place(a, in_2d);
+		verbs::keep<&Kind::store_in>(machine, action, answer, "the answer");
 	}
 };
 

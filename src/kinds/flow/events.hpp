@@ -14,8 +14,6 @@ public:
 	StringName store_sender_in;
 
 	String summary_default() override;
-	bool finishes_as_it_starts_default() override { return !repeats(); }
-	TypedArray<StringName> optional_names_default() override;
 };
 
 class SCGoToStateAction : public SCMachineAction {
@@ -26,10 +24,6 @@ public:
 	StringName state_name_variable;
 
 	String summary_default() override;
-	bool uses_run_mode_default() override { return false; }
-	bool finishes_as_it_starts_default() override { return true; }
-	bool works_after_finishing_default() override { return false; }
-	TypedArray<StringName> optional_names_default() override;
 };
 
 class SCNextFrameEventAction : public SCMachineAction {
@@ -39,8 +33,6 @@ public:
 	StringName event_name = "FINISHED";
 
 	String summary_default() override;
-	bool uses_run_mode_default() override { return false; }
-	bool works_after_finishing_default() override { return false; }
 	void warn_next_frame(SCMachineBase *machine, int index);
 };
 
@@ -52,9 +44,6 @@ public:
 	Array weights;
 
 	String summary_default() override;
-	bool uses_run_mode_default() override { return false; }
-	bool finishes_as_it_starts_default() override { return true; }
-	bool works_after_finishing_default() override { return false; }
 	// `which` is 0 for an empty list, and 1 for a picked row without a name.
 	void warn_random(SCMachineBase *machine, int index, int which);
 };
@@ -69,11 +58,4 @@ public:
 	StringName event_name = "Time Up";
 
 	String summary_default() override;
-	bool uses_run_mode_default() override { return false; }
-	bool works_after_finishing_default() override { return false; }
-	PackedStringArray variables_written_default() override;
-	TypedArray<StringName> optional_names_default() override;
-
-protected:
-	void _validate_property(PropertyInfo &property) const;
 };

@@ -2,6 +2,7 @@
 
 #include "action/add_kind.hpp"
 #include "action/native_names.hpp"
+#include "action/runtime_shapes.hpp"
 #include "action/shared_verbs.hpp"
 #include "kinds/flow/events.hpp"
 #include "machine/value_kinds.hpp"
@@ -44,10 +45,10 @@ public:
 			data = setting_of<&SCGetEventDataAction::if_it_carried_nothing>(action);
 		}
 		if (!ValueKinds::is_nothing(data)) {
-			verbs::store(machine, store_in, data);
+			verbs::keep_if_named<&SCGetEventDataAction::store_in>(machine, action, data);
 		}
 		if (here) {
-			verbs::store(machine, store_sender_in, sender_of(machine, event));
+			verbs::keep_if_named<&SCGetEventDataAction::store_sender_in>(machine, action, sender_of(machine, event));
 		}
 	}
 };
@@ -57,7 +58,8 @@ public:
 	void enter(SCMachineBase *machine, SCMachineAction *action, int index) override {
 		machine->finish(index);
 		StillHere here(machine);
-		const StringName state = words::text_of(values::value_of(machine, setting_of<&SCGoToStateAction::state_name>(action), setting_of<&SCGoToStateAction::state_name_variable>(action)));
+		const StringName state = words::text_of(
+				values::value_of(machine, setting_of<&SCGoToStateAction::state_name>(action), setting_of<&SCGoToStateAction::state_name_variable>(action)));
 		if (!here) {
 			return;
 		}
@@ -90,7 +92,7 @@ public:
 		machine->finish(index);
 		const StringName event = setting_of<&SCNextFrameEventAction::event_name>(action);
 		if (event.is_empty()) {
-			action->call("_warn_next_frame", machine, index);
+			verbs::say<&SCNextFrameEventAction::warn_next_frame>(action, machine, index);
 		} else {
 			machine->send_event(event);
 		}
@@ -98,9 +100,7 @@ public:
 };
 
 class RandomEvent : public SCNativeAction {
-	static double weight_of(const Array &weights, int64_t at) {
-		return at < weights.size() ? MAX(values::as_number(weights[at]), 0.0) : 1.0;
-	}
+	static double weight_of(const Array &weights, int64_t at) { return at < weights.size() ? MAX(values::as_number(weights[at]), 0.0) : 1.0; }
 
 	static int64_t choose(int64_t count, const Array &weights) {
 		double total = 0.0;
@@ -125,12 +125,12 @@ public:
 		machine->finish(index);
 		const TypedArray<StringName> events = setting_of<&SCRandomEventAction::events>(action);
 		if (events.is_empty()) {
-			action->call("_warn_random", machine, index, 0);
+			verbs::say<&SCRandomEventAction::warn_random>(action, machine, index, 0);
 			return;
 		}
 		const StringName event = events[choose(events.size(), setting_of<&SCRandomEventAction::weights>(action))];
 		if (event.is_empty()) {
-			action->call("_warn_random", machine, index, 1);
+			verbs::say<&SCRandomEventAction::warn_random>(action, machine, index, 1);
 		} else {
 			machine->send_event(event);
 		}
@@ -139,9 +139,7 @@ public:
 
 // The exact time left lies in the slot; the variable shows it, and hands in what others add to it.
 class Timer : public SCNativeAction {
-	static bool is_empty(const Variant &held) {
-		return held.get_type() == Variant::NIL;
-	}
+	static bool is_empty(const Variant &held) { return held.get_type() == Variant::NIL; }
 
 	static bool may_count_in(SCMachineBase *machine, SCMachineAction *action, const StringName &variable) {
 		if (variable.is_empty()) {
@@ -152,7 +150,9 @@ class Timer : public SCNativeAction {
 		if (is_empty(held) || values::is_number(held)) {
 			return true;
 		}
-		verbs::warn(machine, action, vformat("%s holds %s, which cannot be counted down, so it counts unseen and leaves %s as it is. Pick a float or an int beside Variable Name.", variable, values::kind_in_words(held), variable));
+		verbs::warn(machine, action,
+				vformat("%s holds %s, which cannot be counted down, so it counts unseen and leaves %s as it is. Pick a float or an int beside Variable Name.",
+						variable, values::kind_in_words(held), variable));
 		return false;
 	}
 

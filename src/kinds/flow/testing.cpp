@@ -1,14 +1,19 @@
 #include "kinds/flow/testing.hpp"
 
 #include "action/words.hpp"
-#include "settings/plumbing.hpp"
 
-void SCAssertAction::describe(KindTable<SCAssertAction> &kind) {
-	kind.about("flow", "assert", "Make sure something that must always be true is true, and stop the game as soon as it is not, with a message in the Output panel saying what went wrong and where.");
+void SCAssertAction::describe(KindTable<Self> &kind) {
+	kind.about("flow", "assert",
+			"Make sure something that must always be true is true, and stop the game as soon as it is not, with a message in the Output panel saying what went "
+			"wrong and where.");
 	kind.constants_of<StopBy>();
-	kind.setting<&SCAssertAction::condition>("condition", "The question whose answer must be yes. It is asked every frame, or once as the state is entered. An exported game does not ask it, so players never meet it.");
-	kind.setting<&SCAssertAction::message>("message", hint::MULTILINE, "What the Output panel says went wrong, such as \"{target} has {health} health and is still walking\". A variable's name in braces is replaced by its value. Empty says the question itself.");
-	kind.setting<&SCAssertAction::stop_by>("stop_by", "How the game is stopped. Pausing leaves it on the screen to be looked at.");
+	kind.setting<&Self::condition>("condition",
+			"The question whose answer must be yes. It is asked every frame, or once as the state is entered. An exported game does not ask it, so players "
+			"never meet it.");
+	kind.setting<&Self::message>("message", hint::MULTILINE,
+			"What the Output panel says went wrong, such as \"{target} has {health} health and is still walking\". A variable's name in braces is replaced by "
+			"its value. Empty says the question itself.");
+	kind.setting<&Self::stop_by>("stop_by", "How the game is stopped. Pausing leaves it on the screen to be looked at.");
 }
 
 String SCAssertAction::summary_default() {
@@ -22,17 +27,28 @@ bool SCAssertAction::wants_physics_default() {
 	return condition.is_valid() && condition->wants_physics();
 }
 
-void SCDrawDebugAction::describe(KindTable<SCDrawDebugAction> &kind) {
+void SCDrawDebugAction::describe(KindTable<Self> &kind) {
 	kind.about("flow", "draw_debug", "Draw a line, a ray, a circle or a box in the running game, to see what a template is doing while you test it.");
 	kind.constants_of<Shape>();
-	kind.setting<&SCDrawDebugAction::shape>("shape", "What to draw. A line goes to a node or a place; a ray goes a way off from where it begins, and turns with its node; a circle and a box lie round their node. An exported game draws nothing.").relists();
-	kind.setting<&SCDrawDebugAction::from_path>("from_path", "The node it begins at, or lies round. Empty is Self.");
-	kind.setting<&SCDrawDebugAction::to_path>("to_path", "The node the line goes to. Empty goes to the To Point below.").relists();
-	kind.setting<&SCDrawDebugAction::to_point>("to_point", "The place in the world the line goes to.").in_2d(Vector2(0, 0));
-	kind.setting<&SCDrawDebugAction::target_position>("target_position", "Where the ray ends, seen from its node, the way a RayCast's Target Position is.").in_2d(Vector2(0, 50));
-	kind.setting<&SCDrawDebugAction::size>("size", "How large the box is from side to side. A circle is as wide as the first of these numbers.").in_2d(Vector2(64, 64));
-	kind.setting<&SCDrawDebugAction::color>("color", "The colour of the lines.");
-	kind.setting<&SCDrawDebugAction::seconds>("seconds", hint::SECONDS, "How long a drawing made once stays, also when its state is left sooner. Zero keeps it until the state is left.");
+	kind.setting<&Self::shape>("shape",
+			"What to draw. A line goes to a node or a place; a ray goes a way off from where it begins, and turns with its node; a circle and a box lie round "
+			"their node. An exported game draws nothing.");
+	kind.setting<&Self::from_path>("from_path", "The node it begins at, or lies round. Empty is Self.");
+	kind.setting<&Self::to_path>("to_path", "The node the line goes to. Empty goes to the To Point below.").only_if<&Self::shape, LINE>();
+	kind.setting<&Self::to_point>("to_point", "The place in the world the line goes to.")
+			.in_2d(Vector2(0, 0))
+			.only_if<&Self::shape, LINE>()
+			.only_if<&Self::goes_to_a_place>();
+	kind.setting<&Self::target_position>("target_position", "Where the ray ends, seen from its node, the way a RayCast's Target Position is.")
+			.in_2d(Vector2(0, 50))
+			.only_if<&Self::shape, RAY>();
+	kind.setting<&Self::size>("size", "How large the box is from side to side. A circle is as wide as the first of these numbers.")
+			.in_2d(Vector2(64, 64))
+			.only_if<&Self::shape, CIRCLE, BOX>();
+	kind.setting<&Self::color>("color", "The colour of the lines.");
+	kind.setting<&Self::seconds>(
+				"seconds", hint::SECONDS, "How long a drawing made once stays, also when its state is left sooner. Zero keeps it until the state is left.")
+			.only_if<&Self::run_mode, ONCE>();
 }
 
 String SCDrawDebugAction::summary_default() {
@@ -48,13 +64,4 @@ String SCDrawDebugAction::summary_default() {
 			break;
 	}
 	return vformat("Draw a box round %s, %s in size", from, words::text_of(size));
-}
-
-void SCDrawDebugAction::_validate_property(PropertyInfo &property) const {
-	const String setting = String(property.name).trim_suffix("_variable");
-	const bool to_node = !to_path.is_empty() || from_variables.has("to_path");
-	const bool shown = (setting == "to_path" && shape == LINE) || (setting == "to_point" && shape == LINE && !to_node) || (setting == "target_position" && shape == RAY) || (setting == "size" && (shape == CIRCLE || shape == BOX)) || (setting == "seconds" && run_mode == ONCE);
-	if (!shown && (setting == "to_path" || setting == "to_point" || setting == "target_position" || setting == "size" || setting == "seconds")) {
-		hide_from_inspector(property);
-	}
 }

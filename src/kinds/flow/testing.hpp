@@ -40,6 +40,6 @@ public:
 	String summary_default() override;
 	bool finishes_as_it_starts_default() override { return true; }
 
-protected:
-	void _validate_property(PropertyInfo &property) const;
+private:
+	bool goes_to_a_place() const { return !has_some<&Self::to_path>(); }
 };

@@ -30,7 +30,8 @@ class Assert : public SCNativeAction {
 	static void stop_game(SCMachineBase *machine, const SCMachineAction *action, const Ref<SCMachineCondition> &condition) {
 		const String said = setting_of<&SCAssertAction::message>(action);
 		const String wrong = said.is_empty() ? vformat("it is not so that: %s.", condition->shown_summary()) : words::fill_in(said, machine);
-		UtilityFunctions::push_error(vformat("Assert on %s failed in state %s: %s", machine->name_in_messages(), machines::name_of_state(machine->running_state()), wrong));
+		UtilityFunctions::push_error(
+				vformat("Assert on %s failed in state %s: %s", machine->name_in_messages(), machines::name_of_state(machine->running_state()), wrong));
 		SceneTree *tree = machine->is_inside_tree() ? machine->get_tree() : nullptr;
 		if (tree == nullptr) {
 			return;
@@ -126,8 +127,8 @@ typename World::Drawings::Points circle_round(const typename World::Place &middl
 	typename World::Drawings::Points ends;
 	for (int ring = 0; ring < World::RINGS; ring++) {
 		for (int step = 0; step < CIRCLE_STEPS; step++) {
-			ends.push_back(middle + World::on_circle(ring, Math_TAU * step / CIRCLE_STEPS) * radius);
-			ends.push_back(middle + World::on_circle(ring, Math_TAU * (step + 1) / CIRCLE_STEPS) * radius);
+			ends.push_back(middle + World::on_circle(ring, Math::TAU * step / CIRCLE_STEPS) * radius);
+			ends.push_back(middle + World::on_circle(ring, Math::TAU * (step + 1) / CIRCLE_STEPS) * radius);
 		}
 	}
 	return ends;
@@ -248,10 +249,10 @@ class DrawDebug : public SCNativeAction {
 		const TestingNames &names = NativeNames::of<TestingNames>();
 		Object *drawings = ObjectDB::get_instance(uint64_t(int64_t(memory.get(names.drawn_in, 0))));
 		const int64_t number = memory.get(names.drawing, 0);
-		if (SCDebugDrawings2D *flat = Object::cast_to<SCDebugDrawings2D>(drawings)) {
-			flat->take(number);
-		} else if (SCDebugDrawings3D *deep = Object::cast_to<SCDebugDrawings3D>(drawings)) {
-			deep->take(number);
+		if (SCDebugDrawings2D *node_2d = Object::cast_to<SCDebugDrawings2D>(drawings)) {
+			node_2d->take(number);
+		} else if (SCDebugDrawings3D *node_3d = Object::cast_to<SCDebugDrawings3D>(drawings)) {
+			node_3d->take(number);
 		}
 	}
 

@@ -1,6 +1,6 @@
 #pragma once
 
-// Kinds of the input category: what the player does, and what other nodes signal.
+// Kinds of the input category: what the player does.
 
 #include "action/kind_table.hpp"
 
@@ -23,39 +23,9 @@ public:
 	String summary_default() override;
 	// Once it has finished it goes on listening.
 	bool works_after_finishing_default() override { return true; }
-	TypedArray<StringName> optional_names_default() override;
 	void warn_input(SCMachineBase *machine, int index);
 	// Whether the player stands inside the area that is asked for.
 	bool inside_check(SCMachineBase *machine, int index);
-
-protected:
-	void _validate_property(PropertyInfo &property) const;
-};
-
-class SCEventOnSignalAction : public SCMachineAction {
-	SC_KIND(SCEventOnSignalAction, SCMachineAction)
-
-public:
-	NodePath node_path;
-	StringName signal_name;
-	StringName event_name;
-	StringName store_argument_in;
-	int64_t argument = 1;
-
-	enum WhatIsWrong {
-		NO_NODE,
-		NO_SUCH_SIGNAL,
-	};
-
-	String summary_default() override;
-	bool uses_run_mode_default() override { return false; }
-	bool finishes_as_it_starts_default() override { return true; }
-	bool works_after_finishing_default() override { return false; }
-	TypedArray<StringName> optional_names_default() override;
-	void warn_signal(SCMachineBase *machine, int index, int what, Node *node);
-
-protected:
-	void _validate_property(PropertyInfo &property) const;
 };
 
 class SCGetInputVectorAction : public SCMachineAction {
@@ -73,8 +43,6 @@ public:
 	SCGetInputVectorAction() { run_mode = EVERY_FRAME; }
 
 	String summary_default() override;
-	bool finishes_as_it_starts_default() override { return !repeats(); }
-	TypedArray<StringName> optional_names_default() override;
 	void warn_no_directions(SCMachineBase *machine, int index);
 	void warn_nowhere_to_store(SCMachineBase *machine, int index);
 };

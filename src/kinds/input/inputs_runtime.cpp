@@ -3,8 +3,8 @@
 #include "action/add_kind.hpp"
 #include "action/input_words.hpp"
 #include "action/native_names.hpp"
+#include "action/runtime_shapes.hpp"
 #include "action/shared_verbs.hpp"
-#include "kinds/conditions/values.hpp"
 #include "kinds/input/inputs.hpp"
 #include "machine_node/sc_machine_base.hpp"
 
@@ -18,11 +18,6 @@ struct Names {
 	StringName last_tap = "last_tap";
 	StringName clock = "clock";
 	StringName let_go = "let_go";
-
-	StringName inside_check = "_inside_check";
-	StringName warn_input = "_warn_input";
-	StringName warn_no_directions = "_warn_no_directions";
-	StringName warn_nowhere_to_store = "_warn_nowhere_to_store";
 };
 
 const Names &names() {
@@ -39,6 +34,8 @@ bool truth_in(const Dictionary &slot, const StringName &key) {
 }
 
 class EventOnInput : public SCNativeAction {
+	using Kind = SCEventOnInputAction;
+
 	// One press has one taker: a state that it led to does not take it again.
 	static bool takes_press(SCMachineBase *machine, const StringName &key) {
 		if (machine->press_already_used(key)) {
@@ -78,29 +75,30 @@ class EventOnInput : public SCNativeAction {
 	// into the settings.
 	struct Settings {
 		StringName control;
-		SCEventOnInputAction::When when;
+		Kind::When when;
 		double seconds;
 		bool only_while_inside;
 		StringName event;
 		Variant data;
-		StringName store_held_in;
 
 		explicit Settings(const SCMachineAction *action) :
-				control(setting_of<&SCEventOnInputAction::input_action>(action)), when(setting_of<&SCEventOnInputAction::when>(action)), seconds(setting_of<&SCEventOnInputAction::seconds>(action)), only_while_inside(!setting_of<&SCEventOnInputAction::only_while_inside>(action).is_empty()), event(setting_of<&SCEventOnInputAction::event_name>(action)), data(setting_of<&SCEventOnInputAction::data>(action)), store_held_in(setting_of<&SCEventOnInputAction::store_held_seconds_in>(action)) {}
+				control(setting_of<&Kind::input_action>(action)), when(setting_of<&Kind::when>(action)), seconds(setting_of<&Kind::seconds>(action)),
+				only_while_inside(!setting_of<&Kind::only_while_inside>(action).is_empty()), event(setting_of<&Kind::event_name>(action)),
+				data(setting_of<&Kind::data>(action)) {}
 	};
 
 	static bool fires(SCMachineBase *machine, const Settings &settings, const Dictionary &slot, bool just_pressed, bool is_held, double held) {
 		const StringName &control = settings.control;
 		switch (settings.when) {
-			case SCEventOnInputAction::JUST_PRESSED:
+			case Kind::JUST_PRESSED:
 				return just_pressed && takes_press(machine, control);
-			case SCEventOnInputAction::JUST_RELEASED:
+			case Kind::JUST_RELEASED:
 				return input_words::just_released(control) && takes_press(machine, StringName("released " + String(control)));
-			case SCEventOnInputAction::PRESSED:
+			case Kind::PRESSED:
 				return is_held;
-			case SCEventOnInputAction::DOUBLE_TAPPED:
+			case Kind::DOUBLE_TAPPED:
 				return tapped_twice(slot, control, just_pressed, number_in(slot, names().clock, 0.0), settings.seconds);
-			case SCEventOnInputAction::HELD_FOR:
+			case Kind::HELD_FOR:
 				return held_long_enough(slot, just_pressed, is_held, held, settings.seconds);
 		}
 		return false;
@@ -113,22 +111,20 @@ public:
 			slot.erase(key);
 		}
 		slot[names().clock] = 0.0;
-		const bool has_something_to_do = !setting_of<&SCEventOnInputAction::event_name>(action).is_empty() || !setting_of<&SCEventOnInputAction::store_held_seconds_in>(action).is_empty();
-		if (input_words::action_for(setting_of<&SCEventOnInputAction::input_action>(action)).is_empty() || !has_something_to_do) {
-			action->call(names().warn_input, machine, index);
+		const bool has_something_to_do = !setting_of<&Kind::event_name>(action).is_empty() || !setting_of<&Kind::store_held_seconds_in>(action).is_empty();
+		if (input_words::action_for(setting_of<&Kind::input_action>(action)).is_empty() || !has_something_to_do) {
+			verbs::say<&Kind::warn_input>(action, machine, index);
 		}
 	}
 
 	void update(SCMachineBase *machine, SCMachineAction *action, int index, double delta) override {
 		const StillHere here(machine);
-		// 1.
+		// By its run mode it has done its work, and goes on listening all the same.
 		if (action->run_mode != SCMachineAction::EVERY_FRAME && !machine->is_finished(index)) {
 			machine->finish(index);
 		}
-		// 2.
 		Dictionary slot = machine->slot(index);
 		slot[names().clock] = number_in(slot, names().clock, 0.0) + delta;
-		// 3.
 		const Settings settings(action);
 		const bool is_held = input_words::is_held(settings.control);
 		const bool just_pressed = input_words::just_pressed(settings.control);
@@ -140,16 +136,13 @@ public:
 			held += delta;
 		}
 		slot[names().held] = held;
-		// 4.
 		if (is_held || just_pressed) {
-			verbs::store(machine, settings.store_held_in, held);
+			verbs::keep_if_named<&Kind::store_held_seconds_in>(machine, action, held);
 		}
-		// 5. and 6.
 		if (!here || !fires(machine, settings, slot, just_pressed, is_held, held)) {
 			return;
 		}
-		// 7.
-		if (settings.only_while_inside && !action->call(names().inside_check, machine, index).booleanize()) {
+		if (settings.only_while_inside && !verbs::say<&Kind::inside_check>(action, machine, index).booleanize()) {
 			return;
 		}
 		if (here) {
@@ -159,12 +152,16 @@ public:
 };
 
 class InputAxis : public OnceOrRepeating<InputAxis> {
+	using Kind = SCGetInputVectorAction;
+
 	static Vector2 direction_held(const StringName &left, const StringName &right, const StringName &up, const StringName &down) {
-		const StringName actions[] = { input_words::action_for(left), input_words::action_for(right), input_words::action_for(up), input_words::action_for(down) };
+		const StringName actions[] = { input_words::action_for(left), input_words::action_for(right), input_words::action_for(up),
+			input_words::action_for(down) };
 		if (!actions[0].is_empty() && !actions[1].is_empty() && !actions[2].is_empty() && !actions[3].is_empty()) {
 			return Input::get_singleton()->get_vector(actions[0], actions[1], actions[2], actions[3]);
 		}
-		const Vector2 pushed(real_t(input_words::strength(right) - input_words::strength(left)), real_t(input_words::strength(down) - input_words::strength(up)));
+		const Vector2 pushed(
+				real_t(input_words::strength(right) - input_words::strength(left)), real_t(input_words::strength(down) - input_words::strength(up)));
 		return pushed.limit_length(1.0);
 	}
 
@@ -179,13 +176,14 @@ class InputAxis : public OnceOrRepeating<InputAxis> {
 public:
 	void enter(SCMachineBase *machine, SCMachineAction *action, int index) override {
 		const StillHere here(machine);
-		if (setting_of<&SCGetInputVectorAction::store_in>(action).is_empty() && setting_of<&SCGetInputVectorAction::store_strength_in>(action).is_empty()) {
-			action->call(names().warn_nowhere_to_store, machine, index);
+		if (setting_of<&Kind::store_in>(action).is_empty() && setting_of<&Kind::store_strength_in>(action).is_empty()) {
+			verbs::say<&Kind::warn_nowhere_to_store>(action, machine, index);
 		}
-		const StringName inputs[] = { setting_of<&SCGetInputVectorAction::left_action>(action), setting_of<&SCGetInputVectorAction::right_action>(action), setting_of<&SCGetInputVectorAction::up_action>(action), setting_of<&SCGetInputVectorAction::down_action>(action) };
+		const StringName inputs[] = { setting_of<&Kind::left_action>(action), setting_of<&Kind::right_action>(action), setting_of<&Kind::up_action>(action),
+			setting_of<&Kind::down_action>(action) };
 		for (const StringName &input : inputs) {
 			if (here && input_words::action_for(input).is_empty()) {
-				action->call(names().warn_no_directions, machine, index);
+				verbs::say<&Kind::warn_no_directions>(action, machine, index);
 				break;
 			}
 		}
@@ -196,41 +194,22 @@ public:
 
 	static void work(SCMachineBase *machine, SCMachineAction *action, int, double) {
 		const StillHere here(machine);
-		const StringName store_in = setting_of<&SCGetInputVectorAction::store_in>(action);
-		const StringName store_strength_in = setting_of<&SCGetInputVectorAction::store_strength_in>(action);
-		const bool keeps_last = setting_of<&SCGetInputVectorAction::keep_last_direction>(action);
-		const Vector2 direction = direction_held(setting_of<&SCGetInputVectorAction::left_action>(action), setting_of<&SCGetInputVectorAction::right_action>(action), setting_of<&SCGetInputVectorAction::up_action>(action), setting_of<&SCGetInputVectorAction::down_action>(action));
+		const StringName store_in = setting_of<&Kind::store_in>(action);
+		const bool keeps_last = setting_of<&Kind::keep_last_direction>(action);
+		const Vector2 direction = direction_held(setting_of<&Kind::left_action>(action), setting_of<&Kind::right_action>(action),
+				setting_of<&Kind::up_action>(action), setting_of<&Kind::down_action>(action));
 		if (!store_in.is_empty() && !(keeps_last && direction.is_zero_approx())) {
 			machine->set_value(store_in, fitted(machine, store_in, direction));
 		}
 		if (here) {
-			verbs::store(machine, store_strength_in, double(direction.length()));
+			verbs::keep_if_named<&Kind::store_strength_in>(machine, action, double(direction.length()));
 		}
 	}
 };
 
-bool ask_input(SCMachineBase *machine, SCMachineCondition *condition) {
-	const StringName input = setting_of<&SCInputCondition::input_action>(condition);
-	if (input_words::action_for(input).is_empty()) {
-		verbs::warn(machine, condition, input.is_empty() ? String("it has no input to ask about, so the answer is no. Pick one under Input Action.") : vformat("nothing is called \"%s\", so the answer is no. Pick an input under Input Action, or add it to the Input Map.", input));
-		return false;
-	}
-	const double remembered_for = setting_of<&SCInputCondition::remembered_for>(condition);
-	switch (setting_of<&SCInputCondition::when>(condition)) {
-		case SCInputCondition::HELD:
-			break;
-		case SCInputCondition::JUST_PRESSED:
-			return remembered_for > 0.0 ? input_words::pressed_within(input, remembered_for) : input_words::just_pressed(input);
-		case SCInputCondition::JUST_RELEASED:
-			return remembered_for > 0.0 ? input_words::released_within(input, remembered_for) : input_words::just_released(input);
-	}
-	return input_words::is_held(input);
-}
-
 const AddKinds added = {
 	add_kind<SCEventOnInputAction, EventOnInput>(),
 	add_kind<SCGetInputVectorAction, InputAxis>(),
-	add_condition<SCInputCondition, &ask_input>(),
 };
 
 } // namespace

@@ -4,7 +4,7 @@
 #include "action/native_calls.hpp"
 #include "action/native_names.hpp"
 #include "action/shared_verbs.hpp"
-#include "kinds/input/inputs.hpp"
+#include "kinds/input/signals.hpp"
 #include "machine_node/sc_machine_base.hpp"
 
 namespace {
@@ -13,8 +13,9 @@ struct Names {
 	StringName handler = "handler";
 	StringName node = "node";
 	StringName signal = "signal";
-	StringName warn_signal = "_warn_signal";
 };
+
+using Kind = SCEventOnSignalAction;
 
 const Names &names() {
 	return NativeNames::of<Names>();
@@ -22,10 +23,10 @@ const Names &names() {
 
 void hear(SCMachineBase *machine, SCMachineAction *action, int, const Array &handed_over) {
 	const StillHere here(machine);
-	const int64_t argument = setting_of<&SCEventOnSignalAction::argument>(action);
-	const StringName event = setting_of<&SCEventOnSignalAction::event_name>(action);
+	const int64_t argument = setting_of<&Kind::argument>(action);
+	const StringName event = setting_of<&Kind::event_name>(action);
 	const Variant picked = argument >= 1 && argument <= handed_over.size() ? handed_over[argument - 1] : Variant();
-	const StringName store_in = setting_of<&SCEventOnSignalAction::store_argument_in>(action);
+	const StringName store_in = setting_of<&Kind::store_argument_in>(action);
 	if (!store_in.is_empty()) {
 		machine->set_value(store_in, picked);
 	}
@@ -41,15 +42,19 @@ class EventOnSignal : public SCNativeAction {
 	}
 
 	static void listen(SCMachineBase *machine, SCMachineAction *action, int index) {
-		const StringName signal = setting_of<&SCEventOnSignalAction::signal_name>(action);
-		Node *node = values::node_of(machine, setting_of<&SCEventOnSignalAction::node_path>(action));
+		const StringName signal = setting_of<&Kind::signal_name>(action);
+		Node *node = values::node_of(machine, setting_of<&Kind::node_path>(action));
 		if (node == nullptr) {
-			action->call(names().warn_signal, machine, index, int(SCEventOnSignalAction::NO_NODE), Variant());
+			verbs::say<&Kind::warn_signal>(action, machine, index, int(Kind::NO_NODE), Variant());
 			return;
 		}
 		if (!node->has_signal(signal)) {
-			action->call(names().warn_signal, machine, index, int(SCEventOnSignalAction::NO_SUCH_SIGNAL), node);
+			verbs::say<&Kind::warn_signal>(action, machine, index, int(Kind::NO_SUCH_SIGNAL), node);
 			return;
+		}
+		if (setting_of<&Kind::event_name>(action).is_empty() && setting_of<&Kind::store_argument_in>(action).is_empty()) {
+			verbs::warn(machine, action,
+					vformat("it hears %s and has nothing to send. Type an event under Event Name, or pick a variable under Store Argument In.", signal));
 		}
 		const Callable handler = ActionCall::make("Event On Signal", machine, action, index, hear);
 		Dictionary slot = machine->slot(index);

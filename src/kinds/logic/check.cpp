@@ -17,27 +17,25 @@ void add_each_once(PackedStringArray &names, const PackedStringArray &more) {
 // Its own, and those that its settings are read from.
 PackedStringArray variables_behind(SCMachineCondition &condition) {
 	PackedStringArray names = condition.variables_read();
-	const Array bound = condition.from_variables.values();
-	for (int64_t i = 0; i < bound.size(); i++) {
-		add_each_once(names, PackedStringArray(Array::make(bound[i])));
-	}
+	add_each_once(names, PackedStringArray(condition.from_variables.values()));
 	return names;
 }
 
 } // namespace
 
-void SCCheckAction::describe(KindTable<SCCheckAction> &kind) {
+void SCCheckAction::describe(KindTable<Self> &kind) {
 	kind.about("logic", "check", "Ask one of QuillStead's questions here in the state instead of on a transition, and do something with the answer.");
-	kind.setting<&SCCheckAction::condition>("condition", "The question to ask.");
-	kind.setting<&SCCheckAction::true_event>("true_event", "The event sent when the answer is yes. Empty sends nothing.");
-	kind.setting<&SCCheckAction::false_event>("false_event", "The event sent when the answer is no. Empty sends nothing.");
-	kind.setting<&SCCheckAction::store_in>("store_in", "The variable the answer goes into, as true or false.");
-	kind.setting<&SCCheckAction::only_when_it_changes>("only_when_it_changes", "While this is asked every frame, send an event only when the answer changes.");
-	ClassDB::bind_method(D_METHOD("_warn_no_question", "m", "index"), &SCCheckAction::warn_no_question);
+	kind.runs(Runs::ONCE_OR_REPEATING);
+	kind.setting<&Self::condition>("condition", "The question to ask.");
+	kind.setting<&Self::true_event>("true_event", "The event sent when the answer is yes. Empty sends nothing.").optional();
+	kind.setting<&Self::false_event>("false_event", "The event sent when the answer is no. Empty sends nothing.").optional();
+	kind.setting<&Self::store_in>("store_in", "The variable the answer goes into, as true or false.").optional();
+	kind.setting<&Self::only_when_it_changes>("only_when_it_changes", "While this is asked every frame, send an event only when the answer changes.");
+	kind.warns<&Self::warn_no_question>("_warn_no_question", "m", "index");
 }
 
 String SCCheckAction::summary_default() {
-	const String question = condition.is_valid() ? summary_line::shown_line(condition.ptr()) : ActionShared::get().not_picked;
+	const String asked = condition.is_valid() ? summary_line::shown_line(condition.ptr()) : ActionShared::get().not_picked;
 	String does;
 	if (!true_event.is_empty()) {
 		does += vformat(", yes sends %s", true_event);
@@ -48,7 +46,7 @@ String SCCheckAction::summary_default() {
 	if (!store_in.is_empty()) {
 		does += vformat(", answer kept in %s", store_in);
 	}
-	return vformat("Check: %s%s", question, does);
+	return vformat("Check: %s%s", asked, does);
 }
 
 bool SCCheckAction::wants_physics_default() {
@@ -56,11 +54,12 @@ bool SCCheckAction::wants_physics_default() {
 }
 
 bool SCCheckAction::finishes_as_it_starts_default() {
-	return !repeats() && (condition.is_null() || !condition->wait_for_actions);
+	return SCMachineAction::finishes_as_it_starts_default() && (condition.is_null() || !condition->wait_for_actions);
 }
 
 bool SCCheckAction::waits_for_variables() const {
-	return run_mode == EVERY_FRAME && only_when_it_changes && update_interval <= 0.0 && from_variables.is_empty() && condition.is_valid() && !condition->wait_for_actions && condition->depends_only_on_variables();
+	return run_mode == EVERY_FRAME && only_when_it_changes && update_interval <= 0.0 && from_variables.is_empty() && condition.is_valid() &&
+			!condition->wait_for_actions && condition->depends_only_on_variables();
 }
 
 PackedStringArray SCCheckAction::variables_to_watch_default() {
@@ -83,15 +82,7 @@ PackedStringArray SCCheckAction::variables_written_default() {
 	return names;
 }
 
-TypedArray<StringName> SCCheckAction::optional_names_default() {
-	TypedArray<StringName> names;
-	names.push_back(StringName("true_event"));
-	names.push_back(StringName("false_event"));
-	names.push_back(StringName("store_in"));
-	return names;
-}
-
-// A question is put on the graph inside its Check, so it is suited with it.
+// A condition is put on the graph inside its Check, so it is suited with it.
 void SCCheckAction::suit_2d_default() {
 	SCMachineAction::suit_2d_default();
 	if (condition.is_valid()) {
@@ -99,7 +90,6 @@ void SCCheckAction::suit_2d_default() {
 	}
 }
 
-void SCCheckAction::warn_no_question(SCMachineBase *machine, int index) {
-	(void)index;
+void SCCheckAction::warn_no_question(SCMachineBase *machine, int) {
 	verbs::warn(machine, this, "it has no question to ask, so it did nothing. Pick one under Condition.");
 }

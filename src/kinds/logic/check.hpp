@@ -1,6 +1,6 @@
 #pragma once
 
-// Kinds of the logic category: asking a question in a state.
+// Kinds of the logic category: Check, which asks a condition in a state.
 
 #include "action/kind_table.hpp"
 
@@ -21,7 +21,6 @@ public:
 	PackedStringArray variables_to_watch_default() override;
 	PackedStringArray variables_read_default() override;
 	PackedStringArray variables_written_default() override;
-	TypedArray<StringName> optional_names_default() override;
 	void suit_2d_default() override;
 	void warn_no_question(SCMachineBase *machine, int index);
 

@@ -1,7 +1,6 @@
 #pragma once
 
-// Kinds of the logic category that look at values: sums of true and false, and branching on what a
-// variable holds.
+// Kinds of the logic category that look at values: sums of true and false, and branching on what a variable holds.
 
 #include "action/kind_table.hpp"
 
@@ -17,10 +16,6 @@ public:
 	StringName store_in;
 
 	String summary_default() override;
-	bool finishes_as_it_starts_default() override { return !repeats(); }
-
-protected:
-	void _validate_property(PropertyInfo &property) const;
 };
 
 class SCSwitchAction : public SCMachineAction {
@@ -40,13 +35,8 @@ public:
 	static String case_text(const Variant &given);
 
 	String summary_default() override;
-	bool finishes_as_it_starts_default() override { return !repeats(); }
-	TypedArray<StringName> optional_names_default() override;
 	// `which` tells the things that can be wrong apart, `what` says it.
 	void warn_switch(SCMachineBase *machine, int index, int which, const String &what);
-
-protected:
-	void _validate_property(PropertyInfo &property) const;
 
 private:
 	String never_reached() const;

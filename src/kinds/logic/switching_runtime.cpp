@@ -2,6 +2,7 @@
 
 #include "action/add_kind.hpp"
 #include "action/native_names.hpp"
+#include "action/runtime_shapes.hpp"
 #include "action/shared_verbs.hpp"
 #include "kinds/logic/switching.hpp"
 
@@ -17,17 +18,19 @@ struct SwitchNames {
 };
 
 class BoolOperator : public OnceOrRepeating<BoolOperator> {
+	using Kind = SCBoolOperatorAction;
+
 	static bool answer_of(const SCMachineAction *action) {
-		const bool first = setting_of<&SCBoolOperatorAction::first>(action);
-		const bool second = setting_of<&SCBoolOperatorAction::second>(action);
-		switch (setting_of<&SCBoolOperatorAction::operation>(action)) {
-			case SCBoolOperatorAction::BOTH:
+		const bool first = setting_of<&Kind::first>(action);
+		const bool second = setting_of<&Kind::second>(action);
+		switch (setting_of<&Kind::operation>(action)) {
+			case Kind::BOTH:
 				return first && second;
-			case SCBoolOperatorAction::EITHER:
+			case Kind::EITHER:
 				return first || second;
-			case SCBoolOperatorAction::NOT_THIS:
+			case Kind::NOT_THIS:
 				return !first;
-			case SCBoolOperatorAction::ONE_BUT_NOT_BOTH:
+			case Kind::ONE_BUT_NOT_BOTH:
 				break;
 		}
 		return first != second;
@@ -35,16 +38,13 @@ class BoolOperator : public OnceOrRepeating<BoolOperator> {
 
 public:
 	static void work(SCMachineBase *machine, SCMachineAction *action, int, double) {
-		const StringName variable = setting_of<&SCBoolOperatorAction::store_in>(action);
-		if (variable.is_empty()) {
-			verbs::warn(machine, action, "no variable is picked, so its answer goes nowhere. Pick one beside Store In.");
-		} else {
-			verbs::store(machine, variable, answer_of(action));
-		}
+		verbs::keep<&Kind::store_in>(machine, action, answer_of(action), "the answer");
 	}
 };
 
 class Switch : public OnceOrRepeating<Switch> {
+	using Kind = SCSwitchAction;
+
 	enum Wrong {
 		NOTHING_PICKED,
 		NO_SUCH_VARIABLE,
@@ -53,13 +53,12 @@ class Switch : public OnceOrRepeating<Switch> {
 		NO_EVENT,
 	};
 
+	// `what` goes on from "Switch on Machine".
 	static void warn(SCMachineBase *machine, SCMachineAction *action, int index, Wrong which, const String &what) {
-		action->call("_warn_switch", machine, index, int64_t(which), what);
+		verbs::say<&Kind::warn_switch>(action, machine, index, int(which), vformat("Switch on %s%s", machine->name_in_messages(), what));
 	}
 
-	static bool counts(const Variant &held) {
-		return values::is_number(held) || held.get_type() == Variant::BOOL;
-	}
+	static bool counts(const Variant &held) { return values::is_number(held) || held.get_type() == Variant::BOOL; }
 
 	static bool equals(const Variant &held, const String &text) {
 		if (counts(held) && text.is_valid_float()) {
@@ -70,26 +69,27 @@ class Switch : public OnceOrRepeating<Switch> {
 		return words::text_of(held) == text;
 	}
 
-	// The place of the first case that matches, -1 for none.
-	static int64_t match(SCMachineBase *machine, SCMachineAction *action, int index, const Variant &held, const Array &cases) {
-		if (setting_of<&SCSwitchAction::test>(action) == SCSwitchAction::IS_EQUAL_TO) {
-			for (int64_t i = 0; i < cases.size(); i++) {
-				if (equals(held, SCSwitchAction::case_text(cases[i]))) {
-					return i;
-				}
-			}
-			return -1;
-		}
-		const String name = machine->name_in_messages();
-		if (!counts(held)) {
-			const String shown = vformat("%s is not a number, and Is Below compares numbers", setting_of<&SCSwitchAction::variable_name>(action));
-			warn(machine, action, index, NO_NUMBER, vformat("Switch on %s: %s", name, shown));
-			return -1;
-		}
+	static int64_t equal_case(const Variant &held, const Array &cases) {
 		for (int64_t i = 0; i < cases.size(); i++) {
-			const String text = SCSwitchAction::case_text(cases[i]);
+			if (equals(held, Kind::case_text(cases[i]))) {
+				return i;
+			}
+		}
+		return -1;
+	}
+
+	static int64_t case_above(SCMachineBase *machine, SCMachineAction *action, int index, const Variant &held, const Array &cases, const StillHere &here) {
+		if (!counts(held)) {
+			warn(machine, action, index, NO_NUMBER, vformat(": %s is not a number, and Is Below compares numbers", setting_of<&Kind::variable_name>(action)));
+			return -1;
+		}
+		for (int64_t i = 0; i < cases.size() && here; i++) {
+			const String text = Kind::case_text(cases[i]);
 			if (!text.is_valid_float()) {
-				warn(machine, action, index, NO_NUMBER_IN_CASE, vformat("Switch on %s: its case %s is not a number, and Is Below compares numbers, so the case was passed over. Type a number in its place beside Cases.", name, text));
+				warn(machine, action, index, NO_NUMBER_IN_CASE,
+						vformat(": its case %s is not a number, and Is Below compares numbers, so the case was passed over. Type a number in its place beside "
+								"Cases.",
+								text));
 			} else if (values::as_number(held) < text.to_float()) {
 				return i;
 			}
@@ -99,49 +99,50 @@ class Switch : public OnceOrRepeating<Switch> {
 
 public:
 	static void work(SCMachineBase *machine, SCMachineAction *action, int index, double) {
-		StillHere here(machine);
-		// 1.
-		const StringName variable = setting_of<&SCSwitchAction::variable_name>(action);
+		const StillHere here(machine);
+		const StringName variable = setting_of<&Kind::variable_name>(action);
 		if (variable.is_empty()) {
-			warn(machine, action, index, NOTHING_PICKED, vformat("Switch on %s has no variable picked to look at, so it sends nothing. Pick one beside Variable Name.", machine->name_in_messages()));
+			warn(machine, action, index, NOTHING_PICKED, " has no variable picked to look at, so it sends nothing. Pick one beside Variable Name.");
 			return;
 		}
 		if (!machine->has_value(variable)) {
-			warn(machine, action, index, NO_SUCH_VARIABLE, vformat("Switch on %s: this machine has no variable called %s, so it takes it as holding nothing. Add %s in its Variables tab, or pick another beside Variable Name.", machine->name_in_messages(), variable, variable));
+			warn(machine, action, index, NO_SUCH_VARIABLE,
+					vformat(": this machine has no variable called %s, so it takes it as holding nothing. Add %s in its Variables tab, or pick another beside "
+							"Variable Name.",
+							variable, variable));
 		}
 		if (!here) {
 			return;
 		}
-		// 2. to 4.
 		const Variant held = machine->get_value(variable);
-		const Array cases = setting_of<&SCSwitchAction::cases>(action);
-		const TypedArray<StringName> events = setting_of<&SCSwitchAction::events>(action);
-		const int64_t found = match(machine, action, index, held, cases);
+		const Array cases = setting_of<&Kind::cases>(action);
+		const TypedArray<StringName> events = setting_of<&Kind::events>(action);
+		const bool by_equal = setting_of<&Kind::test>(action) == Kind::IS_EQUAL_TO;
+		const int64_t found = by_equal ? equal_case(held, cases) : case_above(machine, action, index, held, cases, here);
 		if (!here) {
 			return;
 		}
-		// 5. and 6.
 		StringName event;
 		if (found < 0) {
-			event = setting_of<&SCSwitchAction::otherwise_event>(action);
+			event = setting_of<&Kind::otherwise_event>(action);
 		} else if (found < events.size()) {
 			event = events[found];
 		}
 		if (found >= 0 && event.is_empty()) {
-			warn(machine, action, index, NO_EVENT, vformat("Switch on %s: %s holds %s, which matches case %s, but that case has no event beside it, so nothing was sent. Give each case its event.", machine->name_in_messages(), variable, words::text_of(held), SCSwitchAction::case_text(cases[found])));
+			warn(machine, action, index, NO_EVENT,
+					vformat(": %s holds %s, which matches case %s, but that case has no event beside it, so nothing was sent. Give each case its event.",
+							variable, words::text_of(held), Kind::case_text(cases[found])));
 			if (!here) {
 				return;
 			}
 		}
-		// 7.
 		const StringName &last = NativeNames::of<SwitchNames>().last;
 		Dictionary memory = machine->slot(index);
 		const bool same = memory.has(last) && StringName(memory[last]) == event;
 		memory[last] = event;
-		if (same && action->repeats() && setting_of<&SCSwitchAction::only_when_it_changes>(action)) {
-			return;
+		if (!same || !action->repeats() || !setting_of<&Kind::only_when_it_changes>(action)) {
+			verbs::send(machine, event);
 		}
-		machine->send_event(event);
 	}
 };
 

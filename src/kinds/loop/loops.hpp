@@ -20,10 +20,6 @@ public:
 	bool start_again_when_done = true;
 
 	String summary_default() override;
-	bool uses_run_mode_default() override { return false; }
-	bool finishes_as_it_starts_default() override { return true; }
-	bool works_after_finishing_default() override { return false; }
-	TypedArray<StringName> optional_names_default() override;
 	// `which` is 1 when the machine has the variable, and 0 when it does not.
 	void warn_for_each(SCMachineBase *machine, int index, int which, const Variant &held);
 };
@@ -42,10 +38,6 @@ public:
 	bool start_again_when_done = true;
 
 	String summary_default() override;
-	bool uses_run_mode_default() override { return false; }
-	bool finishes_as_it_starts_default() override { return true; }
-	bool works_after_finishing_default() override { return false; }
-	TypedArray<StringName> optional_names_default() override;
 };
 
 class SCSequenceAction : public SCMachineAction {
@@ -60,12 +52,5 @@ public:
 	StringName progress_variable = PROGRESS;
 
 	String summary_default() override;
-	bool uses_run_mode_default() override { return false; }
-	bool finishes_as_it_starts_default() override { return true; }
-	bool works_after_finishing_default() override { return false; }
-	TypedArray<StringName> optional_names_default() override;
 	void warn_no_events(SCMachineBase *machine, int index);
-
-protected:
-	void _validate_property(PropertyInfo &property) const;
 };

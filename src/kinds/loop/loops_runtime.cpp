@@ -1,8 +1,9 @@
 // Compiled runtimes of the kinds that go round in a ring of states, one step a visit.
 
 #include "action/add_kind.hpp"
-#include "action/telling.hpp"
+#include "action/shared_verbs.hpp"
 #include "action/values.hpp"
+#include "action/words.hpp"
 #include "kinds/loop/loops.hpp"
 #include "machine/still_here.hpp"
 #include "machine/value_kinds.hpp"
@@ -16,11 +17,12 @@ class Progress {
 
 public:
 	// Without a name the walk would never get past its first step, so it goes by its kind's usual one.
-	Progress(SCMachineBase *of_machine, const SCMachineAction *action, const StringName &named, const char *usual) :
-			machine(of_machine), variable(named) {
+	Progress(SCMachineBase *of_machine, const SCMachineAction *action, const StringName &named, const char *usual) : machine(of_machine), variable(named) {
 		if (variable.is_empty()) {
 			variable = usual;
-			telling::once(action, machine, 10, vformat("%s on %s has no Progress Variable, so it keeps its place in a variable called \"%s\". Type a name beside Progress Variable.", String(action->get_class()).trim_prefix("SC").trim_suffix("Action").capitalize(), machine->name_in_messages(), variable));
+			verbs::warn_whole(machine, action, 10,
+					vformat("%s on %s has no Progress Variable, so it keeps its place in a variable called \"%s\". Type a name beside Progress Variable.",
+							verbs::kind_in_palette(action), machine->name_in_messages(), variable));
 		}
 	}
 	int64_t place() const { return ValueKinds::whole_part(values::as_number(machine->get_value(variable, 0))); }
@@ -32,7 +34,7 @@ public:
 class ForEach : public SCNativeAction {
 public:
 	void enter(SCMachineBase *machine, SCMachineAction *action, int index) override {
-		// 1. and 2. The list as it is now: what the ring does to the variable does not disturb this visit.
+		// The list as it is now: what the ring does to the variable does not disturb this visit.
 		machine->finish(index);
 		StillHere here(machine);
 		const StringName name = setting_of<&SCForEachAction::list_variable>(action);
@@ -41,15 +43,13 @@ public:
 		if (held.get_type() == Variant::ARRAY) {
 			list = Array(held).duplicate();
 		} else {
-			action->call("_warn_for_each", machine, index, machine->has_value(name) ? 1 : 0, held);
+			verbs::say<&SCForEachAction::warn_for_each>(action, machine, index, machine->has_value(name) ? 1 : 0, held);
 		}
 		if (!here) {
 			return;
 		}
-		// 3.
 		const Progress progress(machine, action, setting_of<&SCForEachAction::progress_variable>(action), SCForEachAction::PROGRESS);
 		const int64_t place = progress.place();
-		// 4.
 		if (place >= 0 && place < list.size()) {
 			const StringName item_in = setting_of<&SCForEachAction::store_item_in>(action);
 			if (!item_in.is_empty()) {
@@ -68,7 +68,6 @@ public:
 			}
 			return;
 		}
-		// 5.
 		if (setting_of<&SCForEachAction::start_again_when_done>(action)) {
 			progress.move_to(0);
 		}
@@ -83,14 +82,19 @@ public:
 	void enter(SCMachineBase *machine, SCMachineAction *action, int index) override {
 		machine->finish(index);
 		StillHere here(machine);
-		const int64_t times = ValueKinds::whole_part(values::number_of(machine, double(setting_of<&SCRepeatAction::times>(action)), setting_of<&SCRepeatAction::times_variable>(action)));
+		const int64_t times = ValueKinds::whole_part(
+				values::number_of(machine, double(setting_of<&SCRepeatAction::times>(action)), setting_of<&SCRepeatAction::times_variable>(action)));
 		const Progress progress(machine, action, setting_of<&SCRepeatAction::progress_variable>(action), SCRepeatAction::PROGRESS);
 		const int64_t count = progress.place();
 		if (count < times) {
 			progress.move_to(count + 1);
 			if (here) {
 				machine->progress_made(action, int(MIN(times, int64_t(INT32_MAX))));
-				machine->send_event(setting_of<&SCRepeatAction::again_event>(action));
+				const StringName again = setting_of<&SCRepeatAction::again_event>(action);
+				if (again.is_empty()) {
+					verbs::warn(machine, action, "it has no event to send each time, so it stays at the first. Type one under Again Event.");
+				}
+				machine->send_event(again);
 			}
 			return;
 		}
@@ -110,7 +114,7 @@ public:
 		StillHere here(machine);
 		const TypedArray<StringName> events = setting_of<&SCSequenceAction::events>(action);
 		if (events.is_empty()) {
-			action->call("_warn_no_events", machine, index);
+			verbs::say<&SCSequenceAction::warn_no_events>(action, machine, index);
 			return;
 		}
 		const Progress progress(machine, action, setting_of<&SCSequenceAction::progress_variable>(action), SCSequenceAction::PROGRESS);

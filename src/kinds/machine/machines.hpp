@@ -12,10 +12,6 @@ public:
 	StringName store_count_in;
 
 	String summary_default() override;
-	bool uses_run_mode_default() override { return false; }
-	bool finishes_as_it_starts_default() override { return true; }
-	bool works_after_finishing_default() override { return false; }
-	TypedArray<StringName> optional_names_default() override;
 };
 
 class SCEnableMachineAction : public SCMachineAction {
@@ -30,12 +26,6 @@ public:
 	WhenOff when_off = HOLDS_STILL;
 
 	String summary_default() override;
-	bool uses_run_mode_default() override { return false; }
-	bool finishes_as_it_starts_default() override { return true; }
-	bool works_after_finishing_default() override { return false; }
-
-protected:
-	void _validate_property(PropertyInfo &property) const;
 };
 
 class SCForwardEventsAction : public SCMachineAction {
@@ -46,9 +36,6 @@ public:
 	TypedArray<StringName> only_these;
 
 	String summary_default() override;
-	bool uses_run_mode_default() override { return false; }
-	bool finishes_as_it_starts_default() override { return true; }
-	bool works_after_finishing_default() override { return false; }
 };
 
 class SCGetLastEventAction : public SCMachineAction {
@@ -58,9 +45,6 @@ public:
 	StringName store_in;
 
 	String summary_default() override;
-	bool uses_run_mode_default() override { return false; }
-	bool finishes_as_it_starts_default() override { return true; }
-	bool works_after_finishing_default() override { return false; }
 };
 
 class SCGetPreviousStateAction : public SCMachineAction {
@@ -70,9 +54,6 @@ public:
 	StringName store_in;
 
 	String summary_default() override;
-	bool uses_run_mode_default() override { return false; }
-	bool finishes_as_it_starts_default() override { return true; }
-	bool works_after_finishing_default() override { return false; }
 };
 
 class SCGetStateAction : public SCMachineAction {
@@ -86,7 +67,6 @@ public:
 	StringName store_in;
 
 	String summary_default() override;
-	bool finishes_as_it_starts_default() override { return !repeats(); }
 };
 
 class SCGoToPreviousStateAction : public SCMachineAction {
@@ -94,9 +74,6 @@ class SCGoToPreviousStateAction : public SCMachineAction {
 
 public:
 	String summary_default() override;
-	bool uses_run_mode_default() override { return false; }
-	bool finishes_as_it_starts_default() override { return true; }
-	bool works_after_finishing_default() override { return false; }
 };
 
 class SCMachineVariableAction : public SCMachineAction {
@@ -113,26 +90,4 @@ public:
 	StringName from_variable;
 
 	String summary_default() override;
-	bool finishes_as_it_starts_default() override { return !repeats(); }
-
-protected:
-	void _validate_property(PropertyInfo &property) const;
-};
-
-class SCRunTemplateAction : public SCMachineAction {
-	SC_KIND(SCRunTemplateAction, SCMachineAction)
-
-public:
-	// `template` is no name for a field.
-	Ref<SCMachineTemplate> machine_template;
-	TypedArray<StringName> shared_variables;
-	StringName done_event = "Done";
-
-	String summary_default() override;
-	bool uses_run_mode_default() override { return false; }
-	bool works_after_finishing_default() override { return false; }
-	PackedStringArray variables_read_default() override;
-	PackedStringArray variables_written_default() override;
-	PackedStringArray events_sent_default() override { return PackedStringArray(); }
-	TypedArray<StringName> optional_names_default() override;
 };

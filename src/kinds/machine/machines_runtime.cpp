@@ -3,9 +3,9 @@
 #include "action/add_kind.hpp"
 #include "action/machines.hpp"
 #include "action/native_names.hpp"
+#include "action/runtime_shapes.hpp"
 #include "action/shared_verbs.hpp"
 #include "action/storing.hpp"
-#include "kinds/flow/basics.hpp"
 #include "kinds/machine/machines.hpp"
 #include "machine/machine_run.hpp"
 #include "machine_node/sc_machine.hpp"
@@ -28,23 +28,18 @@ SCMachine *machine_or_warn(SCMachineBase *machine, SCMachineAction *action, cons
 	if (found == nullptr && path.is_empty()) {
 		verbs::warn(machine, action, vformat("no machine is picked, so %s. Pick the node that has it under Machine Path.", instead));
 	} else if (found == nullptr) {
-		verbs::warn(machine, action, vformat("there is no Machine on %s, nor on anything it sits under, so %s. Pick a node that has one under Machine Path.", words::name_in_line(path), instead));
+		verbs::warn(machine, action,
+				vformat("there is no Machine on %s, nor on anything it sits under, so %s. Pick a node that has one under Machine Path.",
+						words::name_in_line(path), instead));
 	}
 	return found;
 }
 
-void store_or_warn(SCMachineBase *machine, SCMachineAction *action, const StringName &variable, const Variant &value) {
-	if (variable.is_empty()) {
-		verbs::warn(machine, action, "no variable is picked, so what it found goes nowhere. Pick one beside Store In.");
-	} else {
-		verbs::store(machine, variable, value);
-	}
-}
-
 class CancelDelayedEvents : public SCNativeAction {
 	static bool is_called_off(Object *action, const StringName &event, Array called_off) {
-		const SCSendEventAction *sends = Object::cast_to<SCSendEventAction>(action);
-		if (sends == nullptr || (!event.is_empty() && sends->event_name != event)) {
+		const SCMachineAction *waiting = Object::cast_to<SCMachineAction>(action);
+		const StringName delayed = waiting != nullptr ? waiting->delayed_event() : StringName();
+		if (delayed.is_empty() || (!event.is_empty() && delayed != event)) {
 			return false;
 		}
 		called_off.push_back(action);
@@ -80,10 +75,10 @@ public:
 		machine->finish(index);
 		StillHere here(machine);
 		Array called_off;
-		const int count = machine->cancel_timeouts(callable_mp_static(&is_called_off).bind(setting_of<&SCCancelDelayedEventsAction::event>(action), called_off));
-		const StringName store_count_in = setting_of<&SCCancelDelayedEventsAction::store_count_in>(action);
+		const int count =
+				machine->cancel_timeouts(callable_mp_static(&is_called_off).bind(setting_of<&SCCancelDelayedEventsAction::event>(action), called_off));
 		if (here) {
-			verbs::store(machine, store_count_in, count);
+			verbs::keep_if_named<&SCCancelDelayedEventsAction::store_count_in>(machine, action, count);
 		}
 		if (here) {
 			finish_all(machine, called_off);
@@ -97,9 +92,7 @@ bool swallow(const StringName &, const Variant &) {
 }
 
 class EnableMachine : public SCNativeAction {
-	static bool is_held(const SCMachine *machine) {
-		return machine->has_meta(NativeNames::of<MachineKindNames>().mode_when_on);
-	}
+	static bool is_held(const SCMachine *machine) { return machine->has_meta(NativeNames::of<MachineKindNames>().mode_when_on); }
 
 	static void hold(SCMachine *machine) {
 		if (is_held(machine)) {
@@ -170,8 +163,7 @@ class EventForward final : public CallableCustom {
 	static bool before(const CallableCustom *left, const CallableCustom *right) { return left < right; }
 
 public:
-	EventForward(uint64_t from_machine, uint64_t to_machine, const TypedArray<StringName> &only) :
-			from(from_machine), to(to_machine), only_these(only) {}
+	EventForward(uint64_t from_machine, uint64_t to_machine, const TypedArray<StringName> &only) : from(from_machine), to(to_machine), only_these(only) {}
 
 	uint32_t hash() const override { return uint32_t(from * 31 + to); }
 	String get_as_text() const override { return "SCForwardEventsAction"; }
@@ -224,21 +216,23 @@ public:
 	}
 };
 
-class GetLastEvent : public SCNativeAction {
+// Keeps something the machine knows of itself.
+template <auto Store, Variant (*Ask)(SCMachineBase *)>
+class KeepsAName : public SCNativeAction {
 public:
 	void enter(SCMachineBase *machine, SCMachineAction *action, int index) override {
 		machine->finish(index);
-		store_or_warn(machine, action, setting_of<&SCGetLastEventAction::store_in>(action), String(machine->last_event()));
+		verbs::keep<Store>(machine, action, Ask(machine), "what it found");
 	}
 };
 
-class GetPreviousState : public SCNativeAction {
-public:
-	void enter(SCMachineBase *machine, SCMachineAction *action, int index) override {
-		machine->finish(index);
-		store_or_warn(machine, action, setting_of<&SCGetPreviousStateAction::store_in>(action), String(machines::name_of_state(machine->previous_state())));
-	}
-};
+Variant last_event_of(SCMachineBase *machine) {
+	return String(machine->last_event());
+}
+
+Variant previous_state_of(SCMachineBase *machine) {
+	return String(machines::name_of_state(machine->previous_state()));
+}
 
 class GetState : public OnceOrRepeating<GetState> {
 	static String state_of(SCMachineBase *machine, SCGetStateAction::Which which) {
@@ -262,7 +256,7 @@ public:
 		const NodePath path = setting_of<&SCGetStateAction::machine_path>(action);
 		SCMachineBase *asked = path.is_empty() ? machine : machine_or_warn(machine, action, path, "it found no state");
 		if (asked != nullptr && here) {
-			store_or_warn(machine, action, setting_of<&SCGetStateAction::store_in>(action), state_of(asked, setting_of<&SCGetStateAction::which>(action)));
+			verbs::keep<&SCGetStateAction::store_in>(machine, action, state_of(asked, setting_of<&SCGetStateAction::which>(action)), "what it found");
 		}
 	}
 };
@@ -283,7 +277,7 @@ public:
 class MachineVariable : public OnceOrRepeating<MachineVariable> {
 	static void read(SCMachineBase *machine, SCMachineAction *action, SCMachine *other, const StringName &there) {
 		if (other->has_value(there)) {
-			store_or_warn(machine, action, setting_of<&SCMachineVariableAction::store_in>(action), other->get_value(there));
+			verbs::keep<&SCMachineVariableAction::store_in>(machine, action, other->get_value(there), "what it read");
 		} else {
 			say_it_lacks(machine, action, other, there, "nothing was read");
 		}
@@ -299,12 +293,16 @@ class MachineVariable : public OnceOrRepeating<MachineVariable> {
 		} else if (!other->has_value(there)) {
 			say_it_lacks(machine, action, other, there, "nothing was written");
 		} else if (!storing::put(other, there, value)) {
-			verbs::warn(machine, action, vformat("%s on %s holds %s and cannot take %s, so it was left as it is. Pick variables of the same kind.", there, other->name_in_messages(), values::kind_in_words(other->get_value(there)), values::kind_in_words(value)));
+			verbs::warn(machine, action,
+					vformat("%s on %s holds %s and cannot take %s, so it was left as it is. Pick variables of the same kind.", there, other->name_in_messages(),
+							values::kind_in_words(other->get_value(there)), values::kind_in_words(value)));
 		}
 	}
 
 	static void say_it_lacks(SCMachineBase *machine, SCMachineAction *action, SCMachineBase *lacking, const StringName &variable, const char *instead) {
-		verbs::warn(machine, action, vformat("%s has no variable called %s, so %s. Add it in that machine's Variables tab, or pick one it has.", lacking->name_in_messages(), variable, instead));
+		verbs::warn(machine, action,
+				vformat("%s has no variable called %s, so %s. Add it in that machine's Variables tab, or pick one it has.", lacking->name_in_messages(),
+						variable, instead));
 	}
 
 public:
@@ -328,8 +326,8 @@ const AddKinds added = {
 	add_kind<SCCancelDelayedEventsAction, CancelDelayedEvents>(),
 	add_kind<SCEnableMachineAction, EnableMachine>(),
 	add_kind<SCForwardEventsAction, ForwardEvents>(),
-	add_kind<SCGetLastEventAction, GetLastEvent>(),
-	add_kind<SCGetPreviousStateAction, GetPreviousState>(),
+	add_kind<SCGetLastEventAction, KeepsAName<&SCGetLastEventAction::store_in, &last_event_of>>(),
+	add_kind<SCGetPreviousStateAction, KeepsAName<&SCGetPreviousStateAction::store_in, &previous_state_of>>(),
 	add_kind<SCGetStateAction, GetState>(),
 	add_kind<SCGoToPreviousStateAction, GoToPreviousState>(),
 	add_kind<SCMachineVariableAction, MachineVariable>(),

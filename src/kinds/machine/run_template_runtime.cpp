@@ -5,8 +5,8 @@
 #include "action/add_later.hpp"
 #include "action/native_names.hpp"
 #include "action/shared_verbs.hpp"
-#include "action/telling.hpp"
-#include "kinds/machine/machines.hpp"
+#include "action/words.hpp"
+#include "kinds/machine/run_template.hpp"
 #include "machine/machine_run.hpp"
 #include "machine/names.hpp"
 #include "machine_node/sc_machine.hpp"
@@ -152,26 +152,32 @@ public:
 		const MachineNames &names = MachineNames::shared();
 		const RunTemplateNames &own = NativeNames::of<RunTemplateNames>();
 		StillHere here(machine);
-		// 1. Nothing to run holds nothing up.
+		// Nothing to run holds nothing up.
 		const Ref<SCMachineTemplate> design = setting_of<&SCRunTemplateAction::machine_template>(action);
 		Node *target = machine->target_node();
 		if (design.is_null()) {
-			telling::once(action, machine, 0, vformat("Run Template on %s has no Template picked, so nothing runs and the state carries on at once. Pick the template to run.", machine->name_in_messages()));
+			verbs::warn_whole(machine, action, 0,
+					vformat("Run Template on %s has no Template picked, so nothing runs and the state carries on at once. Pick the template to run.",
+							machine->name_in_messages()));
 			machine->finish(index);
 			return;
 		}
 		Node *parent = machine->get_parent();
 		if (target == nullptr || (parent != nullptr && !stand_in_one_tree(parent, target))) {
-			verbs::warn(machine, action, vformat("this Machine has no node to work on, so %s has nothing to run on and the state carries on at once.", name_for(design).trim_suffix("Running")));
+			verbs::warn(machine, action,
+					vformat("this Machine has no node to work on, so %s has nothing to run on and the state carries on at once.",
+							name_for(design).trim_suffix("Running")));
 			machine->finish(index);
 			return;
 		}
 		if (machines_around(machine) >= MOST_INSIDE_ONE_ANOTHER) {
-			verbs::warn(machine, action, vformat("%d machines run inside one another here, which means that a template runs itself, so no further one was begun and the state carries on at once. Take one Run Template out of the circle.", MOST_INSIDE_ONE_ANOTHER));
+			verbs::warn(machine, action,
+					vformat("%d machines run inside one another here, which means that a template runs itself, so no further one was begun and the state "
+							"carries on at once. Take one Run Template out of the circle.",
+							MOST_INSIDE_ONE_ANOTHER));
 			machine->finish(index);
 			return;
 		}
-		// 2. to 4.
 		SCMachine *inner = memnew(SCMachine);
 		inner->set_name(name_for(design));
 		inner->machine_template = design;
@@ -179,17 +185,17 @@ public:
 		inner->run().run_by = machine->get_instance_id();
 		Dictionary memory = machine->slot(index);
 		memory[own.inner] = inner;
-		// 5.
+		// It is heard from its first state on.
 		const uint64_t inner_id = inner->get_instance_id();
 		const Callable finisher = machine->finisher(index);
-		inner->connect(names.state_changed, Callable(memnew(TemplateHeard(TemplateHeard::STATE_CHANGED, machine->get_instance_id(), inner_id, action->get_instance_id(), memory, finisher))));
-		inner->connect(names.event_sent, Callable(memnew(TemplateHeard(TemplateHeard::EVENT_SENT, machine->get_instance_id(), inner_id, action->get_instance_id(), memory, finisher))));
-		// 6.
+		inner->connect(names.state_changed,
+				Callable(memnew(
+						TemplateHeard(TemplateHeard::STATE_CHANGED, machine->get_instance_id(), inner_id, action->get_instance_id(), memory, finisher))));
+		inner->connect(names.event_sent,
+				Callable(memnew(TemplateHeard(TemplateHeard::EVENT_SENT, machine->get_instance_id(), inner_id, action->get_instance_id(), memory, finisher))));
 		ERR_FAIL_NULL(parent);
-		// 7. and 8.
 		inner->target_path = NodePath("../" + String(parent->get_path_to(target)));
 		inner->handed_values = handed_values(machine, setting_of<&SCRunTemplateAction::shared_variables>(action));
-		// 9.
 		if (!SCMachine::takes_children_now(parent)) {
 			inner->connect(own.ready, Callable(inner, names.start), Object::CONNECT_ONE_SHOT);
 			add_later::to(parent, inner);

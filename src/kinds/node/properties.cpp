@@ -1,26 +1,17 @@
 #include "kinds/node/properties.hpp"
 
 #include "action/action_shared.hpp"
-#include "action/native_names.hpp"
 #include "action/reading.hpp"
 #include "action/shared_verbs.hpp"
-#include "machine/value_kinds.hpp"
 
-namespace {
-
-struct Names {
-	StringName value = "value";
-};
-
-} // namespace
-
-void SCSetPropertyAction::describe(KindTable<SCSetPropertyAction> &kind) {
+void SCSetPropertyAction::describe(KindTable<Self> &kind) {
 	kind.about("node", "set_property", "Set any property on any node, such as visible, modulate, text, speed, or whatever the node has.");
-	kind.setting<&SCSetPropertyAction::node_path>("node_path", "Node to change. Empty is Self, the node this Machine works on.");
-	kind.setting<&SCSetPropertyAction::property>("property", "Property name. A colon reaches inside one, as in \"position:y\" or \"material:albedo_color\".");
-	kind.setting<&SCSetPropertyAction::value>("value", "What to set it to. A single number for a property with parts, such as scale, sets every part to it.");
-	ClassDB::bind_method(D_METHOD("_warn_set", "m", "index"), &SCSetPropertyAction::warn_set);
-	ClassDB::bind_method(D_METHOD("_say_cannot", "m", "node", "why"), &SCSetPropertyAction::say_cannot);
+	kind.runs(Runs::ONCE_OR_REPEATING);
+	kind.setting<&Self::node_path>("node_path", "Node to change. Empty is Self, the node this Machine works on.");
+	kind.setting<&Self::property>("property", "Property name. A colon reaches inside one, as in \"position:y\" or \"material:albedo_color\".");
+	kind.setting<&Self::value>("value", "What to set it to. A single number for a property with parts, such as scale, sets every part to it.");
+	kind.warns<&Self::warn_set>("_warn_set", "m", "index");
+	kind.warns<&Self::say_cannot>("_say_cannot", "m", "node", "why");
 }
 
 String SCSetPropertyAction::summary_default() {
@@ -30,7 +21,7 @@ String SCSetPropertyAction::summary_default() {
 
 // The value is fitted to the property, not to what happens to be typed in beside it.
 void SCSetPropertyAction::read_variables_default(SCMachineBase *machine) {
-	const StringName &setting = NativeNames::of<Names>().value;
+	const StringName &setting = verbs::name_of<&Self::value>();
 	const StringName variable = from_variables.get(setting, StringName());
 	if (variable.is_empty() || machine == nullptr) {
 		SCMachineAction::read_variables_default(machine);
@@ -47,9 +38,8 @@ void SCSetPropertyAction::read_variables_default(SCMachineBase *machine) {
 	value = values::value_of(machine, typed_in[setting], variable);
 }
 
-void SCSetPropertyAction::warn_set(SCMachineBase *machine, int index) {
-	(void)index;
-	const Node *node = verbs::node_or_warn(machine, this, node_path, "node_path");
+void SCSetPropertyAction::warn_set(SCMachineBase *machine, int) {
+	const Node *node = verbs::node_or_warn<&Self::node_path>(machine, this);
 	if (node != nullptr && property.is_empty()) {
 		verbs::warn(machine, this, vformat("it has no property of %s to set, so it did nothing. Type one under Property.", node->get_name()));
 	}
@@ -57,6 +47,8 @@ void SCSetPropertyAction::warn_set(SCMachineBase *machine, int index) {
 
 void SCSetPropertyAction::say_cannot(SCMachineBase *machine, const Node *node, const String &why) {
 	if (node != nullptr) {
-		verbs::warn(machine, this, vformat("it could not set %s of %s, because %s, so nothing was set. Pick another under Property, or change Value.", property, node->get_name(), why));
+		verbs::warn(machine, this,
+				vformat("it could not set %s of %s, because %s, so nothing was set. Pick another under Property, or change Value.", property, node->get_name(),
+						why));
 	}
 }

@@ -13,7 +13,6 @@ public:
 	Variant value;
 
 	String summary_default() override;
-	bool finishes_as_it_starts_default() override { return !repeats(); }
 	void read_variables_default(SCMachineBase *machine) override;
 	void warn_set(SCMachineBase *machine, int index);
 	// The property is there and does not take the value, or is not there.

@@ -3,9 +3,10 @@
 #include "action/add_kind.hpp"
 #include "action/native_names.hpp"
 #include "action/property_paths.hpp"
+#include "action/runtime_shapes.hpp"
 #include "action/shared_verbs.hpp"
+#include "action/weak.hpp"
 #include "kinds/node/properties.hpp"
-#include "machine_node/sc_machine_base.hpp"
 
 #include <godot_cpp/core/math.hpp>
 
@@ -20,16 +21,15 @@ struct Names {
 	StringName took_on = "took_on";
 	StringName took_kind = "took_kind";
 	StringName warned = "warned";
-
-	StringName warn_set = "_warn_set";
-	StringName say_cannot = "_say_cannot";
 };
 
 const Names &names() {
 	return NativeNames::of<Names>();
 }
 
-class SetProperty : public SCNativeAction {
+class SetProperty : public OnceOrRepeating<SetProperty> {
+	using Kind = SCSetPropertyAction;
+
 	static NodePath path_in(Dictionary slot, const String &property) {
 		if (slot.get(names().path_for, Variant()) != Variant(property)) {
 			slot[names().path_for] = property;
@@ -64,12 +64,12 @@ class SetProperty : public SCNativeAction {
 			case Variant::FLOAT:
 				return Math::is_nan(double(value));
 			case Variant::VECTOR2: {
-				const Vector2 flat = value;
-				return Math::is_nan(flat.x) || Math::is_nan(flat.y);
+				const Vector2 vector = value;
+				return Math::is_nan(vector.x) || Math::is_nan(vector.y);
 			}
 			case Variant::VECTOR3: {
-				const Vector3 deep = value;
-				return Math::is_nan(deep.x) || Math::is_nan(deep.y) || Math::is_nan(deep.z);
+				const Vector3 vector = value;
+				return Math::is_nan(vector.x) || Math::is_nan(vector.y) || Math::is_nan(vector.z);
 			}
 			default:
 				return false;
@@ -100,40 +100,33 @@ class SetProperty : public SCNativeAction {
 		slot[names().warned] = property;
 		slot[names().took_on] = id;
 		slot[names().took_kind] = kind;
-		action->call(names().say_cannot, machine, node, why(node, value, wanted));
+		action->call(*WarningOf<&Kind::say_cannot>::name, machine, node, why(node, value, wanted));
 	}
 
-	static void work(SCMachineBase *machine, SCMachineAction *action, int index) {
-		const String property = setting_of<&SCSetPropertyAction::property>(action);
-		Node *node = values::node_of(machine, setting_of<&SCSetPropertyAction::node_path>(action));
+public:
+	static void work(SCMachineBase *machine, SCMachineAction *action, int index, double) {
+		const String property = setting_of<&Kind::property>(action);
+		Node *node = values::node_of(machine, setting_of<&Kind::node_path>(action));
 		if (node == nullptr || property.is_empty()) {
-			action->call(names().warn_set, machine, index);
+			verbs::say<&Kind::warn_set>(action, machine, index);
 			return;
 		}
+		const StillHere here(machine);
+		const Weak<Node> held(node);
 		const Dictionary slot = machine->slot(index);
 		const NodePath path = path_in(slot, property);
 		const property_paths::Wanted wanted = wanted_in(slot, node, path);
-		const Variant value = setting_of<&SCSetPropertyAction::value>(action);
+		// Looking may have run a game's code.
+		node = held.get();
+		if (!here || node == nullptr) {
+			return;
+		}
+		const Variant value = setting_of<&Kind::value>(action);
 		Variant fitted;
 		if (wanted.is_there && !has_a_nan(value) && property_paths::fit(wanted, value, node, fitted)) {
 			node->set_indexed(path, fitted);
 		} else {
 			tell(machine, action, slot, node, value, wanted);
-		}
-	}
-
-public:
-	void enter(SCMachineBase *machine, SCMachineAction *action, int index) override {
-		const StillHere here(machine);
-		work(machine, action, index);
-		if (here && action->run_mode != SCMachineAction::EVERY_FRAME) {
-			machine->finish(index);
-		}
-	}
-
-	void update(SCMachineBase *machine, SCMachineAction *action, int index, double) override {
-		if (action->run_mode == SCMachineAction::EVERY_FRAME) {
-			work(machine, action, index);
 		}
 	}
 };

@@ -8,20 +8,14 @@ class SCGetTimeAction : public SCMachineAction {
 	SC_KIND(SCGetTimeAction, SCMachineAction)
 
 public:
-	SC_ENUM(Which, SINCE_THE_STATE_BEGAN, SINCE_THE_GAME_STARTED, SECONDS_OF_THE_DAY, HOUR, MINUTE, SECOND, DAY, MONTH, YEAR, WEEKDAY, SECONDS_SINCE_1970, CLOCK_AS_TEXT, DATE_AS_TEXT)
+	SC_ENUM(Which, SINCE_THE_STATE_BEGAN, SINCE_THE_GAME_STARTED, SECONDS_OF_THE_DAY, HOUR, MINUTE, SECOND, DAY, MONTH, YEAR, WEEKDAY, SECONDS_SINCE_1970,
+			CLOCK_AS_TEXT, DATE_AS_TEXT)
 
 	Which which = SINCE_THE_STATE_BEGAN;
 	bool utc = false;
 	StringName store_in;
 
-	// Told by the calendar, and so by a time zone.
-	static bool goes_by_the_calendar(Which which);
-
 	String summary_default() override;
-	bool finishes_as_it_starts_default() override { return !repeats(); }
-
-protected:
-	void _validate_property(PropertyInfo &property) const;
 };
 
 class SCSetTimeScaleAction : public SCMachineAction {
@@ -34,10 +28,4 @@ public:
 	bool put_back_when_left = false;
 
 	String summary_default() override;
-	bool uses_run_mode_default() override { return false; }
-	bool finishes_as_it_starts_default() override;
-	bool works_after_finishing_default() override { return false; }
-
-protected:
-	void _validate_property(PropertyInfo &property) const;
 };

@@ -2,9 +2,9 @@
 
 #include "kinds/time/time.hpp"
 #include "action/add_kind.hpp"
-#include "action/answering.hpp"
 #include "action/checked.hpp"
 #include "action/native_names.hpp"
+#include "action/runtime_shapes.hpp"
 #include "action/shared_verbs.hpp"
 
 #include <godot_cpp/classes/engine.hpp>
@@ -77,7 +77,7 @@ class GetTime : public OnceOrRepeating<GetTime> {
 
 public:
 	static void work(SCMachineBase *machine, SCMachineAction *action, int, double) {
-		answering::keep(machine, action, setting_of<&Kind::store_in>(action), time_of(machine, action), "the time");
+		verbs::keep<&Kind::store_in>(machine, action, time_of(machine, action), "the time");
 	}
 };
 
@@ -126,14 +126,19 @@ class SetTimeScale : public SCNativeAction {
 	static bool find_scale(SCMachineBase *machine, const SCMachineAction *action, double &scale) {
 		scale = setting_of<&Kind::scale>(action);
 		if (Math::is_nan(scale)) {
-			verbs::warn(machine, action, "its Scale is no number, as 0 divided by 0 is none, so the game goes on as fast as before. Type 0 or more under Scale, or look at the variable that it reads.");
+			verbs::warn(machine, action,
+					"its Scale is no number, as 0 divided by 0 is none, so the game goes on as fast as before. Type 0 or more under Scale, or look at the "
+					"variable that it reads.");
 			return false;
 		}
 		if (scale < 0.0) {
-			verbs::warn(machine, action, vformat("its Scale is %s, and time cannot run backward, so the game stands still. Type 0 or more under Scale.", words::number(scale)));
+			verbs::warn(machine, action,
+					vformat("its Scale is %s, and time cannot run backward, so the game stands still. Type 0 or more under Scale.", words::number(scale)));
 			scale = 0.0;
 		} else if (scale > FASTEST) {
-			verbs::warn(machine, action, vformat("its Scale is more than %s, and the physics cannot follow a game that fast, so it was taken as %s. Type less under Scale.", words::number(FASTEST), words::number(FASTEST)));
+			verbs::warn(machine, action,
+					vformat("its Scale is more than %s, and the physics cannot follow a game that fast, so it was taken as %s. Type less under Scale.",
+							words::number(FASTEST), words::number(FASTEST)));
 			scale = FASTEST;
 		}
 		return true;
@@ -178,9 +183,7 @@ public:
 		}
 	}
 
-	void exit(SCMachineBase *machine, SCMachineAction *, int index) override {
-		let_go(machine->slot(index));
-	}
+	void exit(SCMachineBase *machine, SCMachineAction *, int index) override { let_go(machine->slot(index)); }
 };
 
 const AddKinds added = {

@@ -20,16 +20,11 @@ public:
 	Easings::Shape curve = Easings::SINE;
 	Easings::Easing easing = Easings::EASE_IN_OUT;
 
-	bool goes_to_a_node() const;
+	bool goes_to_a_node() const { return has_some<&Self::to_path>(); }
 
 	String summary_default() override;
-	bool uses_run_mode_default() override { return false; }
-	bool finishes_as_it_starts_default() override;
-	bool works_after_finishing_default() override { return false; }
-	bool needs_every_tick_default() override;
-
-protected:
-	void _validate_property(PropertyInfo &property) const;
+	// Only keeping after a node is done by updates; any other move is a tween's.
+	bool needs_every_tick_default() override { return goes_to_a_node() && has_some<&Self::follow_it>(); }
 };
 
 class SCToGlobalAction : public SCMachineAction {
@@ -41,7 +36,6 @@ public:
 	StringName store_in;
 
 	String summary_default() override;
-	bool finishes_as_it_starts_default() override { return !repeats(); }
 };
 
 class SCToLocalAction : public SCMachineAction {
@@ -53,10 +47,8 @@ public:
 	StringName store_in;
 
 	String summary_default() override;
-	bool finishes_as_it_starts_default() override { return !repeats(); }
 };
 
-// It stands beside what else the state does: it never holds the state up, and goes on until it is left.
 class SCTranslateAction : public SCMachineAction {
 	SC_KIND(SCTranslateAction, SCMachineAction)
 
@@ -69,6 +61,4 @@ public:
 	double speed = 5.0;
 
 	String summary_default() override;
-	bool uses_run_mode_default() override { return false; }
-	bool finishes_as_it_starts_default() override { return true; }
 };

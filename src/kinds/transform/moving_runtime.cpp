@@ -1,24 +1,16 @@
 // Compiled runtimes of the kinds that move things from place to place.
 
 #include "action/add_kind.hpp"
-#include "action/answering.hpp"
 #include "action/checked.hpp"
 #include "action/native_names.hpp"
+#include "action/runtime_shapes.hpp"
 #include "action/shared_verbs.hpp"
 #include "action/spaces.hpp"
 #include "kinds/transform/moving.hpp"
 
-#include <godot_cpp/classes/tween.hpp>
-
 namespace {
 
 struct MovingNames {
-	StringName node_path = "node_path";
-	StringName to_path = "to_path";
-	StringName to = "to";
-	StringName direction = "direction";
-	StringName local_point = "local_point";
-	StringName global_point = "global_point";
 	StringName start = "start";
 	StringName elapsed = "elapsed";
 };
@@ -29,11 +21,7 @@ const MovingNames &names() {
 
 // Where a step leads from where the node is, in the world.
 Variant moved_by(const Node *placed, const Variant &step) {
-	const Variant from = places::position_of(placed);
-	if (spaces::is_flat(placed)) {
-		return places::as_vector2(from) + places::as_vector2(step);
-	}
-	return places::as_vector3(from) + places::as_vector3(step);
+	return spaces::with_vectors(placed, places::position_of(placed), step, [](auto from, auto by) { return from + by; });
 }
 
 class MoveTo : public SCNativeAction {
@@ -45,60 +33,43 @@ class MoveTo : public SCNativeAction {
 		bool local = false;
 	};
 
-	static bool goes_to_a_node(const SCMachineAction *action) {
-		return !setting_of<&Kind::to_path>(action).is_empty();
-	}
-
-	static Node *target_of(SCMachineBase *machine, const SCMachineAction *action) {
-		return spaces::placed_or_warn(machine, action, setting_of<&Kind::to_path>(action), names().to_path);
-	}
+	static bool goes_to_a_node(const SCMachineAction *action) { return !setting_of<&Kind::to_path>(action).is_empty(); }
 
 	static Variant place_in_parent(const Node *placed) {
-		if (const Node2D *flat = Object::cast_to<Node2D>(placed)) {
-			return flat->get_position();
-		}
-		if (const Control *control = Object::cast_to<Control>(placed)) {
-			return control->get_position();
-		}
-		return Object::cast_to<Node3D>(placed)->get_position();
+		Variant place;
+		spaces::visit(placed, [&place](const auto *node) { place = node->get_position(); });
+		return place;
 	}
 
 	static void put(Node *placed, const Goal &goal) {
-		if (!goal.local) {
+		if (goal.local) {
+			spaces::visit(placed, [&goal](auto *node) { node->set_position(goal.place); });
+		} else {
 			places::set_position_of(placed, goal.place);
-		} else if (Node2D *flat = Object::cast_to<Node2D>(placed)) {
-			flat->set_position(goal.place);
-		} else if (Control *control = Object::cast_to<Control>(placed)) {
-			control->set_position(goal.place);
-		} else if (Node3D *deep = Object::cast_to<Node3D>(placed)) {
-			deep->set_position(goal.place);
 		}
 	}
 
 	static bool find_goal(SCMachineBase *machine, const SCMachineAction *action, const Node *placed, Goal &goal) {
 		if (goes_to_a_node(action)) {
-			const Node *target = target_of(machine, action);
+			const Node *target = spaces::placed_or_warn<&Kind::to_path>(machine, action);
 			goal.place = target != nullptr ? spaces::on_side_of(placed, places::position_of(target)) : Variant();
 			return target != nullptr;
 		}
-		const Variant to = setting_of<&Kind::to>(action);
-		if (!spaces::place_or_warn(machine, action, to, names().to)) {
+		if (!spaces::place_or_warn<&Kind::to>(machine, action)) {
 			return false;
 		}
-		const Variant place = spaces::on_side_of(placed, to);
+		goal.place = spaces::on_side_of(placed, setting_of<&Kind::to>(action));
 		switch (checked::choice<&Kind::space>(machine, action, Kind::GLOBAL)) {
 			case Kind::GLOBAL:
-				goal.place = place;
 				break;
 			case Kind::LOCAL:
-				goal.place = place;
 				goal.local = true;
 				break;
 			case Kind::FROM_WHERE_IT_IS:
-				goal.place = moved_by(placed, place);
+				goal.place = moved_by(placed, goal.place);
 				break;
 			case Kind::ITS_OWN_WAY:
-				goal.place = moved_by(placed, spaces::own_direction(placed, place));
+				goal.place = moved_by(placed, spaces::own_direction(placed, goal.place));
 				break;
 		}
 		return true;
@@ -109,7 +80,9 @@ class MoveTo : public SCNativeAction {
 		if (checked::is_sound(goal.place)) {
 			return true;
 		}
-		verbs::warn(machine, action, vformat("the place it would move to is none, or too far away to work with, so %s stays where it is. Look at where %s lies and at %s.", placed->get_name(), placed->get_name(), goes_to_a_node(action) ? "the node under To Path" : "what To holds"));
+		verbs::warn(machine, action,
+				vformat("the place it would move to is none, or too far away to work with, so %s stays where it is. Look at where %s lies and at %s.",
+						placed->get_name(), placed->get_name(), goes_to_a_node(action) ? "the node under To Path" : "what To holds"));
 		return false;
 	}
 
@@ -127,8 +100,8 @@ class MoveTo : public SCNativeAction {
 		const double speed = checked::number<&Kind::speed>(machine, action);
 		if (speed > 0.0) {
 			const real_t step = real_t(speed * delta);
-			const Variant now = places::position_of(placed);
-			const Variant next = spaces::is_flat(placed) ? Variant(places::as_vector2(now).move_toward(to, step)) : Variant(places::as_vector3(now).move_toward(to, step));
+			const Variant next =
+					spaces::with_vectors(placed, places::position_of(placed), to, [step](auto from, auto goal) { return from.move_toward(goal, step); });
 			places::set_position_of(placed, next);
 			return next == to;
 		}
@@ -139,17 +112,15 @@ class MoveTo : public SCNativeAction {
 			places::set_position_of(placed, to);
 			return true;
 		}
-		const verbs::Easing shape = Easings::of<&Kind::curve, &Kind::easing>(machine, action);
-		const double share = Tween::interpolate_value(0.0, 1.0, elapsed, duration, shape.transition, shape.ease);
+		const real_t share = real_t(Easings::share<&Kind::curve, &Kind::easing>(machine, action, elapsed, duration));
 		const Variant start = memory.get(names().start, to);
-		const Variant next = spaces::is_flat(placed) ? Variant(places::as_vector2(start).lerp(to, real_t(share))) : Variant(places::as_vector3(start).lerp(to, real_t(share)));
-		places::set_position_of(placed, next);
+		places::set_position_of(placed, spaces::with_vectors(placed, start, to, [share](auto from, auto goal) { return from.lerp(goal, share); }));
 		return false;
 	}
 
 public:
 	void enter(SCMachineBase *machine, SCMachineAction *action, int index) override {
-		Node *placed = spaces::placed_or_warn(machine, action, setting_of<&Kind::node_path>(action), names().node_path);
+		Node *placed = spaces::placed_or_warn<&Kind::node_path>(machine, action);
 		Goal goal;
 		if (placed == nullptr || !find_goal(machine, action, placed, goal) || !can_be_reached(machine, action, placed, goal)) {
 			machine->finish(index);
@@ -177,8 +148,8 @@ public:
 		if (!memory.has(names().start) || machine->is_finished(index)) {
 			return;
 		}
-		Node *placed = spaces::placed(machine, setting_of<&Kind::node_path>(action));
-		const Node *target = spaces::placed(machine, setting_of<&Kind::to_path>(action));
+		Node *placed = spaces::placed<&Kind::node_path>(machine, action);
+		const Node *target = spaces::placed<&Kind::to_path>(machine, action);
 		const StillHere here(machine);
 		// Whoever has gone meanwhile cannot be reached any more.
 		const bool arrived = placed == nullptr || target == nullptr || step_after(machine, placed, target, action, memory, delta);
@@ -193,54 +164,47 @@ class KeepMoving : public SCNativeAction {
 
 public:
 	void enter(SCMachineBase *machine, SCMachineAction *action, int index) override {
-		if (const Node *placed = spaces::placed_or_warn(machine, action, setting_of<&Kind::node_path>(action), names().node_path)) {
-			spaces::place_or_warn(machine, action, setting_of<&Kind::direction>(action), names().direction);
+		if (const Node *placed = spaces::placed_or_warn<&Kind::node_path>(machine, action)) {
+			spaces::place_or_warn<&Kind::direction>(machine, action);
 			spaces::warn_if_placed_by_another(machine, action, placed);
 		}
 		machine->finish(index);
 	}
 
 	void update(SCMachineBase *machine, SCMachineAction *action, int, double delta) override {
-		Node *placed = spaces::placed(machine, setting_of<&Kind::node_path>(action));
-		if (placed == nullptr) {
+		Node *placed = spaces::placed<&Kind::node_path>(machine, action);
+		if (placed == nullptr || !spaces::place_or_warn<&Kind::direction>(machine, action)) {
 			return;
 		}
-		const Variant typed = setting_of<&Kind::direction>(action);
-		if (!spaces::place_or_warn(machine, action, typed, names().direction)) {
-			return;
-		}
-		const Variant direction = spaces::on_side_of(placed, typed);
+		const Variant direction = setting_of<&Kind::direction>(action);
 		const Variant way = setting_of<&Kind::space>(action) == Kind::LOCAL ? spaces::own_direction(placed, direction) : direction;
 		const real_t far = real_t(checked::number<&Kind::speed>(machine, action) * delta);
-		if (spaces::is_flat(placed)) {
-			places::set_position_of(placed, moved_by(placed, places::as_vector2(way).limit_length() * far));
-		} else {
-			places::set_position_of(placed, moved_by(placed, places::as_vector3(way).limit_length() * far));
-		}
+		places::set_position_of(placed,
+				spaces::with_vectors(placed, places::position_of(placed), way, [far](auto from, auto toward) { return from + toward.limit_length() * far; }));
 	}
 };
 
 // One way and the other between the world and a node's own space.
-template <class Kind, auto PointField, Variant (*Turned)(const Node *, const Variant &), const StringName MovingNames::*PointName>
-class TurnPlace : public OnceOrRepeating<TurnPlace<Kind, PointField, Turned, PointName>> {
+template <class Kind, auto Point, Variant (*Turned)(const Node *, const Variant &)>
+class TurnPlace : public OnceOrRepeating<TurnPlace<Kind, Point, Turned>> {
 public:
 	static void work(SCMachineBase *machine, SCMachineAction *action, int, double) {
-		const Node *placed = spaces::placed_or_warn(machine, action, setting_of<&Kind::node_path>(action), names().node_path);
-		const Variant point = setting_of<PointField>(action);
-		if (placed == nullptr || !spaces::place_or_warn(machine, action, point, names().*PointName)) {
+		const Node *placed = spaces::placed_or_warn<&Kind::node_path>(machine, action);
+		if (placed == nullptr || !spaces::place_or_warn<Point>(machine, action)) {
 			return;
 		}
-		const Variant answer = Turned(placed, point);
+		const Variant answer = Turned(placed, setting_of<Point>(action));
 		if (answer.get_type() == Variant::NIL) {
-			verbs::warn(machine, action, vformat("%s has a size of 0, so no place has a place in it, and nothing was kept. Give it a Scale above 0.", placed->get_name()));
+			verbs::warn(machine, action,
+					vformat("%s has a size of 0, so no place has a place in it, and nothing was kept. Give it a Scale above 0.", placed->get_name()));
 			return;
 		}
-		answering::keep(machine, action, setting_of<&Kind::store_in>(action), answer, "the place");
+		verbs::keep<&Kind::store_in>(machine, action, answer, "the place");
 	}
 };
 
-using ToGlobal = TurnPlace<SCToGlobalAction, &SCToGlobalAction::local_point, &spaces::to_world, &MovingNames::local_point>;
-using ToLocal = TurnPlace<SCToLocalAction, &SCToLocalAction::global_point, &spaces::to_own, &MovingNames::global_point>;
+using ToGlobal = TurnPlace<SCToGlobalAction, &SCToGlobalAction::local_point, &spaces::to_world>;
+using ToLocal = TurnPlace<SCToLocalAction, &SCToLocalAction::global_point, &spaces::to_own>;
 
 const AddKinds added = {
 	add_kind<SCMoveToAction, MoveTo>(),

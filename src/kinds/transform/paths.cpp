@@ -1,7 +1,5 @@
 #include "kinds/transform/paths.hpp"
 
-#include "action/showing.hpp"
-
 namespace {
 
 constexpr char ALONG_DOC[] = "The Path2D or Path3D. Empty is the one that the node lies in, as a PathFollow does.";
@@ -12,20 +10,26 @@ String path_in_line(const NodePath &path) {
 
 } // namespace
 
-void SCFollowPathAction::describe(KindTable<SCFollowPathAction> &kind) {
-	kind.about("transform", "follow_path", "Move along a path drawn in the scene, a Path2D or Path3D. A moving platform, a train, a guard on a round, the camera of a cutscene. A PathFollow2D or PathFollow3D in the path is moved by its own Progress.");
+void SCFollowPathAction::describe(KindTable<Self> &kind) {
+	kind.about("transform", "follow_path",
+			"Move along a path drawn in the scene, a Path2D or Path3D. A moving platform, a train, a guard on a round, the camera of a cutscene. A "
+			"PathFollow2D or PathFollow3D in the path is moved by its own Progress.");
+	kind.runs(Runs::FOR_A_WHILE);
 	kind.constants_of<AtTheEnd>();
 	kind.constants_of<Start>();
-	kind.setting<&SCFollowPathAction::node_path>("node_path", "The node that moves. Empty is Self.");
-	kind.setting<&SCFollowPathAction::along_path>("along_path", ALONG_DOC);
-	kind.setting<&SCFollowPathAction::speed>("speed", hint::SPEED, "How fast it goes, in metres a second in 3D and pixels a second in 2D.").px_in_2d();
-	kind.setting<&SCFollowPathAction::duration>("duration", hint::SECONDS, "Seconds for the whole path instead, however long it is. Zero goes by Speed.").relists();
-	Easings::describe<&SCFollowPathAction::curve, &SCFollowPathAction::easing>(kind);
-	kind.setting<&SCFollowPathAction::start>("start", "Whether it is put at the beginning of the path, or starts at the spot of the path nearest to where it is.");
-	kind.setting<&SCFollowPathAction::at_the_end>("at_the_end", "Stop finishes there. Start Over jumps back to the beginning, which nobody sees on a path that is a ring. Go Back turns round at each end.").relists();
-	kind.setting<&SCFollowPathAction::backward>("backward", "Go from the end of the path to its beginning.");
-	kind.setting<&SCFollowPathAction::turn_to_face>("turn_to_face", "Turn it to face the way it goes: its right side in 2D, its front in 3D.");
-	kind.setting<&SCFollowPathAction::end_event>("end_event", "Sent each time it gets to an end of the path. Empty sends nothing.");
+	kind.setting<&Self::node_path>("node_path", "The node that moves. Empty is Self.");
+	kind.setting<&Self::along_path>("along_path", ALONG_DOC);
+	kind.setting<&Self::speed>("speed", hint::SPEED, "How fast it goes, in metres a second in 3D and pixels a second in 2D.")
+			.px_in_2d()
+			.unless<&Self::duration>();
+	kind.setting<&Self::duration>("duration", hint::SECONDS, "Seconds for the whole path instead, however long it is. Zero goes by Speed.");
+	Easings::describe<&Self::curve, &Self::easing>(kind).only_if<&Self::duration>().only_if<&Self::at_the_end, STOP>();
+	kind.setting<&Self::start>("start", "Whether it is put at the beginning of the path, or starts at the spot of the path nearest to where it is.");
+	kind.setting<&Self::at_the_end>("at_the_end",
+			"Stop finishes there. Start Over jumps back to the beginning, which nobody sees on a path that is a ring. Go Back turns round at each end.");
+	kind.setting<&Self::backward>("backward", "Go from the end of the path to its beginning.");
+	kind.setting<&Self::turn_to_face>("turn_to_face", "Turn it to face the way it goes: its right side in 2D, its front in 3D.");
+	kind.setting<&Self::end_event>("end_event", "Sent each time it gets to an end of the path. Empty sends nothing.").optional();
 }
 
 String SCFollowPathAction::summary_default() {
@@ -36,29 +40,29 @@ String SCFollowPathAction::summary_default() {
 }
 
 String SCFollowPathAction::holds_its_state_default() {
-	return at_the_end == STOP ? "" : "It goes along the path for as long as the state runs. Set At The End to Stop, or move on with its End Event or an event sent after a Delay";
+	return at_the_end == STOP
+			? ""
+			: "It goes along the path for as long as the state runs. Set At The End to Stop, or move on with its End Event or an event sent after a Delay";
 }
 
-TypedArray<StringName> SCFollowPathAction::optional_names_default() {
-	return Array::make(StringName("end_event"));
-}
-
-void SCFollowPathAction::_validate_property(PropertyInfo &property) const {
-	const bool has_duration = duration > 0.0 || !is_typed_in("duration");
-	showing::only_if(duration <= 0.0 || !is_typed_in("duration"), property, { "speed" });
-	showing::only_if(has_duration && at_the_end == STOP, property, { "curve", "easing" });
-}
-
-void SCPathProgressAction::describe(KindTable<SCPathProgressAction> &kind) {
-	kind.about("transform", "distance_along_path", "Find out how far along a path something has got, however it got there. The places in a race, a progress bar over a track, the bomb cart on its rails. It goes by the spot of the path that is nearest; a PathFollow2D or PathFollow3D in the path tells its own Progress.");
+void SCPathProgressAction::describe(KindTable<Self> &kind) {
+	kind.about("transform", "distance_along_path",
+			"Find out how far along a path something has got, however it got there. The places in a race, a progress bar over a track, the bomb cart on its "
+			"rails. It goes by the spot of the path that is nearest; a PathFollow2D or PathFollow3D in the path tells its own Progress.");
+	kind.runs(Runs::ONCE_OR_REPEATING);
 	kind.constants_of<Measure>();
-	kind.setting<&SCPathProgressAction::node_path>("node_path", "The node to measure. Empty is Self.");
-	kind.setting<&SCPathProgressAction::along_path>("along_path", ALONG_DOC);
-	kind.setting<&SCPathProgressAction::measure>("measure", "How it is told: the distance along the path in metres or pixels, its share of the way from 0 to 1, or from 0 to 100.");
-	kind.setting<&SCPathProgressAction::store_in>("store_in", "The variable that how far it has got goes into.");
-	kind.setting<&SCPathProgressAction::store_length_in>("store_length_in", "The variable that the length of the whole path goes into. Empty keeps it nowhere.");
-	kind.setting<&SCPathProgressAction::store_place_in>("store_place_in", "The variable that the nearest spot of the path goes into, as a place in the world. Empty keeps it nowhere.");
-	kind.setting<&SCPathProgressAction::store_off_path_in>("store_off_path_in", "The variable that its distance from the path goes into, so that a car off the road can be slowed down. Empty keeps it nowhere.");
+	kind.setting<&Self::node_path>("node_path", "The node to measure. Empty is Self.");
+	kind.setting<&Self::along_path>("along_path", ALONG_DOC);
+	kind.setting<&Self::measure>(
+			"measure", "How it is told: the distance along the path in metres or pixels, its share of the way from 0 to 1, or from 0 to 100.");
+	kind.setting<&Self::store_in>("store_in", "The variable that how far it has got goes into.");
+	kind.setting<&Self::store_length_in>("store_length_in", "The variable that the length of the whole path goes into. Empty keeps it nowhere.").optional();
+	kind.setting<&Self::store_place_in>(
+				"store_place_in", "The variable that the nearest spot of the path goes into, as a place in the world. Empty keeps it nowhere.")
+			.optional();
+	kind.setting<&Self::store_off_path_in>("store_off_path_in",
+				"The variable that its distance from the path goes into, so that a car off the road can be slowed down. Empty keeps it nowhere.")
+			.optional();
 }
 
 String SCPathProgressAction::summary_default() {
@@ -67,8 +71,4 @@ String SCPathProgressAction::summary_default() {
 		return vformat("Measure %s along %s", words::name_in_line(node_path), path_in_line(along_path));
 	}
 	return vformat("Measure %s along %s, %s, into %s", words::name_in_line(node_path), path_in_line(along_path), how, store_in);
-}
-
-TypedArray<StringName> SCPathProgressAction::optional_names_default() {
-	return Array::make(StringName("store_length_in"), StringName("store_place_in"), StringName("store_off_path_in"));
 }

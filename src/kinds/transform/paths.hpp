@@ -24,13 +24,7 @@ public:
 	StringName end_event;
 
 	String summary_default() override;
-	bool uses_run_mode_default() override { return false; }
-	bool works_after_finishing_default() override { return false; }
 	String holds_its_state_default() override;
-	TypedArray<StringName> optional_names_default() override;
-
-protected:
-	void _validate_property(PropertyInfo &property) const;
 };
 
 class SCPathProgressAction : public SCMachineAction {
@@ -48,6 +42,4 @@ public:
 	StringName store_off_path_in;
 
 	String summary_default() override;
-	bool finishes_as_it_starts_default() override { return !repeats(); }
-	TypedArray<StringName> optional_names_default() override;
 };

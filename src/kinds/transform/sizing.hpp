@@ -17,10 +17,9 @@ public:
 	int64_t wobbles = 3;
 	bool wait_for_end = true;
 
+	bool is_waited_for() const { return has_some<&Self::duration>() && has_some<&Self::wait_for_end>(); }
+
 	String summary_default() override;
-	bool uses_run_mode_default() override { return false; }
-	bool finishes_as_it_starts_default() override;
-	bool works_after_finishing_default() override { return false; }
 };
 
 class SCScaleToAction : public SCMachineAction {
@@ -37,7 +36,4 @@ public:
 	Easings::Easing easing = Easings::EASE_IN_OUT;
 
 	String summary_default() override;
-	bool uses_run_mode_default() override { return false; }
-	bool finishes_as_it_starts_default() override;
-	bool works_after_finishing_default() override { return false; }
 };

@@ -3,6 +3,7 @@
 #include "action/add_kind.hpp"
 #include "action/checked.hpp"
 #include "action/native_names.hpp"
+#include "action/runtime_shapes.hpp"
 #include "action/shared_verbs.hpp"
 #include "action/spaces.hpp"
 #include "action/values.hpp"
@@ -15,9 +16,6 @@
 namespace {
 
 struct SizingNames {
-	StringName node_path = "node_path";
-	StringName amount = "amount";
-	StringName to = "to";
 	StringName node = "node";
 	StringName property = "property";
 	StringName rest = "rest";
@@ -34,12 +32,18 @@ const SizingNames &names() {
 }
 
 // A size may be one number for every direction.
-bool size_or_warn(SCMachineBase *machine, const SCMachineAction *action, const Variant &size, const StringName &setting) {
-	return values::is_number(size) ? checked::sound_or_warn(machine, action, size, setting) : spaces::place_or_warn(machine, action, size, setting);
+template <auto Field>
+bool size_or_warn(SCMachineBase *machine, const SCMachineAction *action) {
+	const Variant size = setting_of<Field>(action);
+	return values::is_number(size) ? checked::sound_or_warn(machine, action, size, verbs::name_of<Field>()) : spaces::place_or_warn<Field>(machine, action);
 }
 
 // As small as nothing to look at; the engine cannot work with a size of zero in 3D.
 constexpr real_t SMALLEST = 0.00001f;
+
+Vector2 not_zero(const Vector2 &size) {
+	return size;
+}
 
 Vector3 not_zero(Vector3 size) {
 	for (int axis = 0; axis < 3; axis++) {
@@ -50,37 +54,29 @@ Vector3 not_zero(Vector3 size) {
 	return size;
 }
 
-class ScaleTo : public SCNativeAction {
+class ScaleTo : public MovesAProperty<ScaleTo> {
 	using Kind = SCScaleToAction;
 
-	static Variant size_for(const Node2D *flat, const Variant &to, bool times) { return flat_size(flat->get_scale(), to, times); }
-	static Variant size_for(const Control *control, const Variant &to, bool times) { return flat_size(control->get_scale(), to, times); }
-	static Variant flat_size(const Vector2 &now, const Variant &to, bool times) {
-		const Vector2 size = places::as_vector2(to);
-		return times ? now * size : size;
-	}
-	static Variant size_for(const Node3D *deep, const Variant &to, bool times) {
-		const Vector3 size = places::as_vector3(to);
-		return not_zero(times ? deep->get_scale() * size : size);
+	static Variant size_for(const Node *placed, const Variant &to, bool times) {
+		Variant now;
+		spaces::visit(placed, [&now](const auto *node) { now = node->get_scale(); });
+		return spaces::with_vectors(placed, now, to, [times](auto from, auto size) { return not_zero(times ? from * size : size); });
 	}
 
 public:
-	void enter(SCMachineBase *machine, SCMachineAction *action, int index) override {
-		Node *placed = spaces::placed_or_warn(machine, action, setting_of<&Kind::node_path>(action), names().node_path);
-		const Variant to = setting_of<&Kind::to>(action);
-		if (placed == nullptr || !size_or_warn(machine, action, to, names().to)) {
-			machine->finish(index);
-			return;
+	static PropertyMove plan(SCMachineBase *machine, SCMachineAction *action, int) {
+		Node *placed = spaces::placed_or_warn<&Kind::node_path>(machine, action);
+		if (placed == nullptr || !size_or_warn<&Kind::to>(machine, action)) {
+			return {};
 		}
-		const bool times = setting_of<&Kind::measure>(action) == Kind::TIMES_ITS_SIZE;
-		Variant size;
-		spaces::visit(placed, [&size, &to, times](auto *node) { size = size_for(node, to, times); });
+		const Variant size = size_for(placed, setting_of<&Kind::to>(action), setting_of<&Kind::measure>(action) == Kind::TIMES_ITS_SIZE);
 		if (!checked::is_sound(size)) {
-			verbs::warn(machine, action, vformat("%s would become too large to work with, so its size was left alone. Type less beside To, or pick A Size beside Measure.", placed->get_name()));
-			machine->finish(index);
-			return;
+			verbs::warn(machine, action,
+					vformat("%s would become too large to work with, so its size was left alone. Type less beside To, or pick A Size beside Measure.",
+							placed->get_name()));
+			return {};
 		}
-		Easings::move_property<&Kind::curve, &Kind::easing>(machine, action, index, placed, NodePath(String(names().scale)), size, checked::number<&Kind::duration>(machine, action));
+		return { placed, "scale", size, checked::number<&Kind::duration>(machine, action), Easings::of<&Kind::curve, &Kind::easing>(machine, action) };
 	}
 };
 
@@ -103,8 +99,10 @@ class Punch : public SCNativeAction {
 		return places::as_vector3(left).is_equal_approx(places::as_vector3(right));
 	}
 
+	static Object *node_in(const Dictionary &memory) { return ObjectDB::get_instance(ObjectID(uint64_t(memory[names().node]))); }
+
 	static void add(Dictionary memory, const Variant &offset) {
-		Object *node = ObjectDB::get_instance(ObjectID(uint64_t(memory[names().node])));
+		Object *node = node_in(memory);
 		if (node == nullptr) {
 			return;
 		}
@@ -112,7 +110,7 @@ class Punch : public SCNativeAction {
 		const Variant without = combine(Variant::OP_SUBTRACT, node->get(property), memory[names().offset]);
 		const Variant wanted = combine(Variant::OP_ADD, without, offset);
 		const bool may_be_zero = wanted.get_type() != Variant::VECTOR3 || property != names().scale;
-		const Variant now = may_be_zero ? wanted : Variant(not_zero(wanted));
+		const Variant now = may_be_zero ? wanted : Variant(not_zero(Vector3(wanted)));
 		// What was really added is what has to come off again.
 		memory[names().offset] = now == wanted ? offset : combine(Variant::OP_SUBTRACT, now, without);
 		node->set(property, now);
@@ -125,7 +123,7 @@ class Punch : public SCNativeAction {
 		}
 		add(memory, combine(Variant::OP_MULTIPLY, memory[names().kick], 0.0));
 		memory.erase(names().offset);
-		Object *node = ObjectDB::get_instance(ObjectID(uint64_t(memory[names().node])));
+		Object *node = node_in(memory);
 		const StringName property = memory[names().property];
 		if (node != nullptr && about_the_same(node->get(property), memory[names().rest])) {
 			node->set(property, memory[names().rest]);
@@ -142,7 +140,7 @@ class Punch : public SCNativeAction {
 			return;
 		}
 		const double left = 1.0 - share;
-		const double swing = Math::sin(share * Math_TAU * double(memory[names().wobbles])) * left * left;
+		const double swing = Math::sin(share * Math::TAU * double(memory[names().wobbles])) * left * left;
 		add(memory, combine(Variant::OP_MULTIPLY, memory[names().kick], swing));
 	}
 
@@ -151,7 +149,7 @@ class Punch : public SCNativeAction {
 		if (setting_of<&Kind::what>(action) != Kind::ROTATION) {
 			return spaces::on_side_of(placed, amount);
 		}
-		if (spaces::is_flat(placed)) {
+		if (places::is_2d(placed)) {
 			return Math::deg_to_rad(double(places::as_vector2(amount).x));
 		}
 		return places::as_vector3(amount) * real_t(Math::deg_to_rad(1.0));
@@ -171,9 +169,9 @@ class Punch : public SCNativeAction {
 
 public:
 	void enter(SCMachineBase *machine, SCMachineAction *action, int index) override {
-		Node *placed = spaces::placed_or_warn(machine, action, setting_of<&Kind::node_path>(action), names().node_path);
+		Node *placed = spaces::placed_or_warn<&Kind::node_path>(machine, action);
 		const double duration = checked::number<&Kind::duration>(machine, action);
-		if (placed == nullptr || !size_or_warn(machine, action, setting_of<&Kind::amount>(action), names().amount) || duration <= 0.0 || !machine->is_inside_tree()) {
+		if (placed == nullptr || !size_or_warn<&Kind::amount>(machine, action) || duration <= 0.0 || !machine->is_inside_tree()) {
 			machine->finish(index);
 			return;
 		}
@@ -195,9 +193,7 @@ public:
 		}
 	}
 
-	void exit(SCMachineBase *machine, SCMachineAction *, int index) override {
-		settle(machine->slot(index));
-	}
+	void exit(SCMachineBase *machine, SCMachineAction *, int index) override { settle(machine->slot(index)); }
 };
 
 const AddKinds added = {

@@ -4,6 +4,13 @@
 
 #include "action/easing.hpp"
 
+namespace turning {
+
+// In 2D there is only one axis to turn round, and no level to keep.
+bool may_be_in_3d(const Object *action);
+
+} // namespace turning
+
 class SCLookAtAction : public SCMachineAction {
 	SC_KIND(SCLookAtAction, SCMachineAction)
 
@@ -24,15 +31,13 @@ public:
 	Easings::Easing easing = Easings::EASE_IN_OUT;
 	double turn_speed = 0.0;
 
-	String summary_default() override;
-	bool finishes_as_it_starts_default() override;
-	bool needs_every_tick_default() override { return repeats(); }
+	bool may_be_in_3d() const { return turning::may_be_in_3d(this); }
 
-protected:
-	void _validate_property(PropertyInfo &property) const;
+	String summary_default() override;
+	bool finishes_as_it_starts_default() override { return !repeats() && !has_some<&Self::duration>(); }
+	bool needs_every_tick_default() override { return repeats(); }
 };
 
-// It stands beside what else the state does: it never holds the state up, and goes on until it is left.
 class SCRotateAction : public SCMachineAction {
 	SC_KIND(SCRotateAction, SCMachineAction)
 
@@ -45,12 +50,9 @@ public:
 	Axis axis = Y;
 	Space space = LOCAL;
 
-	String summary_default() override;
-	bool uses_run_mode_default() override { return false; }
-	bool finishes_as_it_starts_default() override { return true; }
+	bool may_be_in_3d() const { return turning::may_be_in_3d(this); }
 
-protected:
-	void _validate_property(PropertyInfo &property) const;
+	String summary_default() override;
 };
 
 class SCRotateToAction : public SCMachineAction {
@@ -71,11 +73,7 @@ public:
 	Easings::Shape curve = Easings::SINE;
 	Easings::Easing easing = Easings::EASE_IN_OUT;
 
-	String summary_default() override;
-	bool uses_run_mode_default() override { return false; }
-	bool finishes_as_it_starts_default() override;
-	bool works_after_finishing_default() override { return false; }
+	bool may_be_in_3d() const { return turning::may_be_in_3d(this); }
 
-protected:
-	void _validate_property(PropertyInfo &property) const;
+	String summary_default() override;
 };

@@ -17,12 +17,8 @@ public:
 	double blink_every = 0.0;
 
 	String summary_default() override;
-	bool repeats_default() override;
-	bool finishes_as_it_starts_default() override { return !repeats(); }
+	bool repeats_default() override { return has_some<&Self::blink_every>() || SCMachineAction::repeats_default(); }
 	bool needs_every_tick_default() override { return repeats(); }
 	String holds_its_state_default() override;
 	void warn_set(SCMachineBase *machine, int index);
-
-protected:
-	void _validate_property(PropertyInfo &property) const;
 };

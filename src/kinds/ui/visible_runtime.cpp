@@ -6,6 +6,7 @@
 #include "action/native_calls.hpp"
 #include "action/native_names.hpp"
 #include "action/shared_verbs.hpp"
+#include "action/weak.hpp"
 #include "kinds/ui/visible.hpp"
 #include "machine_node/sc_machine_base.hpp"
 
@@ -34,24 +35,12 @@ struct Names {
 	StringName visible = "visible";
 	StringName visibility_changed = "visibility_changed";
 	StringName finished = "finished";
-	StringName warn_set = "_warn_set";
 	NodePath modulate_alpha = NodePath("modulate:a");
 };
 
 const Names &names() {
 	return NativeNames::of<Names>();
 }
-
-// Anything that is called on a node may run a game's code, which may free the node.
-template <class T>
-class Held {
-	ObjectID id;
-
-public:
-	explicit Held(const T *object) :
-			id(object != nullptr ? ObjectID(object->get_instance_id()) : ObjectID()) {}
-	T *get() const { return id.is_valid() ? Object::cast_to<T>(ObjectDB::get_instance(id)) : nullptr; }
-};
 
 bool is_main_window(const Node *node) {
 	return node->get_parent() == nullptr && Object::cast_to<Window>(node) != nullptr;
@@ -144,7 +133,7 @@ void finish_fade(Node *node) {
 	if (item == nullptr || !is_fading(item)) {
 		return;
 	}
-	const Held<CanvasItem> held(item);
+	const Weak<CanvasItem> held(item);
 	const bool fading_out = is_fading_out(item);
 	const double designed = take_fade_off(item);
 	// Hidden first, so that it does not flash up.
@@ -157,7 +146,7 @@ void finish_fade(Node *node) {
 }
 
 void fade(CanvasItem *item, bool in, double seconds) {
-	const Held<CanvasItem> held(item);
+	const Weak<CanvasItem> held(item);
 	const bool was_fading = is_fading(item);
 	const double now = item->is_visible() ? alpha_of(item) : 0.0;
 	double designed = was_fading ? take_fade_off(item) : alpha_of(item);
@@ -239,7 +228,7 @@ void let_input_through(Node *node) {
 	const Array ids = kept.keys();
 	for (int64_t i = 0; i < ids.size(); i++) {
 		const Array was = kept[ids[i]];
-		const Held<Control> held(Object::cast_to<Control>(ObjectDB::get_instance(ObjectID(uint64_t(ids[i])))));
+		const Weak<Control> held(Object::cast_to<Control>(ObjectDB::get_instance(ObjectID(uint64_t(ids[i])))));
 		if (Control *control = held.get()) {
 			control->set_mouse_filter(Control::MouseFilter(int64_t(was[0])));
 		}
@@ -251,7 +240,7 @@ void let_input_through(Node *node) {
 
 // The node has been shown or hidden, by whatever it was, or something it is in has.
 void hear_visibility(Node *node) {
-	const Held<CanvasItem> held(Object::cast_to<CanvasItem>(node));
+	const Weak<CanvasItem> held(Object::cast_to<CanvasItem>(node));
 	CanvasItem *item = held.get();
 	if (item != nullptr && is_fading(item) && !item->is_visible()) {
 		end_fade(item);
@@ -263,24 +252,26 @@ void hear_visibility(Node *node) {
 }
 
 class SetVisible : public SCNativeAction {
+	using Kind = SCSetVisibleAction;
+
 	static Node *node_of(SCMachineBase *machine, SCMachineAction *action, int index) {
-		Node *node = values::node_of(machine, setting_of<&SCSetVisibleAction::node_path>(action));
+		Node *node = values::node_of(machine, setting_of<&Kind::node_path>(action));
 		if (!can_be_shown(node)) {
-			action->call(names().warn_set, machine, index);
+			verbs::say<&Kind::warn_set>(action, machine, index);
 			return nullptr;
 		}
 		return node;
 	}
 
 	static bool wanted(const SCMachineAction *action, const Node *node) {
-		const SCSetVisibleAction::What what = setting_of<&SCSetVisibleAction::what>(action);
-		return what == SCSetVisibleAction::TOGGLE ? !is_shown(node) : what == SCSetVisibleAction::SHOW;
+		const auto what = setting_of<&Kind::what>(action);
+		return what == Kind::TOGGLE ? !is_shown(node) : what == Kind::SHOW;
 	}
 
 	static void show(SCMachineAction *action, Node *node, bool on) {
-		const Held<Node> held(node);
-		const double seconds = setting_of<&SCSetVisibleAction::fade_seconds>(action);
-		const bool blocks = setting_of<&SCSetVisibleAction::block_input_when_hidden>(action);
+		const Weak<Node> held(node);
+		const double seconds = setting_of<&Kind::fade_seconds>(action);
+		const bool blocks = setting_of<&Kind::block_input_when_hidden>(action);
 		if (is_shown(node) == on) {
 			if (seconds <= 0.0) {
 				finish_fade(node);
@@ -304,7 +295,7 @@ class SetVisible : public SCNativeAction {
 	}
 
 	static void start_blinking(SCMachineBase *machine, SCMachineAction *action, int index, Node *node) {
-		const Held<Node> held(node);
+		const Weak<Node> held(node);
 		const bool on = wanted(action, node);
 		Dictionary slot = machine->slot(index);
 		slot[names().was_visible] = is_shown(node);
@@ -337,7 +328,7 @@ class SetVisible : public SCNativeAction {
 public:
 	void enter(SCMachineBase *machine, SCMachineAction *action, int index) override {
 		const StillHere here(machine);
-		const double blink_every = setting_of<&SCSetVisibleAction::blink_every>(action);
+		const double blink_every = setting_of<&Kind::blink_every>(action);
 		const bool repeats = blink_every > 0.0 || action->run_mode == SCMachineAction::EVERY_FRAME;
 		if (Node *node = node_of(machine, action, index)) {
 			if (blink_every > 0.0) {
@@ -352,7 +343,7 @@ public:
 	}
 
 	void update(SCMachineBase *machine, SCMachineAction *action, int index, double delta) override {
-		const double blink_every = setting_of<&SCSetVisibleAction::blink_every>(action);
+		const double blink_every = setting_of<&Kind::blink_every>(action);
 		Dictionary slot = machine->slot(index);
 		if (slot.has(names().blink_node)) {
 			if (blink_every > 0.0) {

@@ -16,9 +16,6 @@ void initialize(ModuleInitializationLevel level) {
 	GDREGISTER_CLASS(BindingsCounted);
 	GDREGISTER_CLASS(BindingsValues);
 	GDREGISTER_CLASS(BindingsNode);
-	GDREGISTER_CLASS(BindingsChild);
-	GDREGISTER_CLASS(BindingsResource);
-	GDREGISTER_ABSTRACT_CLASS(BindingsAbstract);
 }
 
 void terminate(ModuleInitializationLevel) {}

@@ -1,10 +1,11 @@
 @tool
 extends EditorPlugin
-## Shows actions of a template in the inspector, each beside its kind's page of the help, leaves a picture of each and
-## closes the editor. Run by [code]./dev editor-shot[/code], which enables it in a project of its own and hands over the
+## Shows actions of a template in the inspector, each beside its kind's page of the help, then a state with its list of
+## actions, the list under Add and the whole template, leaves a picture of each and closes the editor. Run by [code]./dev editor-shot[/code], which enables it in a project of its own and hands over the
 ## folder for the pictures and the kinds to show.
 
 const TEMPLATE: String = "res://shown.tres"
+const SCENE: String = "res://hall.tscn"
 const CHECK: StringName = &"SCCheckAction"
 ## What a game maker would have typed in; a kind that is not here is shown as it starts.
 const SHOWN: Dictionary[StringName, Dictionary] = {
@@ -43,6 +44,7 @@ func _take_pictures(asked: PackedStringArray) -> void:
 	if not shown.is_empty():
 		await _show_a_tooltip()
 		_take("tooltip")
+	await _show_a_design()
 	get_tree().quit(1 if _failed or shown.is_empty() else 0)
 
 
@@ -80,6 +82,76 @@ func _made_of(kinds: Array[StringName]) -> Array[Resource]:
 		var action: SCMachineAction = (loaded.states[0] as SCMachineState).actions[i]
 		shown.append(action if ClassDB.is_parent_class(kinds[i], &"SCMachineAction") else action.get(&"condition"))
 	return shown
+
+
+## What is worked with most: a state, the list of kinds, and the machine of a scene with its states.
+func _show_a_design() -> void:
+	var scene := Node2D.new()
+	scene.name = "Hall"
+	var door := Sprite2D.new()
+	door.name = "Door"
+	var machine := SCMachine.new()
+	machine.name = "Machine"
+	for node: Node in [door, machine]:
+		(scene if node == door else door).add_child(node)
+		node.owner = scene
+	machine.states = _states()
+	machine.initial_state = machine.states[0]
+	for name: StringName in [&"seen", &"alarm_level"]:
+		var variable := SCMachineVariable.new()
+		variable.name = name
+		machine.variables.append(variable)
+	var packed := PackedScene.new()
+	if packed.pack(scene) == OK and ResourceSaver.save(packed, SCENE) == OK:
+		EditorInterface.open_scene_from_path(SCENE)
+	scene.free()
+	await _frames(SETTLE)
+	machine = EditorInterface.get_edited_scene_root().get_node(^"Door/Machine")
+	EditorInterface.edit_node(machine)
+	await _frames(SETTLE)
+	_take("machine")
+	EditorInterface.edit_resource(machine.states[0])
+	await _frames(SETTLE)
+	_take("state")
+	for picture: Array in [["add_list", ""], ["add_list_search", "variable"]]:
+		_press_add()
+		await _frames(SETTLE)
+		for search: LineEdit in EditorInterface.get_inspector().find_children("*", "LineEdit", true, false).filter(_is_search):
+			search.text = picture[1]
+			search.text_changed.emit(picture[1])
+		await _frames(SETTLE)
+		_take(picture[0])
+
+
+func _is_search(line: LineEdit) -> bool:
+	return line.placeholder_text == "Search" and line.is_visible_in_tree()
+
+
+func _press_add() -> void:
+	for button: Button in EditorInterface.get_inspector().find_children("*", "Button", true, false):
+		if button.text == "Add Action" and button.is_visible_in_tree():
+			button.pressed.emit()
+			return
+	print("There is no Add Action button")
+	_failed = true
+
+
+func _states() -> Array[SCMachineState]:
+	var states: Array[SCMachineState] = []
+	for row: Array in [[&"Watch", &"seen", &"Chase"], [&"Chase", &"lost", &"Watch"]]:
+		var state := SCMachineState.new()
+		state.state_name = row[0]
+		var way := SCMachineTransition.new()
+		way.event = row[1]
+		way.to_state = row[2]
+		state.transitions.append(way)
+		for kind: StringName in [&"SCWaitAction", &"SCMoveToAction", &"SCSendEventAction"]:
+			var action: SCMachineAction = ClassDB.instantiate(kind)
+			if kind == &"SCSendEventAction":
+				action.set(&"event_name", row[1])
+			state.actions.append(action)
+		states.append(state)
+	return states
 
 
 ## Rests the pointer on the first setting of whatever the inspector shows.

@@ -1,6 +1,7 @@
 // Adds the extension's editor plugins, by class, in the initializer of the editor level; they are removed when that level ends.
 
-#pragma once
+#ifndef GODOT_CPP_CLASSES_EDITOR_PLUGIN_REGISTRATION_HPP
+#define GODOT_CPP_CLASSES_EDITOR_PLUGIN_REGISTRATION_HPP
 
 #include <godot_cpp/variant/string_name.hpp>
 
@@ -23,3 +24,5 @@ public:
 };
 
 } // namespace godot
+
+#endif // GODOT_CPP_CLASSES_EDITOR_PLUGIN_REGISTRATION_HPP

@@ -1,6 +1,7 @@
 // Ref<T> shares the ownership of a RefCounted object: the object goes with the last Ref to it, in the engine and here alike.
 
-#pragma once
+#ifndef GODOT_CPP_CLASSES_REF_HPP
+#define GODOT_CPP_CLASSES_REF_HPP
 
 #include <godot_cpp/core/binder_common.hpp>
 #include <godot_cpp/core/gdextension_interface_loader.hpp>
@@ -156,3 +157,5 @@ struct GetTypeInfo<Ref<T>> {
 };
 
 } // namespace godot
+
+#endif // GODOT_CPP_CLASSES_REF_HPP

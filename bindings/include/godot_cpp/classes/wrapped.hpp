@@ -5,7 +5,8 @@
 // object is first seen and goes with it, or when the extension closes. Each class has one ClassTag; casts compare tags, so no run-time type
 // information is needed.
 
-#pragma once
+#ifndef GODOT_CPP_CLASSES_WRAPPED_HPP
+#define GODOT_CPP_CLASSES_WRAPPED_HPP
 
 #include <godot_cpp/core/defs.hpp>
 #include <godot_cpp/core/memory.hpp>
@@ -271,3 +272,5 @@ private:
 			m_hash)
 
 } // namespace godot
+
+#endif // GODOT_CPP_CLASSES_WRAPPED_HPP

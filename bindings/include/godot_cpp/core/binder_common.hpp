@@ -1,7 +1,8 @@
 // What the binding of methods shares: turning Variants into typed arguments and back, calling a member function with either kind of argument, and the
 // macros that make an enumeration known (VARIANT_ENUM_CAST, VARIANT_BITFIELD_CAST, put after the class at file scope).
 
-#pragma once
+#ifndef GODOT_CPP_CORE_BINDER_COMMON_HPP
+#define GODOT_CPP_CORE_BINDER_COMMON_HPP
 
 #include <godot_cpp/core/method_ptrcall.hpp>
 #include <godot_cpp/core/type_info.hpp>
@@ -117,3 +118,5 @@ void call_with_ptr_args(T *p_instance, R (C::*p_method)(P...) const, const GDExt
 }
 
 } // namespace godot
+
+#endif // GODOT_CPP_CORE_BINDER_COMMON_HPP

@@ -1,4 +1,5 @@
-#pragma once
+#ifndef GODOT_CPP_CORE_BUILTIN_PTRCALL_HPP
+#define GODOT_CPP_CORE_BUILTIN_PTRCALL_HPP
 
 // How builtin values (String, Array, Callable, ...) reach the engine: finding their constructors, operators, methods and
 // the utility functions, and calling them with plain pointers. The generated wrappers call this, each keeping what it
@@ -95,3 +96,5 @@ R evaluate_builtin(GDExtensionPtrOperatorEvaluator p_evaluator, const void *p_le
 
 } // namespace internal
 } // namespace godot
+
+#endif // GODOT_CPP_CORE_BUILTIN_PTRCALL_HPP

@@ -1,6 +1,7 @@
 // Which Variant type stands for a C++ type. What the registration of methods and the pointer calls derive from a signature starts here.
 
-#pragma once
+#ifndef GODOT_CPP_CORE_BUILTIN_TYPE_TRAITS_HPP
+#define GODOT_CPP_CORE_BUILTIN_TYPE_TRAITS_HPP
 
 #include <gdextension_interface.h>
 
@@ -74,3 +75,5 @@ using Stored = std::remove_cv_t<std::remove_reference_t<T>>;
 
 } // namespace internal
 } // namespace godot
+
+#endif // GODOT_CPP_CORE_BUILTIN_TYPE_TRAITS_HPP

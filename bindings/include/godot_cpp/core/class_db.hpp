@@ -2,7 +2,8 @@
 // runs its _bind_methods(); there it binds methods, properties, signals and constants. When the level ends its classes are taken back, last first.
 // The engine's own ClassDB (class_exists, instantiate, ...) is reached through the same name.
 
-#pragma once
+#ifndef GODOT_CPP_CORE_CLASS_DB_HPP
+#define GODOT_CPP_CORE_CLASS_DB_HPP
 
 #include <godot_cpp/classes/class_db_singleton.hpp>
 #include <godot_cpp/classes/wrapped.hpp>
@@ -204,3 +205,5 @@ StringName enum_name_of(E) {
 #ifdef CLASSDB_SINGLETON_VARIANT_CAST
 CLASSDB_SINGLETON_VARIANT_CAST
 #endif
+
+#endif // GODOT_CPP_CORE_CLASS_DB_HPP

@@ -1,7 +1,8 @@
 // Compiler hints, the export marker and the engine's floating-point type: what every other header of the bindings may rely on. Includes nothing of
 // the bindings itself.
 
-#pragma once
+#ifndef GODOT_CPP_CORE_DEFS_HPP
+#define GODOT_CPP_CORE_DEFS_HPP
 
 #include <cstddef>
 #include <cstdint>
@@ -80,3 +81,5 @@ typedef float real_t;
 } // namespace godot
 
 using godot::real_t;
+
+#endif // GODOT_CPP_CORE_DEFS_HPP

@@ -1,4 +1,5 @@
-#pragma once
+#ifndef GODOT_CPP_CORE_ENGINE_PTRCALL_HPP
+#define GODOT_CPP_CORE_ENGINE_PTRCALL_HPP
 
 // How a wrapper method reaches the engine: a typed pointer call through a method handle that is looked up on first use.
 // The generated class sources are its only callers; it also keeps the engine's singletons for them.
@@ -180,3 +181,5 @@ Variant engine_vararg_call(EngineMethod &p_method, GDExtensionObjectPtr p_owner,
 } // namespace internal
 
 } // namespace godot
+
+#endif // GODOT_CPP_CORE_ENGINE_PTRCALL_HPP

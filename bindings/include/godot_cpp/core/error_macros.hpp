@@ -1,7 +1,8 @@
 // The engine's error macros: check, report where and what, and leave. Reports name the source file as the build names it, relative to the root of the
 // repository (-fmacro-prefix-map), the function and the line. Used everywhere; safe before the interface is loaded, when reports go to stderr.
 
-#pragma once
+#ifndef GODOT_CPP_CORE_ERROR_MACROS_HPP
+#define GODOT_CPP_CORE_ERROR_MACROS_HPP
 
 #include <godot_cpp/core/defs.hpp>
 
@@ -424,3 +425,5 @@ _NO_INLINE_ void _err_flush_stdout();
 #define DEV_ASSERT(m_cond) ((void)0)
 #define DEV_CHECK_ONCE(m_cond) ((void)0)
 #endif
+
+#endif // GODOT_CPP_CORE_ERROR_MACROS_HPP

@@ -2,7 +2,8 @@
 // call: GDVIRTUAL_CALL(_can_enter, body, allowed), which is true when a script has the method and it ran. The digit counts the arguments, R adds a
 // return value, C makes it const.
 
-#pragma once
+#ifndef GODOT_CPP_CORE_GDVIRTUAL_HPP
+#define GODOT_CPP_CORE_GDVIRTUAL_HPP
 
 #include <godot_cpp/core/binder_common.hpp>
 #include <godot_cpp/core/class_db.hpp>
@@ -154,3 +155,5 @@ std::vector<StringName> argument_names(Names... p_names) {
 	::godot::ClassDB::add_virtual_method(get_class_static(), _gdvirtual_##m_name##_get_method_info(), ::godot::internal::argument_names(__VA_ARGS__));
 
 } // namespace godot
+
+#endif // GODOT_CPP_CORE_GDVIRTUAL_HPP

@@ -1,6 +1,7 @@
 // The engine's scalar arithmetic, in the engine's order of operations: a result must equal what a script gets for the same numbers.
 // Used by the math types, the templates and by every source that computes.
-#pragma once
+#ifndef GODOT_CPP_CORE_MATH_HPP
+#define GODOT_CPP_CORE_MATH_HPP
 
 #include <godot_cpp/core/math_defs.hpp>
 
@@ -59,25 +60,23 @@ constexpr T next_power_of_2(T value) {
 
 namespace Math {
 
-constexpr double SQRT12 = Math_SQRT12;
-constexpr double SQRT2 = Math_SQRT2;
-constexpr double LN2 = Math_LN2;
-constexpr double PI = Math_PI;
-constexpr double TAU = Math_TAU;
-constexpr double E = Math_E;
-constexpr double INF = Math_INF;
-constexpr double NaN = Math_NAN;
-
 namespace detail {
 
-// Mixed arguments compute in double, floats alone stay float; integers count as double.
-template <typename... T>
-using Real = std::conditional_t<(std::is_same_v<std::decay_t<T>, float> && ...), float, double>;
+// One type for all arguments: floats alone stay float, doubles alone double, and integers go along with either. There is none for floats beside
+// doubles, nor for integers alone, where a float and a double overload would be equally good.
+template <bool HAS_FLOAT, bool HAS_DOUBLE>
+struct RealOf {};
+template <>
+struct RealOf<true, false> {
+	using Type = float;
+};
+template <>
+struct RealOf<false, true> {
+	using Type = double;
+};
 
-template <typename R, typename T>
-constexpr R number(T value) {
-	return static_cast<R>(value);
-}
+template <typename... T>
+using Real = typename RealOf<(std::is_same_v<T, float> || ...), (std::is_same_v<T, double> || ...)>::Type;
 
 } // namespace detail
 
@@ -540,3 +539,5 @@ inline int64_t fast_ftoi(float x) {
 } // namespace Math
 
 } // namespace godot
+
+#endif // GODOT_CPP_CORE_MATH_HPP

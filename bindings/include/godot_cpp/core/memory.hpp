@@ -3,7 +3,8 @@
 // memnew of an engine or extension class makes the engine's half together with ours and sends NOTIFICATION_POSTINITIALIZE; memdelete hands the
 // object to the engine, which calls back to end our half. For every other type they are new and delete.
 
-#pragma once
+#ifndef GODOT_CPP_CORE_MEMORY_HPP
+#define GODOT_CPP_CORE_MEMORY_HPP
 
 #include <godot_cpp/core/defs.hpp>
 
@@ -200,3 +201,5 @@ void memdelete_allocator(T *p_object) {
 }
 
 } // namespace godot
+
+#endif // GODOT_CPP_CORE_MEMORY_HPP

@@ -1,7 +1,8 @@
 // MethodBind: a C++ function as the engine calls it, either with Variants, checked and converted here, or with typed pointers. ClassDB makes one for
 // each bound method and owns it. One template instance serves all methods of a signature, whichever class they belong to.
 
-#pragma once
+#ifndef GODOT_CPP_CORE_METHOD_BIND_HPP
+#define GODOT_CPP_CORE_METHOD_BIND_HPP
 
 #include <godot_cpp/classes/wrapped.hpp>
 #include <godot_cpp/core/binder_common.hpp>
@@ -265,3 +266,5 @@ MethodBind *create_vararg_method_bind(R (T::*p_method)(const Variant **, GDExten
 }
 
 } // namespace godot
+
+#endif // GODOT_CPP_CORE_METHOD_BIND_HPP

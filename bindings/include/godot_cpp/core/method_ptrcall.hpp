@@ -1,7 +1,8 @@
 // PtrToArg<T>: how a value of type T is read from, and written to, the untyped pointers of a call through the C interface. Bound methods that the
 // engine calls and virtual methods that the engine asks for go this way; calls into the engine have core/engine_ptrcall.hpp.
 
-#pragma once
+#ifndef GODOT_CPP_CORE_METHOD_PTRCALL_HPP
+#define GODOT_CPP_CORE_METHOD_PTRCALL_HPP
 
 #include <godot_cpp/core/builtin_type_traits.hpp>
 
@@ -88,3 +89,5 @@ template <class T>
 struct PtrToArg<T &> : PtrToArg<T> {};
 
 } // namespace godot
+
+#endif // GODOT_CPP_CORE_METHOD_PTRCALL_HPP

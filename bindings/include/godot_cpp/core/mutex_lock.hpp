@@ -1,6 +1,7 @@
 // Holds a mutex for the length of a block: MutexLock lock(mutex). Works with the engine's Mutex and with anything else that has lock() and unlock().
 
-#pragma once
+#ifndef GODOT_CPP_CORE_MUTEX_LOCK_HPP
+#define GODOT_CPP_CORE_MUTEX_LOCK_HPP
 
 namespace godot {
 
@@ -26,3 +27,5 @@ public:
 #define _THREAD_SAFE_METHOD_ ::godot::MutexLock _thread_safe_method_(_thread_safe_);
 #define _THREAD_SAFE_LOCK_ _thread_safe_.lock();
 #define _THREAD_SAFE_UNLOCK_ _thread_safe_.unlock();
+
+#endif // GODOT_CPP_CORE_MUTEX_LOCK_HPP

@@ -1,6 +1,7 @@
 // What goes with Object and has to be written by hand: casts, looking an object up by its id, and MethodInfo, the description of a signal or a method.
 
-#pragma once
+#ifndef GODOT_CPP_CORE_OBJECT_HPP
+#define GODOT_CPP_CORE_OBJECT_HPP
 
 #include <godot_cpp/classes/object.hpp>
 #include <godot_cpp/core/object_id.hpp>
@@ -59,3 +60,5 @@ struct MethodInfo {
 };
 
 } // namespace godot
+
+#endif // GODOT_CPP_CORE_OBJECT_HPP

@@ -1,7 +1,8 @@
 // The number under which the engine knows an object for as long as it lives. Code that must survive a call into a game's scripts keeps this
 // instead of a pointer and asks ObjectDB again afterwards.
 
-#pragma once
+#ifndef GODOT_CPP_CORE_OBJECT_ID_HPP
+#define GODOT_CPP_CORE_OBJECT_ID_HPP
 
 #include <cstdint>
 
@@ -39,3 +40,5 @@ public:
 };
 
 } // namespace godot
+
+#endif // GODOT_CPP_CORE_OBJECT_ID_HPP

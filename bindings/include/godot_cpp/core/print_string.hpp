@@ -1,7 +1,8 @@
 // Printing to the engine's console and log: what a developer reads, not what the error macros report. Called from anywhere once the
 // extension is initialised.
 
-#pragma once
+#ifndef GODOT_CPP_CORE_PRINT_STRING_HPP
+#define GODOT_CPP_CORE_PRINT_STRING_HPP
 
 #include <godot_cpp/variant/utility_functions.hpp>
 #include <godot_cpp/variant/variant.hpp>
@@ -34,3 +35,5 @@ void print_error(const Variant &p_value, const Args &...p_args) {
 	} while (false)
 
 } // namespace godot
+
+#endif // GODOT_CPP_CORE_PRINT_STRING_HPP

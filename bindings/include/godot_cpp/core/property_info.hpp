@@ -1,6 +1,7 @@
 // Describes a property, an argument or a return value to the engine: name, type, and how the inspector edits it.
 
-#pragma once
+#ifndef GODOT_CPP_CORE_PROPERTY_INFO_HPP
+#define GODOT_CPP_CORE_PROPERTY_INFO_HPP
 
 #include <godot_cpp/classes/global_constants.hpp>
 #include <godot_cpp/variant/string.hpp>
@@ -76,3 +77,5 @@ struct PropertyInfo {
 };
 
 } // namespace godot
+
+#endif // GODOT_CPP_CORE_PROPERTY_INFO_HPP

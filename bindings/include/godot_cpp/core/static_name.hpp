@@ -1,7 +1,8 @@
 // A StringName that lives as long as the extension is loaded, made on first use: class names, the names of script virtuals. Static objects of engine
 // types would be destroyed after the engine has gone; these hold no engine value until asked for one and are emptied when the extension closes.
 
-#pragma once
+#ifndef GODOT_CPP_CORE_STATIC_NAME_HPP
+#define GODOT_CPP_CORE_STATIC_NAME_HPP
 
 #include <atomic>
 
@@ -36,3 +37,5 @@ public:
 
 } // namespace internal
 } // namespace godot
+
+#endif // GODOT_CPP_CORE_STATIC_NAME_HPP

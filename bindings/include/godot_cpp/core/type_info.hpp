@@ -1,7 +1,8 @@
 // GetTypeInfo<T>: how a C++ type of a bound method's signature is described to the engine, and BitField, the type of engine flags.
 // Specialisations for enumerations come from VARIANT_ENUM_CAST, for Ref from classes/ref.hpp, for typed containers from their own headers.
 
-#pragma once
+#ifndef GODOT_CPP_CORE_TYPE_INFO_HPP
+#define GODOT_CPP_CORE_TYPE_INFO_HPP
 
 #include <godot_cpp/core/builtin_type_traits.hpp>
 #include <godot_cpp/core/property_info.hpp>
@@ -144,3 +145,5 @@ struct GetTypeInfo<T &> : GetTypeInfo<T> {};
 	MAKE_ENUM_INFO(BitField<m_enum>, #m_enum, PROPERTY_USAGE_CLASS_IS_BITFIELD)
 
 } // namespace godot
+
+#endif // GODOT_CPP_CORE_TYPE_INFO_HPP

@@ -1,6 +1,7 @@
 // Values by key, iterated in the order of insertion. Pointers and iterators to an entry stay good until that entry is erased, so a loop may erase
 // the entry it is at after stepping past it, or any other one, and may insert.
-#pragma once
+#ifndef GODOT_CPP_TEMPLATES_HASH_MAP_HPP
+#define GODOT_CPP_TEMPLATES_HASH_MAP_HPP
 
 #include <godot_cpp/templates/hash_table.hpp>
 #include <godot_cpp/templates/hashfuncs.hpp>
@@ -161,3 +162,5 @@ private:
 };
 
 } // namespace godot
+
+#endif // GODOT_CPP_TEMPLATES_HASH_MAP_HPP

@@ -1,5 +1,6 @@
 // Keys without repetition, iterated in the order of insertion. As with HashMap, erasing one key leaves iterators to the others good.
-#pragma once
+#ifndef GODOT_CPP_TEMPLATES_HASH_SET_HPP
+#define GODOT_CPP_TEMPLATES_HASH_SET_HPP
 
 #include <godot_cpp/templates/hash_table.hpp>
 #include <godot_cpp/templates/hashfuncs.hpp>
@@ -102,3 +103,5 @@ private:
 };
 
 } // namespace godot
+
+#endif // GODOT_CPP_TEMPLATES_HASH_SET_HPP

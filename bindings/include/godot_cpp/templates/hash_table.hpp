@@ -1,6 +1,7 @@
 // What HashMap and HashSet have in common: nodes in a list that keeps the order of insertion, and an open-addressed index of their hashes.
 // A node never moves, so pointers to its content stay good until it is erased, whatever else is inserted or erased.
-#pragma once
+#ifndef GODOT_CPP_TEMPLATES_HASH_TABLE_HPP
+#define GODOT_CPP_TEMPLATES_HASH_TABLE_HPP
 
 #include <godot_cpp/core/error_macros.hpp>
 #include <godot_cpp/core/memory.hpp>
@@ -296,3 +297,5 @@ private:
 
 } // namespace internal
 } // namespace godot
+
+#endif // GODOT_CPP_TEMPLATES_HASH_TABLE_HPP

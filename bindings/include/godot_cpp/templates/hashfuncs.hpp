@@ -1,6 +1,7 @@
 // Hash functions, and the hasher and comparator that HashMap and HashSet use unless told otherwise. A type of its own becomes a key by
 // offering `uint32_t hash() const` and `operator==`; every engine type does.
-#pragma once
+#ifndef GODOT_CPP_TEMPLATES_HASHFUNCS_HPP
+#define GODOT_CPP_TEMPLATES_HASHFUNCS_HPP
 
 #include <godot_cpp/core/math.hpp>
 #include <godot_cpp/core/object_id.hpp>
@@ -218,3 +219,5 @@ struct HashMapComparatorDefault {
 };
 
 } // namespace godot
+
+#endif // GODOT_CPP_TEMPLATES_HASHFUNCS_HPP

@@ -1,5 +1,6 @@
 // A doubly linked list. An element stays where it is until it is erased, so a loop may erase the one it is at after taking `next()`.
-#pragma once
+#ifndef GODOT_CPP_TEMPLATES_LIST_HPP
+#define GODOT_CPP_TEMPLATES_LIST_HPP
 
 #include <godot_cpp/core/error_macros.hpp>
 #include <godot_cpp/core/memory.hpp>
@@ -258,3 +259,5 @@ private:
 };
 
 } // namespace godot
+
+#endif // GODOT_CPP_TEMPLATES_LIST_HPP

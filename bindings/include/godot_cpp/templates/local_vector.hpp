@@ -1,10 +1,10 @@
 // A growing array with one owner, for runtime bookkeeping. Growing moves the elements: pointers into it last until the next insertion.
-#pragma once
+#ifndef GODOT_CPP_TEMPLATES_LOCAL_VECTOR_HPP
+#define GODOT_CPP_TEMPLATES_LOCAL_VECTOR_HPP
 
 #include <godot_cpp/core/error_macros.hpp>
 #include <godot_cpp/core/memory.hpp>
 #include <godot_cpp/templates/sort_array.hpp>
-#include <godot_cpp/templates/vector.hpp>
 
 #include <initializer_list>
 #include <type_traits>
@@ -31,9 +31,8 @@ public:
 			push_back(element);
 		}
 	}
-	LocalVector(const LocalVector &other) { append_copies(other.data, other.count); }
+	explicit LocalVector(const LocalVector &other) { append_copies(other.data, other.count); }
 	LocalVector(LocalVector &&other) noexcept { swap(other); }
-	explicit LocalVector(const Vector<T> &other) { append_copies(other.ptr(), U(other.size())); }
 	LocalVector &operator=(const LocalVector &other) {
 		if (this != &other) {
 			clear();
@@ -48,7 +47,6 @@ public:
 		}
 		return *this;
 	}
-	LocalVector &operator=(const Vector<T> &other) { return *this = LocalVector(other); }
 	~LocalVector() { reset(); }
 
 	T *ptr() { return data; }
@@ -193,16 +191,6 @@ public:
 	void sort_custom() { SortArray<T, C>().sort(data, int64_t(count)); }
 	void sort() { sort_custom<_DefaultComparator<T>>(); }
 
-	operator Vector<T>() const {
-		Vector<T> copy;
-		copy.resize(int64_t(count));
-		T *to = copy.ptrw();
-		for (U i = 0; i < count; i++) {
-			to[i] = data[i];
-		}
-		return copy;
-	}
-
 	T *begin() { return data; }
 	T *end() { return data + count; }
 	const T *begin() const { return data; }
@@ -278,3 +266,5 @@ template <typename T, typename U = uint32_t, bool force_trivial = false>
 using TightLocalVector = LocalVector<T, U, force_trivial, true>;
 
 } // namespace godot
+
+#endif // GODOT_CPP_TEMPLATES_LOCAL_VECTOR_HPP

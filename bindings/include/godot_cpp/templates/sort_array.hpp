@@ -1,6 +1,7 @@
 // Sorting in place, for the containers. The order of equal elements is not kept. A comparator that contradicts itself (a script's may) gives some
 // order, and never reaches outside the array.
-#pragma once
+#ifndef GODOT_CPP_TEMPLATES_SORT_ARRAY_HPP
+#define GODOT_CPP_TEMPLATES_SORT_ARRAY_HPP
 
 #include <godot_cpp/core/defs.hpp>
 
@@ -108,3 +109,5 @@ private:
 };
 
 } // namespace godot
+
+#endif // GODOT_CPP_TEMPLATES_SORT_ARRAY_HPP

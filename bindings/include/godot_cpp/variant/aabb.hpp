@@ -1,5 +1,6 @@
 // A box along the axes in 3D, by its corner and size. Sizes are meant to be positive: debug builds report a negative one. Same layout as the engine's.
-#pragma once
+#ifndef GODOT_CPP_VARIANT_AABB_HPP
+#define GODOT_CPP_VARIANT_AABB_HPP
 
 #include <godot_cpp/variant/plane.hpp>
 #include <godot_cpp/variant/vector3.hpp>
@@ -66,3 +67,5 @@ struct [[nodiscard]] AABB {
 };
 
 } // namespace godot
+
+#endif // GODOT_CPP_VARIANT_AABB_HPP

@@ -1,5 +1,6 @@
 // Rotation and scale in 3D: a 3x3 matrix kept as rows. Same layout as the engine's.
-#pragma once
+#ifndef GODOT_CPP_VARIANT_BASIS_HPP
+#define GODOT_CPP_VARIANT_BASIS_HPP
 
 #include <godot_cpp/classes/global_constants.hpp>
 #include <godot_cpp/variant/quaternion.hpp>
@@ -124,3 +125,5 @@ inline Basis Vector3::outer(const Vector3 &with) const {
 }
 
 } // namespace godot
+
+#endif // GODOT_CPP_VARIANT_BASIS_HPP

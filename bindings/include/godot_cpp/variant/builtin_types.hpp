@@ -1,4 +1,5 @@
-#pragma once
+#ifndef GODOT_CPP_VARIANT_BUILTIN_TYPES_HPP
+#define GODOT_CPP_VARIANT_BUILTIN_TYPES_HPP
 
 // Every builtin type, and then Variant, which has members of most of them. variant.hpp includes this first.
 
@@ -43,3 +44,5 @@
 #undef GODOT_CPP_LISTING_BUILTIN_TYPES
 
 #include <godot_cpp/variant/variant.hpp>
+
+#endif // GODOT_CPP_VARIANT_BUILTIN_TYPES_HPP

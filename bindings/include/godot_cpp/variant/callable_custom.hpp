@@ -1,7 +1,8 @@
 // The behaviour behind a Callable that is neither an object's method nor a script's lambda. Callable(memnew(...)) takes it over; the engine frees
 // it with the last copy of that Callable, which may be long after its target has gone.
 
-#pragma once
+#ifndef GODOT_CPP_VARIANT_CALLABLE_CUSTOM_HPP
+#define GODOT_CPP_VARIANT_CALLABLE_CUSTOM_HPP
 
 #include <godot_cpp/core/object_id.hpp>
 #include <godot_cpp/variant/variant.hpp>
@@ -43,3 +44,5 @@ CallableCustom *get_custom_callable(GDExtensionConstTypePtr p_callable);
 } // namespace internal
 
 } // namespace godot
+
+#endif // GODOT_CPP_VARIANT_CALLABLE_CUSTOM_HPP

@@ -1,7 +1,8 @@
 // callable_mp and callable_mp_static: a Callable of a C++ method that no class has to bind. It knows its target by id, so that calling one whose
 // object has been freed is an engine error like any other call on a freed object.
 
-#pragma once
+#ifndef GODOT_CPP_VARIANT_CALLABLE_METHOD_POINTER_HPP
+#define GODOT_CPP_VARIANT_CALLABLE_METHOD_POINTER_HPP
 
 #include <godot_cpp/core/binder_common.hpp>
 #include <godot_cpp/core/memory.hpp>
@@ -158,3 +159,5 @@ Callable make_function_callable(R (*p_function)(P...), const char *p_text) {
 #define callable_mp_static(m_function) ::godot::internal::make_function_callable(m_function, #m_function)
 
 } // namespace godot
+
+#endif // GODOT_CPP_VARIANT_CALLABLE_METHOD_POINTER_HPP

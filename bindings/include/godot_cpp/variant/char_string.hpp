@@ -1,4 +1,5 @@
-#pragma once
+#ifndef GODOT_CPP_VARIANT_CHAR_STRING_HPP
+#define GODOT_CPP_VARIANT_CHAR_STRING_HPP
 
 // Encoded text as C code wants it: what String::utf8(), ascii(), utf16(), utf32() and wide_string() return. Owns a
 // zero-terminated buffer; size() counts the terminator, length() does not.
@@ -55,3 +56,5 @@ using Char32String = CharStringT<char32_t>;
 using CharWideString = CharStringT<wchar_t>;
 
 } // namespace godot
+
+#endif // GODOT_CPP_VARIANT_CHAR_STRING_HPP

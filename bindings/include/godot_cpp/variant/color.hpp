@@ -1,5 +1,6 @@
 // A colour: red, green, blue and alpha as floats, not limited to 0..1. Same layout as the engine's.
-#pragma once
+#ifndef GODOT_CPP_VARIANT_COLOR_HPP
+#define GODOT_CPP_VARIANT_COLOR_HPP
 
 #include <godot_cpp/core/math.hpp>
 
@@ -121,3 +122,5 @@ private:
 };
 
 } // namespace godot
+
+#endif // GODOT_CPP_VARIANT_COLOR_HPP

@@ -1,4 +1,5 @@
-#pragma once
+#ifndef GODOT_CPP_VARIANT_OPAQUE_VALUE_HPP
+#define GODOT_CPP_VARIANT_OPAQUE_VALUE_HPP
 
 // The storage and the life of a builtin value whose inside belongs to the engine: every String, StringName, NodePath,
 // Callable, Signal, Dictionary, Array and packed array is one. Copying and destroying ask the engine; moving swaps bytes,
@@ -108,3 +109,5 @@ void report_index_out_of_bounds(GDExtensionVariantType p_type, int64_t p_index, 
 
 } // namespace internal
 } // namespace godot
+
+#endif // GODOT_CPP_VARIANT_OPAQUE_VALUE_HPP

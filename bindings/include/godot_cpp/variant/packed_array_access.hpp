@@ -1,4 +1,5 @@
-#pragma once
+#ifndef GODOT_CPP_VARIANT_PACKED_ARRAY_ACCESS_HPP
+#define GODOT_CPP_VARIANT_PACKED_ARRAY_ACCESS_HPP
 
 // Direct access to the elements of the packed arrays, which all derive from this: pointers, operator[], iteration,
 // filling from a list. Writing through a shared array first makes it the caller's own.
@@ -76,3 +77,5 @@ public:
 
 } // namespace internal
 } // namespace godot
+
+#endif // GODOT_CPP_VARIANT_PACKED_ARRAY_ACCESS_HPP

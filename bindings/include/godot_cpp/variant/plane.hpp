@@ -1,5 +1,6 @@
 // A plane in 3D: the points whose dot product with `normal` is `d`. Same layout as the engine's.
-#pragma once
+#ifndef GODOT_CPP_VARIANT_PLANE_HPP
+#define GODOT_CPP_VARIANT_PLANE_HPP
 
 #include <godot_cpp/classes/global_constants.hpp>
 #include <godot_cpp/variant/vector3.hpp>
@@ -52,3 +53,5 @@ struct [[nodiscard]] Plane {
 };
 
 } // namespace godot
+
+#endif // GODOT_CPP_VARIANT_PLANE_HPP

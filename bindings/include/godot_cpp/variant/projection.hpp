@@ -1,5 +1,6 @@
 // A 4x4 matrix as a camera's projection, kept as columns. Same layout as the engine's.
-#pragma once
+#ifndef GODOT_CPP_VARIANT_PROJECTION_HPP
+#define GODOT_CPP_VARIANT_PROJECTION_HPP
 
 #include <godot_cpp/variant/aabb.hpp>
 #include <godot_cpp/variant/plane.hpp>
@@ -76,3 +77,5 @@ struct [[nodiscard]] Projection {
 };
 
 } // namespace godot
+
+#endif // GODOT_CPP_VARIANT_PROJECTION_HPP

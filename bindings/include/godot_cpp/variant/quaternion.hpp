@@ -1,5 +1,6 @@
 // A rotation in 3D that can be interpolated. Same layout as the engine's.
-#pragma once
+#ifndef GODOT_CPP_VARIANT_QUATERNION_HPP
+#define GODOT_CPP_VARIANT_QUATERNION_HPP
 
 #include <godot_cpp/classes/global_constants.hpp>
 #include <godot_cpp/variant/vector3.hpp>
@@ -80,3 +81,5 @@ struct [[nodiscard]] Quaternion {
 };
 
 } // namespace godot
+
+#endif // GODOT_CPP_VARIANT_QUATERNION_HPP

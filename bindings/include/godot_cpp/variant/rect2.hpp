@@ -1,5 +1,6 @@
 // A rectangle along the axes, by its corner and size. Sizes are meant to be positive: debug builds report a negative one. Same layout as the engine's.
-#pragma once
+#ifndef GODOT_CPP_VARIANT_RECT2_HPP
+#define GODOT_CPP_VARIANT_RECT2_HPP
 
 #include <godot_cpp/classes/global_constants.hpp>
 #include <godot_cpp/variant/vector2.hpp>
@@ -65,3 +66,5 @@ struct [[nodiscard]] Rect2 {
 };
 
 } // namespace godot
+
+#endif // GODOT_CPP_VARIANT_RECT2_HPP

@@ -1,5 +1,6 @@
 // A rectangle of whole cells or pixels. Sizes are meant to be positive: debug builds report a negative one. Same layout as the engine's.
-#pragma once
+#ifndef GODOT_CPP_VARIANT_RECT2I_HPP
+#define GODOT_CPP_VARIANT_RECT2I_HPP
 
 #include <godot_cpp/variant/rect2.hpp>
 #include <godot_cpp/variant/vector2i.hpp>
@@ -57,3 +58,5 @@ inline Rect2::operator Rect2i() const {
 }
 
 } // namespace godot
+
+#endif // GODOT_CPP_VARIANT_RECT2I_HPP

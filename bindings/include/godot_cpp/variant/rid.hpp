@@ -1,4 +1,5 @@
-#pragma once
+#ifndef GODOT_CPP_VARIANT_RID_HPP
+#define GODOT_CPP_VARIANT_RID_HPP
 
 // The engine's handle of a server resource: a plain number, so that nothing here needs the engine.
 
@@ -28,3 +29,5 @@ public:
 };
 
 } // namespace godot
+
+#endif // GODOT_CPP_VARIANT_RID_HPP

@@ -1,4 +1,5 @@
-#pragma once
+#ifndef GODOT_CPP_VARIANT_STRING_FUNCTIONS_HPP
+#define GODOT_CPP_VARIANT_STRING_FUNCTIONS_HPP
 
 // What goes with String but is not a member: operators with a C string on the left, and numbers as text. string.hpp
 // includes this.
@@ -34,3 +35,5 @@ String rtos(double p_number);
 String rtoss(double p_number);
 
 } // namespace godot
+
+#endif // GODOT_CPP_VARIANT_STRING_FUNCTIONS_HPP

@@ -1,4 +1,5 @@
-#pragma once
+#ifndef GODOT_CPP_VARIANT_STRING_NAME_FUNCTIONS_HPP
+#define GODOT_CPP_VARIANT_STRING_NAME_FUNCTIONS_HPP
 
 // Operators of StringName with a C string on the left. string_name.hpp includes this.
 
@@ -15,6 +16,6 @@ inline bool operator!=(const char *p_text, const StringName &p_name) {
 	return p_name != p_text;
 }
 
-String operator+(const char *p_text, const StringName &p_name);
-
 } // namespace godot
+
+#endif // GODOT_CPP_VARIANT_STRING_NAME_FUNCTIONS_HPP

@@ -1,5 +1,6 @@
 // Rotation, scale, skew and position in 2D: two axes and an origin as columns. Same layout as the engine's.
-#pragma once
+#ifndef GODOT_CPP_VARIANT_TRANSFORM2D_HPP
+#define GODOT_CPP_VARIANT_TRANSFORM2D_HPP
 
 #include <godot_cpp/variant/rect2.hpp>
 
@@ -88,3 +89,5 @@ struct [[nodiscard]] Transform2D {
 };
 
 } // namespace godot
+
+#endif // GODOT_CPP_VARIANT_TRANSFORM2D_HPP

@@ -1,5 +1,6 @@
 // Rotation, scale and position in 3D: a basis and an origin. Same layout as the engine's.
-#pragma once
+#ifndef GODOT_CPP_VARIANT_TRANSFORM3D_HPP
+#define GODOT_CPP_VARIANT_TRANSFORM3D_HPP
 
 #include <godot_cpp/variant/aabb.hpp>
 #include <godot_cpp/variant/basis.hpp>
@@ -80,3 +81,5 @@ struct [[nodiscard]] Transform3D {
 };
 
 } // namespace godot
+
+#endif // GODOT_CPP_VARIANT_TRANSFORM3D_HPP

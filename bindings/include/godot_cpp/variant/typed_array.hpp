@@ -1,7 +1,8 @@
 // An Array that the engine keeps to one element type. Bound methods and properties that name it show scripts and the inspector that type; an
 // array of another type is converted on the way in where the engine can, and refused with its error where it cannot.
 
-#pragma once
+#ifndef GODOT_CPP_VARIANT_TYPED_ARRAY_HPP
+#define GODOT_CPP_VARIANT_TYPED_ARRAY_HPP
 
 #include <godot_cpp/core/method_ptrcall.hpp>
 #include <godot_cpp/core/property_info.hpp>
@@ -114,3 +115,5 @@ struct GetTypeInfo<TypedArray<T>> {
 };
 
 } // namespace godot
+
+#endif // GODOT_CPP_VARIANT_TYPED_ARRAY_HPP

@@ -1,6 +1,7 @@
 // A Dictionary that the engine keeps to one type of keys and one of values; otherwise as TypedArray.
 
-#pragma once
+#ifndef GODOT_CPP_VARIANT_TYPED_DICTIONARY_HPP
+#define GODOT_CPP_VARIANT_TYPED_DICTIONARY_HPP
 
 #include <godot_cpp/variant/dictionary.hpp>
 #include <godot_cpp/variant/typed_array.hpp>
@@ -61,3 +62,5 @@ struct GetTypeInfo<TypedDictionary<K, V>> {
 };
 
 } // namespace godot
+
+#endif // GODOT_CPP_VARIANT_TYPED_DICTIONARY_HPP

@@ -7,7 +7,8 @@
 // Everything that relies on this is in this file and in variant.cpp; init_bindings() compares it with what the engine writes, and the extension
 // does not load when they differ.
 
-#pragma once
+#ifndef GODOT_CPP_VARIANT_VARIANT_HPP
+#define GODOT_CPP_VARIANT_VARIANT_HPP
 
 #include <godot_cpp/core/defs.hpp>
 #include <godot_cpp/core/object_id.hpp>
@@ -446,3 +447,5 @@ struct VariantComparator {
 
 #include <godot_cpp/variant/builtin_vararg_methods.hpp>
 #include <godot_cpp/variant/vformat.hpp>
+
+#endif // GODOT_CPP_VARIANT_VARIANT_HPP

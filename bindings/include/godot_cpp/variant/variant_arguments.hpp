@@ -1,4 +1,5 @@
-#pragma once
+#ifndef GODOT_CPP_VARIANT_VARIANT_ARGUMENTS_HPP
+#define GODOT_CPP_VARIANT_VARIANT_ARGUMENTS_HPP
 
 // The arguments of a call that takes any number of them, as the engine wants them: Variants, and pointers to them. Used by
 // the templates of Callable, Signal, Array and the utility functions. Variant is a template parameter only so that their
@@ -37,3 +38,5 @@ public:
 
 } // namespace internal
 } // namespace godot
+
+#endif // GODOT_CPP_VARIANT_VARIANT_ARGUMENTS_HPP

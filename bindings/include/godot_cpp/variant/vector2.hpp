@@ -1,5 +1,6 @@
 // A pair of floats: positions, directions and sizes in 2D. Same layout as the engine's.
-#pragma once
+#ifndef GODOT_CPP_VARIANT_VECTOR2_HPP
+#define GODOT_CPP_VARIANT_VECTOR2_HPP
 
 #include <godot_cpp/variant/vector_common.hpp>
 
@@ -72,3 +73,5 @@ using Size2 = Vector2;
 using Point2 = Vector2;
 
 } // namespace godot
+
+#endif // GODOT_CPP_VARIANT_VECTOR2_HPP

@@ -1,5 +1,6 @@
 // A pair of integers: grid positions and pixel sizes. Same layout as the engine's.
-#pragma once
+#ifndef GODOT_CPP_VARIANT_VECTOR2I_HPP
+#define GODOT_CPP_VARIANT_VECTOR2I_HPP
 
 #include <godot_cpp/variant/vector2.hpp>
 
@@ -59,3 +60,5 @@ using Size2i = Vector2i;
 using Point2i = Vector2i;
 
 } // namespace godot
+
+#endif // GODOT_CPP_VARIANT_VECTOR2I_HPP

@@ -1,5 +1,6 @@
 // Three floats: positions, directions and sizes in 3D. Same layout as the engine's.
-#pragma once
+#ifndef GODOT_CPP_VARIANT_VECTOR3_HPP
+#define GODOT_CPP_VARIANT_VECTOR3_HPP
 
 #include <godot_cpp/variant/vector2.hpp>
 
@@ -72,3 +73,5 @@ struct [[nodiscard]] Vector3 : internal::RealVector<Vector3> {
 };
 
 } // namespace godot
+
+#endif // GODOT_CPP_VARIANT_VECTOR3_HPP

@@ -1,5 +1,6 @@
 // Three integers: a cell of a grid in 3D. Same layout as the engine's.
-#pragma once
+#ifndef GODOT_CPP_VARIANT_VECTOR3I_HPP
+#define GODOT_CPP_VARIANT_VECTOR3I_HPP
 
 #include <godot_cpp/variant/vector3.hpp>
 
@@ -51,3 +52,5 @@ inline Vector3::operator Vector3i() const {
 }
 
 } // namespace godot
+
+#endif // GODOT_CPP_VARIANT_VECTOR3I_HPP

@@ -1,5 +1,6 @@
 // Four floats. Same layout as the engine's.
-#pragma once
+#ifndef GODOT_CPP_VARIANT_VECTOR4_HPP
+#define GODOT_CPP_VARIANT_VECTOR4_HPP
 
 #include <godot_cpp/variant/vector_common.hpp>
 
@@ -52,3 +53,5 @@ struct [[nodiscard]] Vector4 : internal::RealVector<Vector4> {
 };
 
 } // namespace godot
+
+#endif // GODOT_CPP_VARIANT_VECTOR4_HPP

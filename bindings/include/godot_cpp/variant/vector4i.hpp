@@ -1,5 +1,6 @@
 // Four integers. Same layout as the engine's.
-#pragma once
+#ifndef GODOT_CPP_VARIANT_VECTOR4I_HPP
+#define GODOT_CPP_VARIANT_VECTOR4I_HPP
 
 #include <godot_cpp/variant/vector4.hpp>
 
@@ -54,3 +55,5 @@ inline Vector4::operator Vector4i() const {
 }
 
 } // namespace godot
+
+#endif // GODOT_CPP_VARIANT_VECTOR4I_HPP

@@ -1,6 +1,7 @@
 // Everything the six vector types share: arithmetic, comparison, per-component functions. A vector derives from one of the two
 // templates below and provides `_each` (a new vector from a function of the components) and `_sum` (components added in order).
-#pragma once
+#ifndef GODOT_CPP_VARIANT_VECTOR_COMMON_HPP
+#define GODOT_CPP_VARIANT_VECTOR_COMMON_HPP
 
 #include <godot_cpp/core/math.hpp>
 
@@ -263,3 +264,5 @@ protected:
 } // namespace internal
 
 } // namespace godot
+
+#endif // GODOT_CPP_VARIANT_VECTOR_COMMON_HPP

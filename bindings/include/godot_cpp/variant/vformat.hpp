@@ -1,4 +1,5 @@
-#pragma once
+#ifndef GODOT_CPP_VARIANT_VFORMAT_HPP
+#define GODOT_CPP_VARIANT_VFORMAT_HPP
 
 // Text with its % placeholders filled in, as GDScript's % does. variant.hpp brings this along.
 
@@ -12,3 +13,5 @@ String vformat(const String &p_text, const Args &...p_values) {
 }
 
 } // namespace godot
+
+#endif // GODOT_CPP_VARIANT_VFORMAT_HPP

@@ -1,0 +1,158 @@
+#include "design_check/design_check.hpp"
+
+#include "design/sc_machine_template.hpp"
+#include "machine_node/design_hooks.hpp"
+#include "machine_node/sc_machine.hpp"
+
+#include <godot_cpp/classes/project_settings.hpp>
+#include <godot_cpp/core/class_db.hpp>
+#include <godot_cpp/core/error_macros.hpp>
+#include <godot_cpp/variant/typed_array.hpp>
+#include <godot_cpp/variant/utility_functions.hpp>
+
+namespace design_check {
+
+namespace {
+
+// More than these are shown by the list, not in Output.
+constexpr int64_t MOST_TOLD = 12;
+// What has been told is forgotten when so many designs have come and gone.
+constexpr int64_t MOST_REMEMBERED = 4096;
+constexpr const char *SETTING = "quillstead/debug/check_designs";
+
+HashSet<uint64_t> *told = nullptr;
+
+LocalVector<DesignFinding> checked(CheckedDesign design, const Object *of) {
+	check_starts(design);
+	check_state_names(design);
+	check_transitions(design);
+	check_ways_out(design);
+	check_regions(design);
+	check_variables(design);
+	check_limits(design);
+	check_globals(design, of);
+	check_events(design);
+	check_ways_in(design);
+	LocalVector<DesignFinding> in_order;
+	for (const DesignFinding::Severity severity : { DesignFinding::WARNING, DesignFinding::HINT }) {
+		for (const DesignFinding &finding : design.findings) {
+			if (finding.severity == severity) {
+				in_order.push_back(finding);
+			}
+		}
+	}
+	return in_order;
+}
+
+// What belongs to this one machine, not to the design that others may run as well.
+LocalVector<DesignFinding> findings_on(SCMachine &machine) {
+	CheckedDesign nothing(machine.name_in_messages());
+	check_machine(nothing, machine);
+	return nothing.findings;
+}
+
+LocalVector<DesignFinding> with_further(LocalVector<DesignFinding> findings, const LocalVector<DesignFinding> &further) {
+	for (const DesignFinding &finding : further) {
+		findings.push_back(finding);
+	}
+	return findings;
+}
+
+TypedArray<Dictionary> findings_for_scripts(Object *design) {
+	TypedArray<Dictionary> listed;
+	for (const DesignFinding &finding : findings_in(design)) {
+		listed.push_back(finding.as_dictionary());
+	}
+	return listed;
+}
+
+PackedStringArray warnings_of(SCMachine *machine) {
+	PackedStringArray sentences;
+	for (const DesignFinding &finding : findings_in(machine)) {
+		sentences.push_back(finding.sentence());
+	}
+	return sentences;
+}
+
+// The design, whichever machine runs it.
+uint64_t identity_of(const SCMachine *machine) {
+	if (machine->machine_template.is_valid()) {
+		return machine->machine_template->get_instance_id();
+	}
+	return machine->initial_state.is_valid() ? machine->initial_state->get_instance_id() : machine->get_instance_id();
+}
+
+void tell_at_start(SCMachine *machine) {
+	if (!ProjectSettings::get_singleton()->get_setting(SETTING, true).booleanize()) {
+		return;
+	}
+	for (const DesignFinding &finding : findings_on(*machine)) {
+		UtilityFunctions::push_warning(finding.sentence());
+	}
+	if (told == nullptr) {
+		told = memnew(HashSet<uint64_t>);
+	}
+	if (told->size() >= MOST_REMEMBERED) {
+		told->clear();
+	}
+	const uint64_t identity = identity_of(machine);
+	if (told->has(identity)) {
+		return;
+	}
+	told->insert(identity);
+	const String name = machine->name_in_messages();
+	PackedStringArray lines;
+	int64_t further = 0;
+	for (const DesignFinding &finding : findings_in(machine)) {
+		// A machine that has nowhere to start says so itself.
+		const String rule = finding.rule;
+		if (finding.severity != DesignFinding::WARNING || rule == "no_start" || rule == "no_states") {
+			continue;
+		}
+		if (lines.size() < MOST_TOLD) {
+			lines.push_back(finding.sentence());
+		} else {
+			further++;
+		}
+	}
+	if (lines.is_empty()) {
+		return;
+	}
+	if (further > 0) {
+		lines.push_back(vformat("And %d more, which SCMachineTemplate.findings_in() lists.", further));
+	}
+	UtilityFunctions::push_warning(vformat("The design that %s runs cannot work as it stands:\n%s", name, String("\n").join(lines)));
+}
+
+} // namespace
+
+LocalVector<DesignFinding> findings_in(Object *design) {
+	SCMachine *machine = Object::cast_to<SCMachine>(design);
+	const Ref<SCMachineTemplate> its_template(machine != nullptr ? machine->machine_template.ptr() : Object::cast_to<SCMachineTemplate>(design));
+	LocalVector<DesignFinding> findings = machine != nullptr ? findings_on(*machine) : LocalVector<DesignFinding>();
+	if (its_template.is_valid()) {
+		return with_further(findings, checked(CheckedDesign(*its_template.ptr()), its_template.ptr()));
+	}
+	if (machine == nullptr) {
+		ERR_PRINT("Parameter \"design\" is neither a machine nor a template.");
+		return LocalVector<DesignFinding>();
+	}
+	return with_further(findings, checked(CheckedDesign(*machine), machine));
+}
+
+void register_check() {
+	ClassDB::bind_static_method("SCMachineTemplate", D_METHOD("findings_in", "design"), &findings_for_scripts);
+#ifdef DEBUG_ENABLED
+	design_hooks::tell_at_start = &tell_at_start;
+	design_hooks::warnings_of = &warnings_of;
+#endif
+}
+
+void forget_what_was_told() {
+	if (told != nullptr) {
+		memdelete(told);
+		told = nullptr;
+	}
+}
+
+} // namespace design_check
