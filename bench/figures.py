@@ -76,7 +76,7 @@ class Run:
         what = f"{one} / {other}"
         ratios = [row[0] / row[1] for row in rounds]
         if yardstick:
-            what += f", beside {yardstick[0]}"
+            what = f"its growth over that of {yardstick[0]}"
             ratios = [ratio * row[3] / row[2] for ratio, row in zip(ratios, rounds)]
         made = figure(" / ".join(names), what, "times", ratios, said.get("at_most"))
         made["of"] = names

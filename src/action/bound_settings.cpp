@@ -12,8 +12,6 @@
 #include <godot_cpp/core/memory.hpp>
 #include <godot_cpp/core/object.hpp>
 
-#include <optional>
-
 namespace {
 
 bool counts(Variant::Type type) {
@@ -34,8 +32,6 @@ struct BoundSetting {
 	bool is_simple = false;
 	// Null for one that is set by its name.
 	SettingRow::Assign assign = nullptr;
-	// Writing it can never call user code.
-	bool is_quiet = false;
 
 	bool takes(const Variant &held) const {
 		const Variant::Type wanted = typed_in.get_type();
@@ -62,20 +58,11 @@ private:
 	}
 };
 
-// Asked only after something that can have called user code.
-class StillThere {
-	uint64_t object_id;
-	uint64_t machine_id;
-
-public:
-	StillThere(const Object *object, const SCMachineBase *machine) : object_id(object->get_instance_id()), machine_id(machine->get_instance_id()) {}
-	explicit operator bool() const { return ObjectDB::get_instance(object_id) != nullptr && ObjectDB::get_instance(machine_id) != nullptr; }
-};
-
 } // namespace
 
 struct BoundSettings::Rows {
 	uint32_t holders = 0;
+	uint64_t object_id = 0;
 	// As it was when this was worked out.
 	Dictionary named;
 	// The order of its entries counts where user code can be called between them.
@@ -95,6 +82,7 @@ void BoundSettings::forget() {
 
 void BoundSettings::work_out(Object *object, const Dictionary &named, const Dictionary &typed_in) {
 	const Held<Rows> fresh(memnew(Rows));
+	fresh->object_id = object->get_instance_id();
 	fresh->named = named.duplicate();
 	fresh->order = uint32_t(named.hash());
 	const ClassRow *row = KindFields::of(object).row;
@@ -105,16 +93,16 @@ void BoundSettings::work_out(Object *object, const Dictionary &named, const Dict
 		bound.setting = settings[i];
 		bound.variable = named.get(bound.setting, StringName());
 		if (!bound.variable.is_empty() && typed_in.has(bound.setting)) {
-			bound.typed_in = typed_in.get(bound.setting, Variant());
-			bound.is_simple = !ValueKinds::may_call_out(bound.typed_in.get_type()) && bound.typed_in.get_type() != Variant::NODE_PATH;
+			const Variant remembered = typed_in.get(bound.setting, Variant());
+			bound.is_simple = !ValueKinds::may_call_out(remembered.get_type()) && remembered.get_type() != Variant::NODE_PATH;
+			bound.typed_in = bound.is_simple ? remembered : Variant();
 		}
 		// A pretend property goes through the hook that makes it up.
 		const SettingRow *declared = by_field && bound.is_simple && !ends_in_variable(bound.setting) ? row->setting(bound.setting) : nullptr;
 		if (declared != nullptr && (declared->any_type || declared->info.type == bound.typed_in.get_type())) {
 			bound.assign = declared->assign;
-			bound.is_quiet = bound.assign != nullptr && !declared->any_type && !declared->relists;
 		}
-		fresh->in_order = fresh->in_order || !bound.is_quiet;
+		fresh->in_order = fresh->in_order || bound.assign == nullptr || declared->relists;
 		fresh->settings.push_back(bound);
 	}
 	rows = fresh;
@@ -125,38 +113,35 @@ void BoundSettings::read_into(Object *object, const Dictionary &named, const Dic
 		reading::read_variables_into(object, named, typed_in, machine);
 		return;
 	}
+	// With it the run stays readable, and tells whether the machine is still there.
+	MachineRun &run = machine->run();
+	const MachineRun::Busy keep(run);
 	if (!rows.is_valid() || !rows->still_say(named)) {
 		rows.let_go();
 		if (named.is_empty()) {
 			return;
 		}
 		// By name the first time, as that is how what was typed in is remembered.
-		const StillThere there(object, machine);
+		const uint64_t object_id = object->get_instance_id();
 		reading::read_variables_into(object, named, typed_in, machine);
-		if (there) {
+		if (ObjectDB::get_instance(object_id) != nullptr && run.machine() != nullptr) {
 			work_out(object, named, typed_in);
 		}
 		return;
 	}
 	// Kept for the length of the pass, in which it may be worked out anew.
 	const Held<Rows> pass = rows;
-	const MachineRun &run = machine->run();
-	std::optional<StillThere> there;
 	bool still_true = true;
 	for (const BoundSetting &bound : pass->settings) {
 		const Variant *held = still_true && bound.is_simple ? run.find_value(bound.variable) : nullptr;
-		const bool only_written = held != nullptr && bound.takes(*held);
-		if (!(only_written && bound.is_quiet) && !there.has_value()) {
-			there.emplace(object, machine);
-		}
 		bool quiet = false;
-		if (only_written) {
+		if (held != nullptr && bound.takes(*held)) {
 			quiet = bound.write(object, *held);
 		} else {
 			reading::read_one_into(object, bound.setting, named, typed_in, machine);
 		}
 		if (!quiet) {
-			if (!*there) {
+			if (ObjectDB::get_instance(pass->object_id) == nullptr || run.machine() == nullptr) {
 				return;
 			}
 			// What that called may have bound other settings, or have asked for what was typed in.

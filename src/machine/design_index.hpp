@@ -2,7 +2,7 @@
 
 // What a running machine looks up in its design: a state by its name, and the states around a state.
 // Built when a machine begins, read on every transition. Copies share one index; whoever holds a copy
-// while a game's code may run can go on with the states found in it, even if the machine has begun
+// while user code may run can go on with the states found in it, even if the machine has begun
 // anew with another design meanwhile.
 
 #include "machine/name_map.hpp"
