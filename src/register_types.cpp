@@ -29,6 +29,7 @@
 #include "machine_node/shared_machine_data.hpp"
 #include "settings/class_rows.hpp"
 #include "settings/editor_help.hpp"
+#include "settings/shown_names.hpp"
 
 using namespace godot;
 
@@ -63,6 +64,7 @@ void terminate_quillstead(ModuleInitializationLevel level) {
 	if (level != MODULE_INITIALIZATION_LEVEL_SCENE) {
 		return;
 	}
+	SCMachine::stop_all_before_unloading();
 	design_check::free_shared();
 	design_check::forget_what_was_told();
 	EventRegistry::free_shared();
@@ -79,6 +81,7 @@ void terminate_quillstead(ModuleInitializationLevel level) {
 	CompanionScripts::free_shared();
 	RunScratch::free_shared();
 	MachineNames::free_shared();
+	shown_names::free_shared();
 	ClassRows::free_shared();
 }
 

@@ -71,8 +71,10 @@ bool is_engine_new_enough() {
 
 } // namespace
 
-GDExtensionBinding::InitObject::InitObject(GDExtensionInterfaceGetProcAddress p_get_proc_address, GDExtensionClassLibraryPtr p_library, GDExtensionInitialization *r_initialization) :
-		get_proc_address(p_get_proc_address), library(p_library), initialization(r_initialization) {}
+GDExtensionBinding::InitObject::InitObject(
+		GDExtensionInterfaceGetProcAddress p_get_proc_address, GDExtensionClassLibraryPtr p_library, GDExtensionInitialization *r_initialization) :
+		get_proc_address(p_get_proc_address),
+		library(p_library), initialization(r_initialization) {}
 
 GDExtensionBool GDExtensionBinding::InitObject::init() const {
 	if (get_proc_address == nullptr || library == nullptr || initialization == nullptr) {

@@ -4,6 +4,7 @@
 // variable starts with is shared by every machine of the design, and a watcher of the variable only hears of another value.
 
 #include "action/contents.hpp"
+#include "action/own_value.hpp"
 #include "action/runtime_shapes.hpp"
 #include "action/settings_in_use.hpp"
 #include "machine/value_kinds.hpp"
@@ -14,12 +15,6 @@ namespace contents {
 template <auto Field>
 bool is_given(const SCMachineAction *action) {
 	return setting_of<Field>(action).get_type() != Variant::NIL || !action->is_typed_in(verbs::name_of<Field>());
-}
-// What it holds, to put among a game's own values.
-template <auto Field>
-Variant own_value(const SCMachineAction *action) {
-	const Variant held = setting_of<Field>(action);
-	return action->is_typed_in(verbs::name_of<Field>()) ? own_copy(held) : held;
 }
 
 } // namespace contents
@@ -72,7 +67,7 @@ public:
 		const bool is_nothing = ValueKinds::is_nothing(held);
 		if (!is_nothing && !Derived::is_one(held)) {
 			verbs::warn(machine, action,
-					vformat("%s holds %s, which is not a %s, so it was left alone. Make it %s in the Variables tab, or pick another under %s.", name,
+					vformat("%s holds %s, which is not a %s, so it was left alone. Make it %s under Variables, or pick another under %s.", name,
 							values::kind_in_words(held), Derived::NOUN, Derived::A_TYPE, setting));
 			return;
 		}

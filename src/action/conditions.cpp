@@ -22,7 +22,7 @@ bool read(SCMachineBase *machine, const SCMachineCondition *condition, const Str
 	}
 	if (!machine->has_value(variable)) {
 		verbs::warn(machine, condition,
-				vformat("there is no variable called %s, so the answer is no. Add it in the Variables tab, or pick another under Variable Name.", variable));
+				vformat("there is no variable called %s, so the answer is no. Add it under Variables, or pick another under Variable Name.", variable));
 		return false;
 	}
 	held = machine->get_value(variable);

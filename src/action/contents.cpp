@@ -105,17 +105,6 @@ void Outcome::tell_whether(bool is_there, const Variant &wanted, const Variant &
 	answer = told;
 }
 
-Variant own_copy(const Variant &value) {
-	switch (value.get_type()) {
-		case Variant::ARRAY:
-			return Array(value).duplicate(true);
-		case Variant::DICTIONARY:
-			return Dictionary(value).duplicate(true);
-		default:
-			return value;
-	}
-}
-
 String shown_or(const Variant &value, const char *otherwise) {
 	const String text = words::text_of(value);
 	return text.is_empty() ? String(otherwise) : text;

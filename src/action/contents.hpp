@@ -45,9 +45,6 @@ struct Outcome {
 	void tell_whether(bool is_there, const Variant &wanted, const Variant &told);
 };
 
-// A list or a table typed in belongs to the design: what a game does to its own must never reach it.
-Variant own_copy(const Variant &value);
-
 // Nothing typed in reads as what is meant by it, not as a gap.
 String shown_or(const Variant &value, const char *otherwise);
 // " into gold", or nothing for an answer that is not kept.

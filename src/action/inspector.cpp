@@ -9,6 +9,7 @@
 #include "settings/class_rows.hpp"
 #include "settings/plumbing.hpp"
 #include "settings/setting_rules.hpp"
+#include "settings/shown_names.hpp"
 
 #include <godot_cpp/classes/class_db_singleton.hpp>
 #include <godot_cpp/classes/engine.hpp>
@@ -85,6 +86,7 @@ void validate(const Object *object, PropertyInfo &property) {
 	if (is_plumbing(property.name)) {
 		hide_from_inspector(property);
 	}
+	shown_names::leave_out_of_files(object, property);
 	if (property.name == shared.run_mode) {
 		const SCMachineAction *action = Object::cast_to<SCMachineAction>(object);
 		if (action != nullptr && !const_cast<SCMachineAction *>(action)->uses_run_mode()) {

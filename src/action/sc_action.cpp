@@ -4,10 +4,12 @@
 #include "action/naming.hpp"
 #include "action/places.hpp"
 #include "action/sc_native_actions.hpp"
+#include "action/script_operations.hpp"
 #include "action/static_facilities.hpp"
 #include "action/summary_line.hpp"
 #include "action/twins.hpp"
 #include "action/words.hpp"
+#include "machine/machine_run.hpp"
 #include "machine_node/sc_machine.hpp"
 
 #include <godot_cpp/classes/engine.hpp>
@@ -120,6 +122,28 @@ void SCMachineAction::suit_2d() {
 void SCMachineAction::read_variables(SCMachineBase *machine) {
 	if (kind_alone || !GDVIRTUAL_CALL(_read_variables, as_machine(machine))) {
 		read_variables_default(machine);
+	}
+}
+
+// Reading may call user code, which may leave the state and free the machine.
+bool SCMachineAction::read_variables_first(SCMachineBase *machine) {
+	if (!reads_variables()) {
+		return true;
+	}
+	const Ref<SCMachineAction> held(this);
+	MachineRun &run = machine->run();
+	MachineRun::Busy keep(run);
+	const RunRow *row = run.row_being_run();
+	read_variables(machine);
+	return run.machine() != nullptr && (row == nullptr || row->live);
+}
+
+template <auto Operation, bool ReadsFirst, class... Arguments>
+void SCMachineAction::for_script(const Variant &m, Arguments... arguments) {
+	SCMachineBase *machine = script_operations::machine_or_error<Operation>(m);
+	if (machine != nullptr && (!ReadsFirst || read_variables_first(machine))) {
+		const Ref<SCMachineAction> held(this);
+		(this->*Operation)(machine, arguments...);
 	}
 }
 
@@ -329,8 +353,8 @@ void SCMachineAction::_validate_property(PropertyInfo &property) const {
 void SCMachineAction::_bind_methods() {
 	ClassTable<SCMachineAction> table("One thing a state does. Actions run top to bottom while their state is active.");
 	table.constants_of<RunMode>();
-	table.setting<&SCMachineAction::run_mode>(
-			"run_mode", "Once does the work when the state is entered. Every Frame does it over and over while the state is active.");
+	table.setting<&SCMachineAction::run_mode>("run_mode", { PROPERTY_HINT_ENUM, "Once,Every Frame" },
+			"Once does the work when the state is entered. Every Frame does it over and over while the state is active.");
 	table.setting<&SCMachineAction::update_interval>(
 			"update_interval", { PROPERTY_HINT_RANGE, "0,10,0.001,or_greater,suffix:s,hide_slider" }, "Seconds between repeats. Zero repeats every frame.");
 	table.setting<&SCMachineAction::wait_for_previous>("wait_for_previous", "Only run once the action above this one in the list has finished.");
@@ -341,8 +365,7 @@ void SCMachineAction::_bind_methods() {
 			&SCMachineAction::set_from_variables, &SCMachineAction::get_from_variables,
 			"Which settings are read from a variable of the machine, and from which: setting name to variable name.");
 	ClassDB::bind_method(D_METHOD("get_typed_in"), &SCMachineAction::get_typed_in);
-	ClassDB::add_property("SCMachineAction",
-			PropertyInfo(Variant::DICTIONARY, "_typed_in", PROPERTY_HINT_DICTIONARY_TYPE, "StringName;Variant", PROPERTY_USAGE_NONE), "", "get_typed_in");
+	ClassDB::add_property("SCMachineAction", PropertyInfo(Variant::DICTIONARY, "_typed_in", PROPERTY_HINT_NONE, "", PROPERTY_USAGE_NONE), "", "get_typed_in");
 
 	bind_operations();
 	bind_defaults();
@@ -359,9 +382,12 @@ void SCMachineAction::_bind_methods() {
 }
 
 void SCMachineAction::bind_operations() {
-	ClassDB::bind_method(D_METHOD("enter", "m", "index"), &SCMachineAction::enter);
-	ClassDB::bind_method(D_METHOD("update", "m", "index", "delta"), &SCMachineAction::update);
-	ClassDB::bind_method(D_METHOD("exit", "m", "index"), &SCMachineAction::exit);
+	ClassDB::bind_method(
+			script_operations::named<&SCMachineAction::enter>("enter", "m", "index"), &SCMachineAction::for_script<&SCMachineAction::enter, true, int>);
+	ClassDB::bind_method(script_operations::named<&SCMachineAction::update>("update", "m", "index", "delta"),
+			&SCMachineAction::for_script<&SCMachineAction::update, true, int, double>);
+	ClassDB::bind_method(
+			script_operations::named<&SCMachineAction::exit>("exit", "m", "index"), &SCMachineAction::for_script<&SCMachineAction::exit, true, int>);
 	ClassDB::bind_method(D_METHOD("summary"), &SCMachineAction::summary);
 	ClassDB::bind_method(D_METHOD("wants_physics"), &SCMachineAction::wants_physics);
 	ClassDB::bind_method(D_METHOD("uses_run_mode"), &SCMachineAction::uses_run_mode);
@@ -376,7 +402,8 @@ void SCMachineAction::bind_operations() {
 	ClassDB::bind_method(D_METHOD("events_sent"), &SCMachineAction::events_sent);
 	ClassDB::bind_method(D_METHOD("optional_names"), &SCMachineAction::optional_names);
 	ClassDB::bind_method(D_METHOD("suit_2d"), &SCMachineAction::suit_2d);
-	ClassDB::bind_method(D_METHOD("read_variables", "m"), &SCMachineAction::read_variables);
+	ClassDB::bind_method(script_operations::named<&SCMachineAction::read_variables>("read_variables", "m"),
+			&SCMachineAction::for_script<&SCMachineAction::read_variables, false>);
 	ClassDB::bind_method(D_METHOD("live_words", "m", "line"), &SCMachineAction::live_words);
 
 	GDVIRTUAL_BIND(_enter, "m", "index");
@@ -401,9 +428,12 @@ void SCMachineAction::bind_operations() {
 }
 
 void SCMachineAction::bind_defaults() {
-	ClassDB::bind_method(D_METHOD("enter_default", "m", "index"), &SCMachineAction::enter_default);
-	ClassDB::bind_method(D_METHOD("update_default", "m", "index", "delta"), &SCMachineAction::update_default);
-	ClassDB::bind_method(D_METHOD("exit_default", "m", "index"), &SCMachineAction::exit_default);
+	ClassDB::bind_method(script_operations::named<&SCMachineAction::enter_default>("enter_default", "m", "index"),
+			&SCMachineAction::for_script<&SCMachineAction::enter_default, false, int>);
+	ClassDB::bind_method(script_operations::named<&SCMachineAction::update_default>("update_default", "m", "index", "delta"),
+			&SCMachineAction::for_script<&SCMachineAction::update_default, false, int, double>);
+	ClassDB::bind_method(script_operations::named<&SCMachineAction::exit_default>("exit_default", "m", "index"),
+			&SCMachineAction::for_script<&SCMachineAction::exit_default, false, int>);
 	ClassDB::bind_method(D_METHOD("summary_default"), &SCMachineAction::summary_default);
 	ClassDB::bind_method(D_METHOD("wants_physics_default"), &SCMachineAction::wants_physics_default);
 	ClassDB::bind_method(D_METHOD("uses_run_mode_default"), &SCMachineAction::uses_run_mode_default);

@@ -58,6 +58,8 @@ public:
 	TypedArray<StringName> optional_names();
 	void suit_2d();
 	void read_variables(SCMachineBase *machine);
+	// The same for whoever calls the action in the machine's place. False when it is not to go on.
+	bool read_variables_first(SCMachineBase *machine);
 	String live_words(SCMachineBase *machine, const String &line);
 
 	virtual void enter_default(SCMachineBase *machine, int index);
@@ -97,7 +99,8 @@ public:
 		bound_settings.note_names();
 		from_variables = bindings;
 	}
-	TypedDictionary<StringName, Variant> get_typed_in() const {
+	// Bound without its types: a script that names the engine's "Variant" there does not compile without an error.
+	Dictionary get_typed_in() const {
 		bound_settings.note_typed_in();
 		return typed_in;
 	}
@@ -152,6 +155,10 @@ protected:
 	GDVIRTUAL2R(String, _live_words, SCMachine *, String)
 
 private:
+	// An operation as scripts call it. A default one is what a script's own goes on to, with the variables read already, and
+	// perhaps with settings of its own put in since.
+	template <auto Operation, bool ReadsFirst, class... Arguments>
+	void for_script(const Variant &m, Arguments... arguments);
 	bool ask_uses_run_mode();
 	bool ask_repeats();
 

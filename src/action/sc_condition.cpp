@@ -2,6 +2,7 @@
 
 #include "action/inspector.hpp"
 #include "action/naming.hpp"
+#include "action/script_operations.hpp"
 #include "action/static_facilities.hpp"
 #include "action/summary_line.hpp"
 #include "action/twins.hpp"
@@ -92,12 +93,19 @@ void SCMachineCondition::read_variables(SCMachineBase *machine) {
 bool SCMachineCondition::evaluate(SCMachineBase *machine, const Dictionary &slot) {
 	// Reading the variables may run a script's setter, which may free the machine.
 	const Ref<SCMachineCondition> held(this);
-	const uint64_t machine_id = machine != nullptr ? machine->get_instance_id() : 0;
+	const uint64_t machine_id = machine->get_instance_id();
 	read_variables(machine);
-	if (machine != nullptr && ObjectDB::get_instance(machine_id) == nullptr) {
+	if (ObjectDB::get_instance(machine_id) == nullptr) {
 		return false;
 	}
 	return check(machine, slot) != invert;
+}
+
+template <auto Operation, class... Arguments>
+auto SCMachineCondition::for_script(const Variant &m, Arguments... arguments) {
+	using Answer = decltype((this->*Operation)(nullptr, arguments...));
+	SCMachineBase *machine = script_operations::machine_or_error<Operation>(m);
+	return machine != nullptr ? (this->*Operation)(machine, arguments...) : Answer();
 }
 
 String SCMachineCondition::shown_summary() {
@@ -143,26 +151,32 @@ void SCMachineCondition::_bind_methods() {
 			&SCMachineCondition::set_from_variables, &SCMachineCondition::get_from_variables,
 			"Which settings are read from a variable of the machine, and from which: setting name to variable name.");
 	bind_operations();
-	ClassDB::bind_method(D_METHOD("read_variables", "m"), &SCMachineCondition::read_variables);
-	ClassDB::bind_method(D_METHOD("evaluate", "m", "slot"), &SCMachineCondition::evaluate);
+	ClassDB::bind_method(script_operations::named<&SCMachineCondition::read_variables>("read_variables", "m"),
+			&SCMachineCondition::for_script<&SCMachineCondition::read_variables>);
+	ClassDB::bind_method(script_operations::named<&SCMachineCondition::evaluate>("evaluate", "m", "slot"),
+			&SCMachineCondition::for_script<&SCMachineCondition::evaluate, const Dictionary &>);
 	ClassDB::bind_method(D_METHOD("shown_summary"), &SCMachineCondition::shown_summary);
 	ClassDB::bind_method(D_METHOD("validate_setting", "literal", "property"), &SCMachineCondition::validate_setting);
 	static_facilities::bind_to_condition();
 }
 
 void SCMachineCondition::bind_operations() {
-	ClassDB::bind_method(D_METHOD("check", "m", "slot"), &SCMachineCondition::check);
+	ClassDB::bind_method(script_operations::named<&SCMachineCondition::check>("check", "m", "slot"),
+			&SCMachineCondition::for_script<&SCMachineCondition::check, const Dictionary &>);
 	ClassDB::bind_method(D_METHOD("summary"), &SCMachineCondition::summary);
 	ClassDB::bind_method(D_METHOD("wants_physics"), &SCMachineCondition::wants_physics);
-	ClassDB::bind_method(D_METHOD("rest_signals", "m", "slot"), &SCMachineCondition::rest_signals);
+	ClassDB::bind_method(script_operations::named<&SCMachineCondition::rest_signals>("rest_signals", "m", "slot"),
+			&SCMachineCondition::for_script<&SCMachineCondition::rest_signals, const Dictionary &>);
 	ClassDB::bind_method(D_METHOD("depends_only_on_variables"), &SCMachineCondition::depends_only_on_variables);
 	ClassDB::bind_method(D_METHOD("variables_read"), &SCMachineCondition::variables_read);
 	ClassDB::bind_method(D_METHOD("variables_written"), &SCMachineCondition::variables_written);
 
-	ClassDB::bind_method(D_METHOD("check_default", "m", "slot"), &SCMachineCondition::check_default);
+	ClassDB::bind_method(script_operations::named<&SCMachineCondition::check_default>("check_default", "m", "slot"),
+			&SCMachineCondition::for_script<&SCMachineCondition::check_default, const Dictionary &>);
 	ClassDB::bind_method(D_METHOD("summary_default"), &SCMachineCondition::summary_default);
 	ClassDB::bind_method(D_METHOD("wants_physics_default"), &SCMachineCondition::wants_physics_default);
-	ClassDB::bind_method(D_METHOD("rest_signals_default", "m", "slot"), &SCMachineCondition::rest_signals_default);
+	ClassDB::bind_method(script_operations::named<&SCMachineCondition::rest_signals_default>("rest_signals_default", "m", "slot"),
+			&SCMachineCondition::for_script<&SCMachineCondition::rest_signals_default, const Dictionary &>);
 	ClassDB::bind_method(D_METHOD("depends_only_on_variables_default"), &SCMachineCondition::depends_only_on_variables_default);
 	ClassDB::bind_method(D_METHOD("variables_read_default"), &SCMachineCondition::variables_read_default);
 	ClassDB::bind_method(D_METHOD("variables_written_default"), &SCMachineCondition::variables_written_default);

@@ -86,5 +86,8 @@ protected:
 	GDVIRTUAL0R(PackedStringArray, _variables_written)
 
 private:
+	// An operation as scripts call it.
+	template <auto Operation, class... Arguments>
+	auto for_script(const Variant &m, Arguments... arguments);
 	static void bind_operations();
 };

@@ -89,16 +89,18 @@ void SCNativeActions::call(int what, Object *action, Object *machine, int index,
 	SCMachine *on = Object::cast_to<SCMachine>(machine);
 	SCMachineAction *compiled = Object::cast_to<SCMachineAction>(action);
 	const NativeEntry *entry = on != nullptr && compiled != nullptr ? of_action(compiled) : nullptr;
-	if (entry == nullptr) {
+	const bool is_operation = what >= 0 && what <= 2;
+	if (entry == nullptr || (is_operation && !compiled->read_variables_first(on))) {
 		return;
 	}
+	const Ref<SCMachineAction> held(compiled);
 	if (what == 0) {
 		entry->runtime->enter(on, compiled, index);
 	} else if (what == 1 && entry->has_update) {
 		entry->runtime->update(on, compiled, index, delta);
 	} else if (what == 2 && entry->has_exit) {
 		entry->runtime->exit(on, compiled, index);
-	} else if ((what < 0 || what > 2) && entry->has_other) {
+	} else if (!is_operation && entry->has_other) {
 		entry->runtime->other(on, compiled, index, what);
 	}
 }

@@ -42,7 +42,7 @@ template <auto Field>
 void warn_no_such_variable(SCMachineBase *machine, const SCMachineAction *action, const String &so) {
 	const StringName variable = setting_of<Field>(action);
 	warn(machine, action,
-			vformat("this machine has no variable called %s, so %s. Add it in the Variables tab, or pick another under %s.", variable, so,
+			vformat("this machine has no variable called %s, so %s. Add it under Variables, or pick another under %s.", variable, so,
 					setting_in_inspector(name_of<Field>())));
 }
 

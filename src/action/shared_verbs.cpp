@@ -1,6 +1,9 @@
 #include "action/shared_verbs.hpp"
 
+#include "action/action_shared.hpp"
 #include "action/kind.hpp"
+#include "action/machines.hpp"
+#include "action/spaces.hpp"
 #include "action/storing.hpp"
 #include "settings/class_rows.hpp"
 
@@ -9,13 +12,32 @@
 #include <godot_cpp/classes/property_tweener.hpp>
 #include <godot_cpp/variant/callable_method_pointer.hpp>
 
+namespace {
+
+// " (state Open, in /root/House/Door)": what of it is known.
+String place_of(SCMachineBase *machine) {
+	PackedStringArray told;
+	const StringName state = machines::name_of_state(machine->running_state());
+	if (!state.is_empty()) {
+		told.push_back(vformat("state %s", state));
+	}
+	const Node *target = machine->target_node();
+	const Node *node = target != nullptr ? target : machine;
+	if (node->is_inside_tree()) {
+		told.push_back(vformat("in %s", node->get_path()));
+	}
+	return told.is_empty() ? String() : vformat(" (%s)", String(", ").join(told));
+}
+
+} // namespace
+
 namespace verbs {
 
 void warn(SCMachineBase *machine, const Object *kind, const String &what) {
 	if (machine == nullptr || kind == nullptr) {
 		return;
 	}
-	const String text = vformat("%s on %s: %s", kind_in_palette(kind), machine->name_in_messages(), what);
+	const String text = vformat("%s on %s%s: %s", kind_in_palette(kind), machine->name_in_messages(), place_of(machine), what);
 	MakerWarnings::once_for(machine, vformat("%d %s", kind->get_instance_id(), what), text);
 }
 
@@ -36,7 +58,8 @@ String setting_in_inspector(const StringName &setting) {
 Node *node_or_warn(SCMachineBase *machine, const Object *kind, const NodePath &path, const StringName &setting) {
 	Node *node = values::node_of(machine, path);
 	if (node == nullptr) {
-		const String what = path.is_empty() ? String("the Machine has no node to work on") : vformat("there is no node at %s", words::name_in_line(path));
+		const String what = path.is_empty() ? String("the Machine has no node to work on")
+											: vformat("there is no node at %s", path == ActionShared::get().no_node ? words::name_in_line(path) : String(path));
 		warn(machine, kind, vformat("%s. Pick one under %s.", what, setting_in_inspector(setting)));
 	}
 	return node;
@@ -55,7 +78,7 @@ bool keep(SCMachineBase *machine, const Object *kind, const StringName &variable
 		return true;
 	}
 	warn(machine, kind,
-			vformat("%s holds %s, which cannot become %s, so it was left as it is. Pick another variable under %s, or change its type in the Variables tab.",
+			vformat("%s holds %s, which cannot become %s, so it was left as it is. Pick another variable under %s, or change its type under Variables.",
 					variable, values::kind_in_words(machine->get_value(variable)), values::kind_in_words(answer), setting_in_inspector(setting)));
 	return false;
 }
@@ -80,10 +103,12 @@ void finish_unless_repeating(SCMachineBase *machine, SCMachineAction *action, in
 
 namespace {
 
-// A 3D node outside the tree has no place in the world, and giving it one is an engine error. It goes on once it is back.
+// A 3D node outside the tree, or within a size of 0, has no place in the world, and giving it one is an engine error. It goes on
+// once it is back.
 void set_in_world(const Variant &value, uint64_t node_id, const NodePath &property) {
 	Node *node = Object::cast_to<Node>(ObjectDB::get_instance(ObjectID(node_id)));
-	if (node != nullptr && node->is_inside_tree()) {
+	const Node3D *node_3d = Object::cast_to<Node3D>(node);
+	if (node_3d != nullptr && node->is_inside_tree() && spaces::has_a_way_back(spaces::parent_of(node_3d).basis)) {
 		node->set_indexed(property, value);
 	}
 }

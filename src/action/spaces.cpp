@@ -42,6 +42,24 @@ void warn_if_placed_by_another(SCMachineBase *machine, const Object *kind, const
 	}
 }
 
+bool has_size_or_warn(SCMachineBase *machine, const Object *kind, const Node *placed, bool turning) {
+	const CanvasItem *item = Object::cast_to<CanvasItem>(placed);
+	const Node3D *node_3d = Object::cast_to<Node3D>(placed);
+	const Node *small = nullptr;
+	if (item != nullptr ? !has_a_way_back(parent_of(item)) : node_3d != nullptr && !has_a_way_back(parent_of(node_3d).basis)) {
+		small = placed->get_parent();
+	} else if (turning && node_3d != nullptr && !has_a_way_back(node_3d->get_basis())) {
+		small = placed;
+	}
+	if (small == nullptr) {
+		return true;
+	}
+	verbs::warn(machine, kind,
+			vformat("%s has a size of 0, so %s stays as it is. Give it a Scale above 0.", small->get_name(),
+					small == placed ? String("it") : String(placed->get_name())));
+	return false;
+}
+
 bool place_or_warn(SCMachineBase *machine, const Object *kind, const Variant &value, const StringName &setting) {
 	switch (value.get_type()) {
 		case Variant::VECTOR2:

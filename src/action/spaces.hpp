@@ -31,6 +31,9 @@ Node *placed(SCMachineBase *machine, const Kind *kind) {
 }
 // Says so when a container or the physics will put the node back where they want it.
 void warn_if_placed_by_another(SCMachineBase *machine, const Object *kind, const Node *node);
+// Whether there is a place in the world to put the node at, which there is none for within a size of 0, and for `turning` a 3D
+// node its own. If not, the game maker is told.
+bool has_size_or_warn(SCMachineBase *machine, const Object *kind, const Node *placed, bool turning);
 // Whether a setting of any type holds a vector, or a node that has a place, and one that can be worked with. If not, the game
 // maker is told.
 bool place_or_warn(SCMachineBase *machine, const Object *kind, const Variant &value, const StringName &setting);

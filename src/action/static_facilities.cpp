@@ -13,11 +13,16 @@
 #include "action/words.hpp"
 #include "machine_node/sc_machine.hpp"
 #include "settings/class_rows.hpp"
+#include "settings/editor_help.hpp"
+#include "settings/object_arguments.hpp"
 #include "settings/plumbing.hpp"
+#include "settings/shown_names.hpp"
 
 #include <godot_cpp/core/class_db.hpp>
 
 namespace {
+
+using object_arguments::guarded;
 
 constexpr char ACTION[] = "SCMachineAction";
 constexpr char CONDITION[] = "SCMachineCondition";
@@ -233,14 +238,14 @@ public:
 };
 
 void bind_shared(const Binder &bind) {
-	bind(D_METHOD("position_of", "node"), &position_of);
-	bind(D_METHOD("is_2d", "node"), &is_2d);
-	bind(D_METHOD("distance_between", "a", "b"), &places::distance_between);
+	bind(D_METHOD("position_of", "node"), guarded<&position_of>("position_of"));
+	bind(D_METHOD("is_2d", "node"), guarded<&is_2d>("is_2d"));
+	bind(D_METHOD("distance_between", "a", "b"), guarded<&places::distance_between>("distance_between"));
 	bind(D_METHOD("as_vector3", "value"), &places::as_vector3);
 	bind(D_METHOD("as_vector2", "value"), &places::as_vector2);
-	bind(D_METHOD("number_of", "m", "literal", "variable"), &values::number_of);
-	bind(D_METHOD("value_of", "m", "literal", "variable"), &values::value_of);
-	bind(D_METHOD("node_of", "m", "path"), &values::node_of);
+	bind(D_METHOD("number_of", "m", "literal", "variable"), guarded<&values::number_of>("number_of"));
+	bind(D_METHOD("value_of", "m", "literal", "variable"), guarded<&values::value_of>("value_of"));
+	bind(D_METHOD("node_of", "m", "path"), guarded<&values::node_of>("node_of"));
 	bind(D_METHOD("as_number", "value"), &values::as_number);
 	bind(D_METHOD("as_truth", "value"), &values::as_truth);
 	bind(D_METHOD("same_value", "a", "b"), &values::same_value);
@@ -252,72 +257,74 @@ void bind_inspector(const Binder &bind) {
 	bind(D_METHOD("is_plumbing", "property"), &is_plumbing_named);
 	bind(D_METHOD("hide_from_panels", "property"), &hide_from_panels);
 	bind(D_METHOD("show_as_any_type", "property"), &show_as_any_type);
-	bind(D_METHOD("shown_on_2d", "object"), &shown_on_2d);
+	bind(D_METHOD("shown_on_2d", "object"), guarded<&shown_on_2d>("shown_on_2d"));
 	bind(D_METHOD("set_shown_on_2d", "state"), &set_shown_on_2d);
 	bind(D_METHOD("get_shown_on_2d"), &get_shown_on_2d);
 	bind(D_METHOD("shown_on_2d_known"), &shown_on_2d_known);
+	bind(D_METHOD("_show_name", "resource", "name"), &shown_names::show);
+	bind(D_METHOD("_help_of", "class_name"), &EditorHelp::xml_of);
 	bind(D_METHOD("_is_a_base", "script"), &is_a_base);
 	bind(D_METHOD("_starting_run_mode", "script"), &starting_run_mode);
 }
 
 void bind_kinds(const Binder &bind) {
-	bind(D_METHOD("kind_of", "object"), &kind_of);
-	bind(D_METHOD("kind_name", "object"), &kind_name);
+	bind(D_METHOD("kind_of", "object"), guarded<&kind_of>("kind_of"));
+	bind(D_METHOD("kind_name", "object"), guarded<&kind_name>("kind_name"));
 	bind(D_METHOD("_core_kinds"), &kind_list::rows);
-	bind(D_METHOD("_core_has_runtime", "action_or_condition"), &kind_list::has_runtime);
+	bind(D_METHOD("_core_has_runtime", "action_or_condition"), guarded<&kind_list::has_runtime>("_core_has_runtime"));
 	bind(D_METHOD("can_be_read_from_a_variable", "script"), &can_be_read_from_a_variable);
-	bind(D_METHOD("can_be_read_from_a_variable_of", "object"), &can_be_read_from_a_variable_of);
+	bind(D_METHOD("can_be_read_from_a_variable_of", "object"), guarded<&can_be_read_from_a_variable_of>("can_be_read_from_a_variable_of"));
 	bind(D_METHOD("twin_settings", "script"), &twin_settings);
-	bind(D_METHOD("twin_settings_of", "object"), &twin_settings_of);
+	bind(D_METHOD("twin_settings_of", "object"), guarded<&twin_settings_of>("twin_settings_of"));
 	bind(D_METHOD("setting_behind", "script", "property"), &setting_behind);
-	bind(D_METHOD("setting_behind_of", "object", "property"), &setting_behind_of);
-	bind(D_METHOD("variables_behind", "object"), &variables_behind);
-	bind(D_METHOD("read_variables_into", "object", "named", "typed_in", "m"), &reading::read_variables_into);
+	bind(D_METHOD("setting_behind_of", "object", "property"), guarded<&setting_behind_of>("setting_behind_of"));
+	bind(D_METHOD("variables_behind", "object"), guarded<&variables_behind>("variables_behind"));
+	bind(D_METHOD("read_variables_into", "object", "named", "typed_in", "m"), guarded<&reading::read_variables_into>("read_variables_into"));
 	bind(D_METHOD("holds_any_type", "script", "setting"), &holds_any_type);
-	bind(D_METHOD("naming_settings", "object"), &naming_settings);
-	bind(D_METHOD("shown_settings", "object", "settings"), &shown_settings);
-	bind(D_METHOD("names_held_in", "object", "settings"), &names_held_in);
+	bind(D_METHOD("naming_settings", "object"), guarded<&naming_settings>("naming_settings"));
+	bind(D_METHOD("shown_settings", "object", "settings"), guarded<&shown_settings>("shown_settings"));
+	bind(D_METHOD("names_held_in", "object", "settings"), guarded<&names_held_in>("names_held_in"));
 }
 
 void bind_values(const Binder &bind) {
-	bind(D_METHOD("keep_whole", "m", "variable", "answer"), &values::keep_whole);
-	bind(D_METHOD("item_in", "m", "variable"), &item_in);
-	bind(D_METHOD("path_to", "m", "held"), &values::path_to);
+	bind(D_METHOD("keep_whole", "m", "variable", "answer"), guarded<&values::keep_whole>("keep_whole"));
+	bind(D_METHOD("item_in", "m", "variable"), guarded<&item_in>("item_in"));
+	bind(D_METHOD("path_to", "m", "held"), guarded<&values::path_to>("path_to"));
 	bind(D_METHOD("can_fit", "typed_in", "held"), &values::can_fit);
 	bind(D_METHOD("fitted_to", "typed_in", "held"), &values::fitted_to);
 	bind(D_METHOD("kind_in_words", "value"), &values::kind_in_words);
 	bind(D_METHOD("is_list", "value"), &values::is_list);
-	bind(D_METHOD("_say_it_cannot_fit", "object", "setting", "variable", "held", "typed_in", "m"), &reading::say_it_cannot_fit);
-	bind(D_METHOD("_no_such_variable", "m", "variable"), &values::say_no_such_variable);
+	bind(D_METHOD("_say_it_cannot_fit", "object", "setting", "variable", "held", "typed_in", "m"), guarded<&reading::say_it_cannot_fit>("_say_it_cannot_fit"));
+	bind(D_METHOD("_no_such_variable", "m", "variable"), guarded<&values::say_no_such_variable>("_no_such_variable"));
 }
 
 void bind_places(const Binder &bind) {
-	bind(D_METHOD("set_position_of", "node", "place"), &places::set_position_of);
-	bind(D_METHOD("has_a_place", "node"), &has_a_place);
-	bind(D_METHOD("no_place_words", "node", "setting"), &no_place_words);
+	bind(D_METHOD("set_position_of", "node", "place"), guarded<&places::set_position_of>("set_position_of"));
+	bind(D_METHOD("has_a_place", "node"), guarded<&has_a_place>("has_a_place"));
+	bind(D_METHOD("no_place_words", "node", "setting"), guarded<&no_place_words>("no_place_words"));
 	bind(D_METHOD("pixels_per_metre"), &pixels_per_metre);
 	bind(D_METHOD("starts_in_2d"), &places::starts_in_2d);
-	bind(D_METHOD("suit_settings_2d", "object"), &places::suit_settings_2d);
+	bind(D_METHOD("suit_settings_2d", "object"), guarded<&places::suit_settings_2d>("suit_settings_2d"));
 	bind(D_METHOD("the_machines_own"), &the_machines_own);
 	bind(D_METHOD("no_node"), &no_node);
 	bind(D_METHOD("not_picked"), &not_picked);
 }
 
 void bind_words(const Binder &bind) {
-	bind(D_METHOD("shown_line", "object"), &summary_line::shown_line);
+	bind(D_METHOD("shown_line", "object"), guarded<&summary_line::shown_line>("shown_line"));
 	bind(D_METHOD("has_a_hole", "line"), &summary_line::has_a_hole);
-	bind(D_METHOD("summary_with_variables", "object", "said"), &summary_line::with_variables);
-	bind(D_METHOD("_line_marked", "object", "setting", "number"), &summary_line::line_marked);
+	bind(D_METHOD("summary_with_variables", "object", "said"), guarded<&summary_line::with_variables>("summary_with_variables"));
+	bind(D_METHOD("_line_marked", "object", "setting", "number"), guarded<&summary_line::line_marked>("_line_marked"));
 	bind(D_METHOD("_yes_or_no_that_changed", "said", "marked", "name"), &summary_line::yes_or_no_that_changed);
-	bind(D_METHOD("_choices_of", "object", "setting"), &summary_line::choices_of);
+	bind(D_METHOD("_choices_of", "object", "setting"), guarded<&summary_line::choices_of>("_choices_of"));
 	bind(D_METHOD("_marker_named", "line", "number", "name"), &summary_line::marker_named);
-	bind(D_METHOD("_has_setting", "object", "setting"), &summary_line::has_setting);
+	bind(D_METHOD("_has_setting", "object", "setting"), guarded<&summary_line::has_setting>("_has_setting"));
 	bind(D_METHOD("_marker_for", "like", "number"), &summary_line::marker_for);
 	bind(D_METHOD("_swap_the_part_that_changed", "said", "marked", "name"), &summary_line::swap_the_part_that_changed);
 	bind(D_METHOD("_part_that_changed", "said", "marked", "name"), &summary_line::part_that_changed);
 	bind(D_METHOD("shown_as", "value", "how"), &words::shown_as);
 	bind(D_METHOD("text_of", "value"), &words::text_of);
-	bind(D_METHOD("fill_in", "line", "m", "target", "also"), &words::fill_in, DEFVAL(Variant()), DEFVAL(Dictionary()));
+	bind(D_METHOD("fill_in", "line", "m", "target", "also"), guarded<&words::fill_in>("fill_in"), DEFVAL(Variant()), DEFVAL(Dictionary()));
 	bind(D_METHOD("names_in", "words"), &words::names_in);
 	bind(D_METHOD("name_in_line", "path", "Self", "otherwise"), &words::name_in_line, DEFVAL("Self"), DEFVAL("Self"));
 	bind(D_METHOD("property_in_line", "property"), &words::property_in_line);

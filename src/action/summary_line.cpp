@@ -16,6 +16,7 @@ namespace summary_line {
 namespace {
 
 constexpr char32_t GAP_MARKER[] = U"¤gap¤";
+constexpr char32_t TEXT_MARKER[] = U"¤marked";
 // A part is only swapped in a line that can be taken in at a glance, and only when it is not half of it.
 constexpr int64_t SHORT_LINE = 60;
 constexpr int64_t LONGEST_PART = 40;
@@ -28,9 +29,9 @@ struct Found {
 	explicit operator bool() const { return start >= 0; }
 };
 
-Found find(const String &line, const String &pattern) {
+Found find(const String &line, const String &pattern, int64_t from = 0) {
 	const Ref<RegEx> &expression = ActionShared::get().pattern(pattern);
-	const Ref<RegExMatch> match = expression.is_valid() ? expression->search(line) : Ref<RegExMatch>();
+	const Ref<RegExMatch> match = expression.is_valid() ? expression->search(line, from) : Ref<RegExMatch>();
 	return match.is_valid() ? Found{ match->get_start(0), match->get_end(0) } : Found{};
 }
 
@@ -43,7 +44,7 @@ String in_brackets(const String &name) {
 }
 
 String text_marker(int64_t number) {
-	return vformat(U"¤marked%d¤", number);
+	return String(TEXT_MARKER) + String::num_int64(number) + U"¤";
 }
 
 String summary_of(Object *object) {
@@ -205,6 +206,53 @@ String part_named(const String &said, const String &marked, const String &name, 
 	return replaced(said, { prefix, said.length() - suffix }, in_brackets(name));
 }
 
+bool is_markers_number(const Variant &candidate) {
+	switch (candidate.get_type()) {
+		case Variant::INT:
+		case Variant::FLOAT:
+		case Variant::VECTOR2:
+		case Variant::VECTOR3:
+			return true;
+		default:
+			return false;
+	}
+}
+
+// What else came of the marker: the number said once more, or a sum with it, "[pace] to [pace] + 1 s". Empty when something
+// stays that cannot be told by the name.
+String rest_named(const String &named, const String &said, const Variant &candidate, const String &name) {
+	constexpr char NUMBER[] = "(?<![\\w.])-?\\d+(\\.\\d+)?";
+	if (named.contains(TEXT_MARKER)) {
+		return String();
+	}
+	if (!is_markers_number(candidate)) {
+		return named;
+	}
+	HashSet<String> there_before;
+	for (Found number = find(said, NUMBER); number; number = find(said, NUMBER, number.end)) {
+		there_before.insert(said.substr(number.start, number.end - number.start));
+	}
+	String line = named;
+	for (Found number = find(line, NUMBER); number; number = find(line, NUMBER, number.end)) {
+		const String text = line.substr(number.start, number.end - number.start);
+		if (there_before.has(text)) {
+			continue;
+		}
+		if (candidate.get_type() != Variant::INT && candidate.get_type() != Variant::FLOAT) {
+			return String();
+		}
+		const double marker = candidate;
+		const double more = text.to_float() - marker;
+		if (ABS(more) > ABS(marker) / 2.0) {
+			return String();
+		}
+		const String sum = more == 0.0 ? String() : vformat(more > 0.0 ? " + %s" : " - %s", words::number(ABS(more)));
+		line = replaced(line, number, in_brackets(name) + sum);
+		number.end = number.start + name.length() + 2 + sum.length();
+	}
+	return line;
+}
+
 // `said` with the name put in, or empty, when the setting has this value instead.
 String named_by(Object *object, const StringName &setting, const Variant &candidate, int64_t number, const String &said, const String &name) {
 	const String marked = summary_with(object, setting, candidate);
@@ -213,7 +261,7 @@ String named_by(Object *object, const StringName &setting, const Variant &candid
 	}
 	const String named = marker_named(marked, number, name);
 	if (named != marked) {
-		return named;
+		return rest_named(named, said, candidate, name);
 	}
 	if (candidate.get_type() == Variant::BOOL) {
 		const String answer = yes_or_no_that_changed(said, marked, name);
@@ -223,7 +271,8 @@ String named_by(Object *object, const StringName &setting, const Variant &candid
 	}
 	// A single letter or digit turns up by chance.
 	const String marker_text = words::text_of(candidate);
-	return part_named(said, marked, name, marker_text.length() > 1 && candidate.get_type() != Variant::BOOL ? marker_text : String());
+	const String part = part_named(said, marked, name, marker_text.length() > 1 && candidate.get_type() != Variant::BOOL ? marker_text : String());
+	return rest_named(part, said, candidate, name);
 }
 
 struct Change {

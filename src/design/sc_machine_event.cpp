@@ -1,6 +1,7 @@
 #include "design/sc_machine_event.hpp"
 
 #include "settings/plumbing.hpp"
+#include "settings/shown_names.hpp"
 
 #include <iterator>
 
@@ -35,6 +36,7 @@ String SCMachineEvent::_to_string() const {
 }
 
 void SCMachineEvent::_validate_property(PropertyInfo &property) const {
+	shown_names::leave_out_of_files(this, property);
 	const bool tells_of_data = property.name == StringName("data_name") || property.name == StringName("data_description");
 	if (is_plumbing(property.name) || (tells_of_data && carries == NOTHING)) {
 		hide_from_inspector(property);
@@ -52,7 +54,7 @@ void SCMachineEvent::_bind_methods() {
 			"A declared event. Events themselves are only names; declaring one says what it means, what it carries and whether every machine hears it.");
 	table.constants_of<Carries>();
 	table.setting<&SCMachineEvent::event_name>("event_name", "Exact name under which it is sent and awaited.");
-	table.setting<&SCMachineEvent::description>("description", hint::MULTILINE, "What the event means, shown when the pointer rests on it.");
+	table.setting<&SCMachineEvent::description>("description", hint::MULTILINE, "What the event means.");
 	table.setting<&SCMachineEvent::is_global>("is_global", "Every machine in the game hears it, whoever sends it.");
 	table.property(
 			"carries", table.enum_info<Carries>("carries"), &SCMachineEvent::set_carries, &SCMachineEvent::get_carries, "The kind of value the event carries.");

@@ -1,7 +1,13 @@
 #include "design/sc_machine_note.hpp"
 
+#include "settings/shown_names.hpp"
+
 String SCMachineNote::_to_string() const {
 	return title.is_empty() ? String("Note") : title;
+}
+
+void SCMachineNote::_validate_property(PropertyInfo &property) const {
+	shown_names::leave_out_of_files(this, property);
 }
 
 void SCMachineNote::_bind_methods() {

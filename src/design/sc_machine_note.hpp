@@ -27,4 +27,5 @@ public:
 
 protected:
 	static void _bind_methods();
+	void _validate_property(PropertyInfo &property) const;
 };

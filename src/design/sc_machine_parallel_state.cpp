@@ -1,6 +1,7 @@
 #include "design/sc_machine_parallel_state.hpp"
 
 #include "design/sc_machine_state.hpp"
+#include "settings/shown_names.hpp"
 
 SCMachineParallelState::SCMachineParallelState() = default;
 SCMachineParallelState::~SCMachineParallelState() = default;
@@ -21,6 +22,10 @@ bool SCMachineParallelState::contains(const Ref<Resource> &state) const {
 
 String SCMachineParallelState::_to_string() const {
 	return parallel_name;
+}
+
+void SCMachineParallelState::_validate_property(PropertyInfo &property) const {
+	shown_names::leave_out_of_files(this, property);
 }
 
 void SCMachineParallelState::_bind_methods() {

@@ -4,6 +4,7 @@
 #include "design/sc_machine_parallel_state.hpp"
 #include "design/sc_machine_transition.hpp"
 #include "machine/compiled_design.hpp"
+#include "settings/shown_names.hpp"
 
 SCMachineState::SCMachineState() = default;
 
@@ -103,6 +104,10 @@ int64_t SCMachineState::inner_slot_of(const Ref<Resource> &state) const {
 		}
 	}
 	return -1;
+}
+
+void SCMachineState::_validate_property(PropertyInfo &property) const {
+	shown_names::leave_out_of_files(this, property);
 }
 
 void SCMachineState::_bind_methods() {

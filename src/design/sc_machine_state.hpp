@@ -35,6 +35,7 @@ public:
 
 	// Whether `state` is this one or lies anywhere below it.
 	bool contains(const Ref<Resource> &state) const;
+	bool has_states_inside() const { return !sub_states.is_empty() || !parallel_states.is_empty(); }
 	Ref<SCMachineState> first_sub_state() const;
 	// The state each inner region starts in: one entry per parallel region, else the first sub-state alone.
 	TypedArray<SCMachineState> inner_starts() const;
@@ -47,6 +48,7 @@ public:
 
 protected:
 	static void _bind_methods();
+	void _validate_property(PropertyInfo &property) const;
 
 private:
 	bool contains_within(const Ref<Resource> &state, HashSet<uint64_t> &visited) const;

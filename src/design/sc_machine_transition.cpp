@@ -1,6 +1,7 @@
 #include "design/sc_machine_transition.hpp"
 
 #include "settings/plumbing.hpp"
+#include "settings/shown_names.hpp"
 
 StringName SCMachineTransition::finished_event() {
 	return "FINISHED";
@@ -12,6 +13,7 @@ String SCMachineTransition::_to_string() const {
 }
 
 void SCMachineTransition::_validate_property(PropertyInfo &property) const {
+	shown_names::leave_out_of_files(this, property);
 	if (is_plumbing(property.name) || property.name == StringName("graph_position")) {
 		hide_from_inspector(property);
 	}

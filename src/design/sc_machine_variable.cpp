@@ -1,8 +1,10 @@
 #include "design/sc_machine_variable.hpp"
 
 #include "machine/companion_scripts.hpp"
+#include "machine/own_copy.hpp"
 #include "machine_node/sc_machine.hpp"
 #include "settings/plumbing.hpp"
+#include "settings/shown_names.hpp"
 
 #include <godot_cpp/core/object.hpp>
 
@@ -50,10 +52,7 @@ Variant SCMachineVariable::starting_value_for(Node *machine) const {
 	if (default_value.get_type() == Variant::ARRAY) {
 		return list_for(machine);
 	}
-	if (default_value.get_type() == Variant::DICTIONARY) {
-		return Dictionary(default_value).duplicate(true);
-	}
-	return default_value;
+	return own_copy(default_value);
 }
 
 Variant SCMachineVariable::list_for(Node *machine) const {
@@ -107,6 +106,7 @@ void SCMachineVariable::_get_property_list(List<PropertyInfo> *list) const {
 }
 
 void SCMachineVariable::_validate_property(PropertyInfo &property) const {
+	shown_names::leave_out_of_files(this, property);
 	const StringName &named = property.name;
 	bool hidden = is_plumbing(named);
 	if (named == StringName("default_value")) {
@@ -142,7 +142,7 @@ void SCMachineVariable::_bind_methods() {
 	table.setting<&SCMachineVariable::default_value>("default_value", "What the value starts as when the machine starts. Its type is the variable's type.");
 	table.setting<&SCMachineVariable::starting_node>(
 			"starting_node", "The node held at start, kept as the way to it from the machine, so every machine running this template finds its own.");
-	table.setting<&SCMachineVariable::description>("description", hint::MULTILINE, "What the value is for, shown when the pointer rests on it in the graph.");
+	table.setting<&SCMachineVariable::description>("description", hint::MULTILINE, "What the value is for.");
 	table.setting<&SCMachineVariable::never_below>(
 			"never_below", "The lowest value: a number such as 0, or the name of another float or int variable. Empty means no limit.");
 	table.property("never_above", PropertyInfo(Variant::STRING, "never_above"), &SCMachineVariable::set_never_above, &SCMachineVariable::get_never_above,

@@ -12,7 +12,7 @@ namespace {
 
 void check_target(CheckedDesign &design, SCMachine &machine) {
 	if (!machine.target_path.is_empty() && machine.is_inside_tree() && machine.get_node_or_null(machine.target_path) == nullptr) {
-		design.find(DesignFinding::WARNING, "missing_target", design.name, &machine,
+		design.find(DesignFinding::WARNING, "missing_target", machine.name_in_messages(), &machine,
 				vformat("its Target Path leads to %s, and there is no node, so it works on none", String(machine.target_path)),
 				"Pick a node under Target Path, or leave it empty for the node it is put under.");
 	}
@@ -25,8 +25,8 @@ void check_own_states(CheckedDesign &design, SCMachine &machine) {
 	}
 	const TypedArray<SCMachineState> own = machine.get_states();
 	if (!own.is_empty() && !machine.machine_template->states.has(own[0])) {
-		design.find(DesignFinding::WARNING, "unused_states", design.name, &machine, "it has a template and states of its own, and only the template is run",
-				"Empty its States, or clear its Template.");
+		design.find(DesignFinding::WARNING, "unused_states", machine.name_in_messages(), &machine,
+				"it has a template and states of its own, and only the template is run", "Empty its States, or clear its Template.");
 	}
 }
 
@@ -60,10 +60,11 @@ void check_starting_values(CheckedDesign &design, SCMachine &machine) {
 		const SCMachineVariable *variable = declared(variables, name);
 		const StringName meant = variable == nullptr ? near_names::nearest(name, known) : StringName();
 		if (!meant.is_empty()) {
-			design.find(DesignFinding::WARNING, "starting_value", design.name, &machine, vformat("its Starting Values name %s, which is not declared", name),
+			design.find(DesignFinding::WARNING, "starting_value", machine.name_in_messages(), &machine,
+					vformat("its Starting Values name %s, which is not declared", name),
 					vformat("%sWrite the name of a variable that it has.", near_names::did_you_mean(meant)));
 		} else if (variable != nullptr && !values::can_fit(variable->default_value, value)) {
-			design.find(DesignFinding::WARNING, "starting_value", design.name, &machine,
+			design.find(DesignFinding::WARNING, "starting_value", machine.name_in_messages(), &machine,
 					vformat("its Starting Values give %s %s, and that variable is %s", name, values::kind_in_words(value),
 							values::kind_in_words(variable->default_value)),
 					"Give it the right kind of value there.");

@@ -72,7 +72,7 @@ void check_variables(CheckedDesign &design) {
 			what = vformat("its %s is read from the variable %s, which is not declared", verbs::setting_in_inspector(use.setting), use.name);
 		}
 		design.find(is_sure ? DesignFinding::WARNING : DesignFinding::HINT, "undeclared_variable", use.place, use.about, what,
-				vformat("%sAdd %s in the Variables tab, or pick one that is there.", near_names::did_you_mean(meant), use.name));
+				vformat("%sAdd %s under Variables, or pick one that is there.", near_names::did_you_mean(meant), use.name));
 	};
 	for (const NameUse &use : design.read) {
 		look_at(use, true);

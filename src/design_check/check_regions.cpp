@@ -1,5 +1,6 @@
 // States within a state: parallel states that hold nothing or start elsewhere, and what lies inside itself.
 
+#include "design/sc_machine_parallel_state.hpp"
 #include "design_check/design_check.hpp"
 
 namespace design_check {

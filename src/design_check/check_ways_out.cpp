@@ -1,6 +1,7 @@
 // Ways out of a state that are never taken, although each name in them is right.
 
 #include "action/sc_action.hpp"
+#include "design/sc_machine_parallel_state.hpp"
 #include "design/sc_machine_transition.hpp"
 #include "design_check/design_check.hpp"
 #include "design_check/near_names.hpp"

@@ -10,6 +10,8 @@
 #include <godot_cpp/variant/typed_array.hpp>
 #include <godot_cpp/variant/utility_functions.hpp>
 
+#include <utility>
+
 namespace design_check {
 
 namespace {
@@ -22,7 +24,10 @@ constexpr const char *SETTING = "quillstead/debug/check_designs";
 
 HashSet<uint64_t> *told = nullptr;
 
-LocalVector<DesignFinding> checked(CheckedDesign design, const Object *of) {
+LocalVector<DesignFinding> checked(CheckedDesign design, const Object *of, SCMachine *machine) {
+	if (machine != nullptr) {
+		check_machine(design, *machine);
+	}
 	check_starts(design);
 	check_state_names(design);
 	check_transitions(design);
@@ -48,14 +53,7 @@ LocalVector<DesignFinding> checked(CheckedDesign design, const Object *of) {
 LocalVector<DesignFinding> findings_on(SCMachine &machine) {
 	CheckedDesign nothing(machine.name_in_messages());
 	check_machine(nothing, machine);
-	return nothing.findings;
-}
-
-LocalVector<DesignFinding> with_further(LocalVector<DesignFinding> findings, const LocalVector<DesignFinding> &further) {
-	for (const DesignFinding &finding : further) {
-		findings.push_back(finding);
-	}
-	return findings;
+	return std::move(nothing.findings);
 }
 
 TypedArray<Dictionary> findings_for_scripts(Object *design) {
@@ -86,6 +84,7 @@ void tell_at_start(SCMachine *machine) {
 	if (!ProjectSettings::get_singleton()->get_setting(SETTING, true).booleanize()) {
 		return;
 	}
+	// Each machine has its own, whichever of them was the first to run the design.
 	for (const DesignFinding &finding : findings_on(*machine)) {
 		UtilityFunctions::push_warning(finding.sentence());
 	}
@@ -104,6 +103,9 @@ void tell_at_start(SCMachine *machine) {
 	PackedStringArray lines;
 	int64_t further = 0;
 	for (const DesignFinding &finding : findings_in(machine)) {
+		if (finding.about.get_validated_object() == machine) {
+			continue;
+		}
 		// A machine that has nowhere to start says so itself.
 		const String rule = finding.rule;
 		if (finding.severity != DesignFinding::WARNING || rule == "no_start" || rule == "no_states") {
@@ -129,15 +131,14 @@ void tell_at_start(SCMachine *machine) {
 LocalVector<DesignFinding> findings_in(Object *design) {
 	SCMachine *machine = Object::cast_to<SCMachine>(design);
 	const Ref<SCMachineTemplate> its_template(machine != nullptr ? machine->machine_template.ptr() : Object::cast_to<SCMachineTemplate>(design));
-	LocalVector<DesignFinding> findings = machine != nullptr ? findings_on(*machine) : LocalVector<DesignFinding>();
 	if (its_template.is_valid()) {
-		return with_further(findings, checked(CheckedDesign(*its_template.ptr()), its_template.ptr()));
+		return checked(CheckedDesign(*its_template.ptr()), its_template.ptr(), machine);
 	}
 	if (machine == nullptr) {
 		ERR_PRINT("Parameter \"design\" is neither a machine nor a template.");
 		return LocalVector<DesignFinding>();
 	}
-	return with_further(findings, checked(CheckedDesign(*machine), machine));
+	return checked(CheckedDesign(*machine), machine, machine);
 }
 
 void register_check() {

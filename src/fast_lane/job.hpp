@@ -9,6 +9,7 @@
 
 #include <godot_cpp/core/object_id.hpp>
 #include <godot_cpp/variant/string_name.hpp>
+#include <godot_cpp/variant/variant.hpp>
 
 #include <cstdint>
 
@@ -64,6 +65,9 @@ struct FastLaneJobRest {
 	StringName true_event;
 	StringName false_event;
 	StringName reached_event;
+	// A check's record, in which it keeps its last answer; nil when nobody asks for that.
+	Variant slot;
+	bool is_turned = false;
 
 	Vector3 home;
 	double radius = 0.0;

@@ -115,6 +115,12 @@ int32_t SCFastLane::add_distance_check(bool physics, Object *machine, Object *bo
 	return number_of(job);
 }
 
+void SCFastLane::keep_answer_in(int32_t check, const Dictionary &slot, bool is_turned) {
+	FastLaneJobRest &rest = rests[uint32_t(check)];
+	rest.slot = slot;
+	rest.is_turned = is_turned;
+}
+
 int32_t SCFastLane::add_chase(bool physics, Object *machine, Object *body, const StringName &target_variable, double speed, double stop_within,
 		const StringName &reached_event, bool there) {
 	FastLaneJob *job = new_job(FastLaneJob::CHASE, physics, machine, body);
@@ -164,6 +170,7 @@ void SCFastLane::remove(int64_t number) {
 // `machine_gone`: nobody knows the number any more.
 void SCFastLane::end(uint32_t number, bool machine_gone) {
 	FastLaneJob &job = jobs[number];
+	rests[number].slot = Variant();
 	running--;
 	if (job.physics) {
 		running_in_physics--;

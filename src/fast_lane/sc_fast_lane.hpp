@@ -36,6 +36,8 @@ public:
 	// `last` and the like are how far the action has come by itself.
 	int32_t add_distance_check(bool physics, Object *machine, Object *body, const StringName &group, Object *to_node, double distance, bool ignore_height,
 			const StringName &true_event, const StringName &false_event, int32_t last);
+	// The answer is written there each time that it changes, turned round for a condition that is.
+	void keep_answer_in(int32_t check, const Dictionary &slot, bool is_turned);
 	int32_t add_chase(bool physics, Object *machine, Object *body, const StringName &target_variable, double speed, double stop_within,
 			const StringName &reached_event, bool there);
 	int32_t add_wander(bool physics, Object *machine, Object *body, const Variant &home, double radius, double speed, double arrive_within, double pause_for,

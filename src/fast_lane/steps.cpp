@@ -181,6 +181,9 @@ inline void SCFastLane::check_distance(FastLaneJob &job, GDExtensionObjectPtr bo
 	}
 	job.told = int8_t(answer);
 	const FastLaneJobRest &rest = rest_of(&job);
+	if (rest.slot.get_type() == Variant::DICTIONARY) {
+		Dictionary(rest.slot)[MachineNames::shared().check_last] = answer != rest.is_turned;
+	}
 	send(job.machine, answer ? rest.true_event : rest.false_event);
 }
 

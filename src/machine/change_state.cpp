@@ -100,7 +100,7 @@ void MachineRun::changed_state() {
 
 bool MachineRun::go_to(const StringName &state_name) {
 	const Ref<Resource> state = find_state(state_name);
-	if (state.is_null()) {
+	if (state.is_null() || !running) {
 		return false;
 	}
 	go_from_here(state.ptr());
@@ -203,12 +203,17 @@ void MachineRun::restart_row(RunRow *row, LocalVector<RunRow *> &fresh) {
 	const Ref<Resource> previous = row->in_a_branch() ? row->deepest_first()->state : Ref<Resource>();
 	RunRow *parent = row->parent;
 	const int slot = row->slot_in_parent;
-	leave_row(row);
-	LocalVector<Variant> answers;
+	// As they stand before anything is left.
+	LocalVector<Dictionary> answers;
 	for (const ActionRun &action : row->runs) {
 		const Dictionary memory = action.slot.get_type() == Variant::DICTIONARY ? Dictionary(action.slot) : Dictionary();
-		answers.push_back(memory.get(check_last, Variant()));
+		Dictionary kept;
+		if (memory.has(check_last)) {
+			kept[check_last] = memory[check_last];
+		}
+		answers.push_back(kept);
 	}
+	leave_row(row);
 	detach_and_retire(row);
 	if (act_on_pending() || !running || (parent != nullptr && !parent->live)) {
 		return;
@@ -218,10 +223,8 @@ void MachineRun::restart_row(RunRow *row, LocalVector<RunRow *> &fresh) {
 		return;
 	}
 	for (uint32_t i = 0; i < answers.size() && i < again->runs.size(); i++) {
-		if (answers[i].get_type() != Variant::NIL) {
-			Dictionary memory;
-			memory[check_last] = answers[i];
-			again->runs[i].slot = memory;
+		if (!answers[i].is_empty()) {
+			again->runs[i].slot = answers[i];
 		}
 	}
 	finish_entering(fresh, previous.ptr());
@@ -237,7 +240,8 @@ RunRow *MachineRun::enter_row(Resource *state, RunRow *parent, int slot, const T
 	row->table = CompiledDesign::actions_of(state, row->compiled, row->table);
 	row->plan = CompiledDesign::plan_of(state, row->compiled, row->plan);
 	Variant starts;
-	if (row->plan->composite) {
+	// Asked anew each time: a state may be given its first sub-states long after it was compiled.
+	if (row->compiled == nullptr || row->compiled->has_states_inside()) {
 		starts = inner_starts_of(state, row->compiled);
 	}
 	const RunRow *there = nullptr;
@@ -335,7 +339,7 @@ void MachineRun::finish_entering(const LocalVector<RunRow *> &fresh, Resource *e
 	}
 
 	// Tell whoever listens.
-	tell_of_change(current, previous);
+	tell_of_change(current, previous, fresh);
 
 	// Set the new rows to work. Each may be dead by now, or be killed by the one before it.
 	for (RunRow *row : fresh) {
@@ -357,7 +361,7 @@ void MachineRun::finish_entering(const LocalVector<RunRow *> &fresh, Resource *e
 }
 
 // Whoever calls this keeps both states until it has begun.
-void MachineRun::tell_of_change(Resource *entered, Resource *left) {
+void MachineRun::tell_of_change(Resource *entered, Resource *left, const LocalVector<RunRow *> &fresh) {
 	const bool heard = is_heard(MachineNames::shared().state_changed);
 	if (!heard && !debugger_active && !debug_log) {
 		return;
@@ -370,10 +374,7 @@ void MachineRun::tell_of_change(Resource *entered, Resource *left) {
 	}
 	if (debugger_active && node != nullptr) {
 		DebuggerChannel::state(*this, now, previous);
-		if (CompiledDesign::plan_of(now.ptr(), Object::cast_to<SCMachineState>(now.ptr()), nullptr)->pause_here && !paused) {
-			set_paused(true);
-			DebuggerChannel::paused(*this, now);
-		}
+		pause_where_told(fresh);
 		call_node(MachineNames::shared().report_values);
 	}
 	if (debug_log && node != nullptr) {
@@ -382,6 +383,23 @@ void MachineRun::tell_of_change(Resource *entered, Resource *left) {
 		} else {
 			UtilityFunctions::print(vformat("[Machine] %s: starts in %s", owner_name(), name_of(now.ptr())));
 		}
+	}
+}
+
+// Any of the states just entered may say so, also one with others inside it.
+void MachineRun::pause_where_told(const LocalVector<RunRow *> &fresh) {
+	for (const RunRow *row : fresh) {
+		const bool pauses = row->live && (row->compiled != nullptr ? row->compiled->pause_here : row->plan->pause_here);
+		if (!pauses || paused || node == nullptr) {
+			continue;
+		}
+		const Ref<Resource> state = row->state;
+		UtilityFunctions::print(
+				vformat("[Machine] %s: paused in %s, which has Pause Here on. Call set_paused(false) on the machine to go on, or switch Pause Here off.",
+						owner_name(), name_of(state.ptr())));
+		set_paused(true);
+		DebuggerChannel::paused(*this, state);
+		return;
 	}
 }
 

@@ -11,6 +11,11 @@
 #include <godot_cpp/core/object.hpp>
 #include <godot_cpp/templates/hash_set.hpp>
 
+#include <atomic>
+#include <mutex>
+#include <thread>
+#include <utility>
+
 namespace {
 
 template <class Record>
@@ -77,6 +82,7 @@ public:
 };
 
 struct Tables {
+	const std::thread::id thread = std::this_thread::get_id();
 	RecordTable<StatePlan> plans;
 	RecordTable<ActionTable> actions;
 	// States that are not the compiled class, which says so when it goes: these are asked after.
@@ -105,12 +111,42 @@ struct Tables {
 	}
 };
 
-Tables *tables = nullptr;
+std::atomic<Tables *> tables = nullptr;
+
+// The tables belong to the thread that the machines run on. A loader's thread may free a state as well: its records go when
+// that thread next has to do with the tables.
+std::mutex freed_lock;
+LocalVector<uint64_t> *freed_elsewhere = nullptr;
+
+void note_freed_elsewhere(uint64_t state_id) {
+	const std::lock_guard<std::mutex> held(freed_lock);
+	if (freed_elsewhere == nullptr) {
+		freed_elsewhere = memnew(LocalVector<uint64_t>);
+	}
+	freed_elsewhere->push_back(state_id);
+}
+
+void forget_freed_elsewhere(Tables &its_tables) {
+	LocalVector<uint64_t> *freed = nullptr;
+	{
+		const std::lock_guard<std::mutex> held(freed_lock);
+		freed = std::exchange(freed_elsewhere, nullptr);
+	}
+	if (freed == nullptr) {
+		return;
+	}
+	// What a record keeps may end with it, and be a state itself.
+	for (const uint64_t state_id : *freed) {
+		its_tables.forget(state_id);
+	}
+	memdelete(freed);
+}
 
 Tables &shared_tables() {
 	if (tables == nullptr) {
 		tables = memnew(Tables);
 	}
+	forget_freed_elsewhere(*tables);
 	return *tables;
 }
 
@@ -141,12 +177,10 @@ StatePlan *compile_plan(const Resource *state, const SCMachineState *compiled, c
 		plan->has_finished = plan->has_finished || plan->rows[i].event == names.finished_event;
 	}
 	if (compiled != nullptr) {
-		plan->composite = !compiled->sub_states.is_empty() || !compiled->parallel_states.is_empty();
 		plan->end_state = compiled->is_end_state;
 		plan->pause_here = compiled->pause_here;
 		plan->name = compiled->state_name;
 	} else {
-		plan->composite = !Array(state->get(names.sub_states)).is_empty() || !Array(state->get(names.parallel_states)).is_empty();
 		plan->end_state = state->get(names.is_end_state).booleanize();
 		plan->pause_here = state->get(names.pause_here).booleanize();
 		plan->name = state->get(names.state_name);
@@ -242,8 +276,14 @@ const ActionTable *CompiledDesign::actions_of(Resource *state, const SCMachineSt
 }
 
 void CompiledDesign::forget_state(uint64_t state_id) {
-	if (tables != nullptr) {
-		tables->forget(state_id);
+	Tables *its_tables = tables;
+	if (its_tables == nullptr) {
+		return;
+	}
+	if (std::this_thread::get_id() == its_tables->thread) {
+		its_tables->forget(state_id);
+	} else {
+		note_freed_elsewhere(state_id);
 	}
 }
 
@@ -252,6 +292,7 @@ void CompiledDesign::free_shared() {
 	Tables *former = tables;
 	tables = nullptr;
 	if (former != nullptr) {
+		forget_freed_elsewhere(*former);
 		memdelete(former);
 	}
 }

@@ -32,7 +32,6 @@ struct StatePlan {
 
 	LocalVector<TransitionRow> rows;
 	bool has_finished = false;
-	bool composite = false;
 	bool end_state = false;
 	bool pause_here = false;
 	StringName name;

@@ -53,6 +53,9 @@ struct EventState {
 	HashMap<StringName, UsedPress> used_presses;
 
 	void remember(const StringName &name, const Variant &data, uint64_t sender);
+	// How many of its events are being told to listeners, each from within the one before.
+	int telling = 0;
+
 	bool has_forwarders() const { return forwarders_known > 0; }
 	void forget_last() { remember(StringName(), Variant(), 0); }
 	void add_forwarder(const Callable &forwarder);

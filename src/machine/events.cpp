@@ -2,6 +2,7 @@
 
 #include "design/sc_machine_state.hpp"
 #include "design/sc_machine_transition.hpp"
+#include "machine/companion_scripts.hpp"
 #include "machine/debugger_channel.hpp"
 #include "machine/engine_frame.hpp"
 #include "machine/machine_run.hpp"
@@ -116,7 +117,9 @@ void MachineRun::take_event(const StringName &name, const Variant &carried, bool
 	ScopedTimer timer(false);
 
 	// Every event is heard and reported, also by a machine that will not take it.
-	emit(MachineNames::shared().event_sent, name, carried);
+	if (!tell_of_event(name, carried)) {
+		return;
+	}
 	if (debugger_active && node != nullptr) {
 		DebuggerChannel::events(*this, name, carried, global);
 	}
@@ -135,6 +138,33 @@ void MachineRun::take_event(const StringName &name, const Variant &carried, bool
 		return;
 	}
 	dispatch_counted(name, carried);
+}
+
+// Whoever hears of an event may send another, which is told in turn. A listener that answers every event with one would go on
+// until the stack is full, so from some depth on an event is dropped, and so is what else comes on the way back: two such
+// listeners would be told twice as often at each depth. Answers whether the event is to be taken.
+bool MachineRun::tell_of_event(const StringName &name, const Variant &carried) {
+	static int telling_anywhere = 0;
+	static bool too_deep = false;
+	if (!is_heard(MachineNames::shared().event_sent)) {
+		return true;
+	}
+	if (telling_anywhere >= MOST_NESTED_CHANGES || (too_deep && events.telling > 0)) {
+		too_deep = true;
+		MakerWarnings::once_for(node, "event_sent without end",
+				vformat("Machine on %s: the event %s was dropped. It was sent because the event_sent signal told of an event, which was sent for the same "
+						"reason, and so on %d times. Look for an Event On Signal, or a script, that listens to event_sent and sends an event each time. Let it "
+						"send only after the events that it is meant for.",
+						node->name_in_messages(), name, MOST_NESTED_CHANGES));
+		return false;
+	}
+	telling_anywhere++;
+	events.telling++;
+	emit_heard(MachineNames::shared().event_sent, name, carried);
+	events.telling--;
+	telling_anywhere--;
+	too_deep = too_deep && telling_anywhere > 0;
+	return true;
 }
 
 // An event from outside starts a fresh count of the states entered, and leaves one behind.

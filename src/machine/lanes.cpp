@@ -129,10 +129,13 @@ void MachineRun::switch_lane(Lane lane, bool on) {
 	if (lane_known[lane] && lane_on[lane] == on) {
 		return;
 	}
-	if (lane == LANE_FRAME) {
-		node->set_process(on);
-	} else {
-		node->set_physics_process(on);
+	// A script that has the callback for itself goes on getting it.
+	if (!node->keeps_callback(lane == LANE_PHYSICS)) {
+		if (lane == LANE_FRAME) {
+			node->set_process(on);
+		} else {
+			node->set_physics_process(on);
+		}
 	}
 	lane_known[lane] = true;
 	lane_on[lane] = on;

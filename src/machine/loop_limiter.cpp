@@ -28,11 +28,18 @@ void LoopLimiter::progress_made(uint64_t walker, int64_t most, uint64_t now) {
 		walkers_frame = now;
 		walkers.clear();
 	}
-	int64_t &steps = walkers[walker];
-	steps++;
-	if (steps > most) {
+	uint32_t at = 0;
+	while (at < walkers.size() && walkers[at].id != walker) {
+		at++;
+	}
+	if (at == walkers.size()) {
+		walkers.push_back({ walker, 0 });
+	}
+	walkers[at].steps++;
+	if (walkers[at].steps > most) {
 		return;
 	}
+	walkers.resize(at + 1);
 	frame_count = frame_count > chain_count ? frame_count - chain_count : 0;
 	chain_count = 0;
 }

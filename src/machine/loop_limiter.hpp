@@ -5,7 +5,7 @@
 // times that many.
 
 #include <godot_cpp/core/defs.hpp>
-#include <godot_cpp/templates/hash_map.hpp>
+#include <godot_cpp/templates/local_vector.hpp>
 
 #include <cstdint>
 
@@ -22,7 +22,12 @@ class LoopLimiter {
 	// With those that were forgiven.
 	int64_t entered_in_frame = 0;
 	uint64_t frame = 0;
-	HashMap<uint64_t, int64_t> walkers;
+	struct Walker {
+		uint64_t id;
+		int64_t steps;
+	};
+	// Those that moved on in this frame, in the order in which they first did: an outer one before those inside it.
+	LocalVector<Walker> walkers;
 	uint64_t walkers_frame = 0;
 
 	int64_t loop_limit = 50;
@@ -37,6 +42,7 @@ public:
 	int64_t count_entry(uint64_t now);
 	// An event from outside starts a fresh count, and so does its end.
 	void begin_chain() { chain_count = 0; }
-	// A ring of states that moved `walker` one step on is forgiven, `most` times a frame.
+	// A ring of states that moved `walker` one step on is forgiven, `most` times a frame. Where rings lie in one another, an
+	// inner one begins anew with every step of the one around it.
 	void progress_made(uint64_t walker, int64_t most, uint64_t now);
 };

@@ -207,11 +207,10 @@ public:
 	// write comes mark_values_changed().
 	Variant *unguarded_value(const StringName &name) { return values.in_use && !values.guarded && !values.watching ? values.table.getptr(name) : nullptr; }
 	void mark_values_changed() {
-		if (!values.changed) {
+		// Only ever set together with the call that reports it.
+		if (debugger_active && !values.changed) {
 			values.changed = true;
-			if (debugger_active) {
-				report_values_later();
-			}
+			report_values_later();
 		}
 	}
 	void report_values_later();
@@ -246,6 +245,8 @@ public:
 	// of the node, as asking the engine for each machine costs more than the work.
 	bool lane_goes_on() const { return can_process && !paused; }
 	void note_can_process(bool inside_tree);
+	// Whether the machine's own work asks for this lane, whatever the node is called for besides.
+	bool is_lane_on(Lane lane) const { return lane_known[lane] && lane_on[lane]; }
 	// The engine turns both callbacks of a node on as it becomes ready.
 	void forget_lanes_known() { lane_known[LANE_FRAME] = lane_known[LANE_PHYSICS] = false; }
 
@@ -295,7 +296,8 @@ private:
 	RunRow *enter_row(Resource *state, RunRow *parent, int slot, const Targets &targets, LocalVector<RunRow *> &fresh);
 	void finish_entering(const LocalVector<RunRow *> &fresh, Resource *previous);
 	void enter_inner_rows(RunRow *row, const Array &starts, const Targets &targets, LocalVector<RunRow *> &fresh);
-	void tell_of_change(Resource *entered, Resource *left);
+	void tell_of_change(Resource *entered, Resource *left, const LocalVector<RunRow *> &fresh);
+	void pause_where_told(const LocalVector<RunRow *> &fresh);
 	void make_current(Resource *state);
 	void forget_event();
 	void leave_row(RunRow *row);
@@ -304,6 +306,7 @@ private:
 	void stop_now();
 	bool is_heard(const StringName &signal) const;
 	void emit(const StringName &signal, const Variant &first, const Variant &second = Variant());
+	bool tell_of_event(const StringName &name, const Variant &carried);
 	void emit_heard(const StringName &signal, const Variant &first, const Variant &second);
 	String owner_name() const;
 	void enter_as_root(Resource *top, const Targets &targets, LocalVector<RunRow *> &fresh);

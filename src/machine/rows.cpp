@@ -57,7 +57,9 @@ RunRow *MachineRun::row_in(const Resource *state) {
 Array MachineRun::active_chain() {
 	TypedArray<SCMachineState> states;
 	for (const RunRow *row = root; row != nullptr && row->live; row = row->has_children() ? row->children[0] : nullptr) {
-		states.push_back(row->state);
+		if (row->compiled != nullptr) {
+			states.push_back(row->state);
+		}
 	}
 	return states;
 }
@@ -65,7 +67,10 @@ Array MachineRun::active_chain() {
 Array MachineRun::active_states() {
 	TypedArray<SCMachineState> states;
 	for (const RunRow *row : live_rows()) {
-		states.push_back(row->state);
+		// A state of a script's own does not fit in here.
+		if (row->compiled != nullptr) {
+			states.push_back(row->state);
+		}
 	}
 	return states;
 }

@@ -32,17 +32,22 @@ const MethodCounts &counts_of(const Ref<Script> &script) {
 	return *counts_by_script->getptr(id);
 }
 
+int count_of(Object *object, const StringName &method) {
+	const Ref<Script> script = object->get_script();
+	const int *count = script.is_valid() ? counts_of(script).getptr(method) : nullptr;
+	return count != nullptr ? *count : 0;
+}
+
 } // namespace
 
 // The list of a script holds its own methods and those of the scripts below it: one that stands there
 // twice is defined by a base and again by a script that extends it.
 bool ScriptMethods::overrides(Object *object, const StringName &method) {
-	const Ref<Script> script = object->get_script();
-	if (script.is_null()) {
-		return false;
-	}
-	const int *count = counts_of(script).getptr(method);
-	return count != nullptr && *count >= 2;
+	return count_of(object, method) >= 2;
+}
+
+bool ScriptMethods::defines(Object *object, const StringName &method) {
+	return count_of(object, method) >= 1;
 }
 
 void ScriptMethods::free_shared() {

@@ -12,5 +12,7 @@ class Object;
 class ScriptMethods {
 public:
 	static bool overrides(godot::Object *object, const godot::StringName &method);
+	// Whether the object's script has the method at all.
+	static bool defines(godot::Object *object, const godot::StringName &method);
 	static void free_shared();
 };

@@ -43,7 +43,10 @@ struct ValueTable {
 	// Some variable has limits, is one, or is shared.
 	bool guarded = false;
 	int limit_depth = 0;
-	int tell_depth = 0;
+	// The variables whose watchers are being told, each from within the one before.
+	LocalVector<StringName> being_told;
+	// The outermost telling in which they went too deep, 0 for none.
+	uint64_t went_too_deep_in = 0;
 	// The dictionary as handed over, the truth until the table is in use.
 	OnFirstUse<Dictionary> given;
 

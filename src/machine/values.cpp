@@ -229,9 +229,9 @@ void MachineRun::load_values(const Dictionary &from) {
 	values.load(from);
 }
 
-// A machine with no callback on would never come round to reporting them.
+// Not left to the end of the frame's work: the machine may fall asleep, or be paused, before it gets there.
 void MachineRun::report_values_later() {
-	if (node != nullptr && !node->is_processing() && !node->is_physics_processing()) {
+	if (node != nullptr) {
 		node->call_deferred(MachineNames::shared().send_changed_values);
 	}
 }

@@ -7,6 +7,7 @@
 #include "machine/names.hpp"
 #include "machine_node/shared_machine_data.hpp"
 #include "machine_node/values_setup.hpp"
+#include "settings/object_arguments.hpp"
 
 TypedArray<SCMachineState> SCMachine::get_states() const {
 	if (!states.is_made() && started_with.is_valid()) {
@@ -22,6 +23,12 @@ TypedArray<SCMachineVariable> SCMachine::get_variables() const {
 	return variables.get();
 }
 
+void SCMachine::_validate_property(PropertyInfo &property) const {
+	if (property.name == StringName("values")) {
+		show_while_running(property);
+	}
+}
+
 void SCMachine::set_physics_tick(bool on) {
 	physics_tick = on;
 	run().set_setting(MachineNames::shared().physics_tick, on);
@@ -34,6 +41,14 @@ void SCMachine::set_debug_log(bool on) {
 
 void SCMachine::set_target(Node *node) {
 	target_id = node != nullptr ? ObjectID(node->get_instance_id()) : ObjectID();
+}
+
+void SCMachine::take_target(const Variant &given) {
+	bool fits = true;
+	Node *node = object_arguments::taken<Node>(given, "set_target", 1, fits);
+	if (fits) {
+		set_target(node);
+	}
 }
 
 void SCMachine::set_values(const Dictionary &values) {
@@ -112,7 +127,7 @@ void SCMachine::_bind_methods() {
 	table.property("starting_values", PropertyInfo(Variant::DICTIONARY, "starting_values", PROPERTY_HINT_TYPE_STRING, "21:;0:"),
 			&SCMachine::set_starting_values, &SCMachine::get_starting_values,
 			"Values that this one machine starts with in place of the declared ones, by the variable's name. They are taken as they are.");
-	table.property("target", PropertyInfo(Variant::OBJECT, "target", PROPERTY_HINT_NODE_TYPE, "Node", PROPERTY_USAGE_NONE, "Node"), &SCMachine::set_target,
+	table.property("target", PropertyInfo(Variant::OBJECT, "target", PROPERTY_HINT_NODE_TYPE, "Node", PROPERTY_USAGE_NONE, "Node"), &SCMachine::take_target,
 			&SCMachine::target_node, "The node the machine works on, found by Target Path as the machine becomes ready.", nullptr, "node");
 	table.property("values", PropertyInfo(Variant::DICTIONARY, "values", PROPERTY_HINT_NONE, "", PROPERTY_USAGE_NONE), &SCMachine::set_values,
 			&SCMachine::get_values, "The values of all variables at this moment, by name. It is a copy: use set_value to change one of them.");
@@ -142,8 +157,10 @@ void SCMachine::_bind_methods() {
 }
 
 void SCMachine::bind_scene_life() {
+	using object_arguments::guarded;
 	ClassDB::bind_method(D_METHOD("_switched_off"), &SCMachine::is_switched_off);
-	ClassDB::bind_static_method("SCMachine", D_METHOD("move_node", "node", "parent", "keep_global_transform"), &SCMachine::move_node, DEFVAL(true));
+	ClassDB::bind_static_method(
+			"SCMachine", D_METHOD("move_node", "node", "parent", "keep_global_transform"), guarded<&SCMachine::move_node>("move_node"), DEFVAL(true));
 	ClassDB::bind_method(D_METHOD("_let_go"), &SCMachine::let_go);
 	ClassDB::bind_method(D_METHOD("_resume"), &SCMachine::resume);
 	ClassDB::bind_method(D_METHOD("_join_the_scene"), &SCMachine::join_the_scene);
@@ -155,8 +172,8 @@ void SCMachine::bind_scene_life() {
 	ClassDB::bind_method(D_METHOD("node_at", "path"), &SCMachine::node_at);
 	ClassDB::bind_static_method("SCMachine", D_METHOD("machines_in_the_scene"), &SCMachine::machines_in_the_scene);
 	ClassDB::bind_static_method("SCMachine", D_METHOD("machines_running"), &SCMachine::machines_running);
-	ClassDB::bind_static_method("SCMachine", D_METHOD("machine_of", "node"), &SCMachine::machine_of);
-	ClassDB::bind_static_method("SCMachine", D_METHOD("machine_of_or_above", "node"), &SCMachine::machine_of_or_above);
+	ClassDB::bind_static_method("SCMachine", D_METHOD("machine_of", "node"), guarded<&SCMachine::machine_of>("machine_of"));
+	ClassDB::bind_static_method("SCMachine", D_METHOD("machine_of_or_above", "node"), guarded<&SCMachine::machine_of_or_above>("machine_of_or_above"));
 	ClassDB::bind_method(D_METHOD("broadcast_event", "group", "event_name", "data"), &SCMachine::broadcast_event, DEFVAL(Variant()));
 	ClassDB::bind_static_method("SCMachine", D_METHOD("is_global_event", "event_name"), &SCMachine::is_global_event);
 

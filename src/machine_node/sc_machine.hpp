@@ -36,20 +36,24 @@ public:
 	TypedArray<SCMachineState> get_states() const;
 	void set_variables(const TypedArray<SCMachineVariable> &list) { variables = list; }
 	TypedArray<SCMachineVariable> get_variables() const;
-	void set_handed_values(const TypedDictionary<StringName, Variant> &given) { handed_values = given; }
-	TypedDictionary<StringName, Variant> get_handed_values() const { return handed_values; }
-	void set_starting_values(const TypedDictionary<StringName, Variant> &given) { starting_values = given; }
-	TypedDictionary<StringName, Variant> get_starting_values() const { return starting_values; }
+	// Bound without their types, as the engine prints an error for "Variant" among them as it compiles a typed script.
+	void set_handed_values(const Dictionary &given) { handed_values = TypedDictionary<StringName, Variant>(given); }
+	Dictionary get_handed_values() const { return handed_values; }
+	void set_starting_values(const Dictionary &given) { starting_values = TypedDictionary<StringName, Variant>(given); }
+	Dictionary get_starting_values() const { return starting_values; }
 	void set_physics_tick(bool on);
 	bool get_physics_tick() const { return physics_tick; }
 	void set_debug_log(bool on);
 	bool get_debug_log() const { return debug_log; }
 	void set_target(Node *node);
+	// From a script, which may still hold one that has been freed.
+	void take_target(const Variant &given);
 	void set_values(const Dictionary &values);
 	Dictionary get_values() const;
 
 	// The scene tree's warning sign.
 	PackedStringArray _get_configuration_warnings() const override;
+
 
 	// starting.cpp
 	void start();
@@ -66,6 +70,8 @@ public:
 	void resume();
 	void join_the_scene();
 	void leave_the_scene();
+	// The library goes while the engine stays, as when an editor reloads it.
+	static void stop_all_before_unloading();
 	void on_stopped();
 	void after_step(double step);
 
@@ -106,6 +112,7 @@ public:
 
 protected:
 	static void _bind_methods();
+	void _validate_property(PropertyInfo &property) const;
 	void _notification(int what);
 
 private:

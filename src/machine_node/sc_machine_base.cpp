@@ -1,11 +1,23 @@
 #include "machine_node/sc_machine_base.hpp"
 
 #include "design/sc_machine_state.hpp"
+#include "machine/companion_scripts.hpp"
 #include "machine/machine_run.hpp"
 #include "machine/scoped_timer.hpp"
+#include "machine/script_methods.hpp"
 
+#include <godot_cpp/classes/engine.hpp>
 #include <godot_cpp/classes/scene_tree.hpp>
 #include <godot_cpp/core/object.hpp>
+
+namespace {
+
+// A script may hand over any number: one that no list is long enough for is the index of nothing.
+int whole_index(int64_t index) {
+	return index >= 0 && index <= INT32_MAX ? int(index) : -1;
+}
+
+} // namespace
 
 SCMachineBase::SCMachineBase() {
 	machine_run = memnew(MachineRun(this));
@@ -39,6 +51,17 @@ void SCMachineBase::hear_notification(int what) {
 	switch (what) {
 		case NOTIFICATION_READY:
 			machine_run->forget_lanes_known();
+			note_taken_callbacks();
+			break;
+		case NOTIFICATION_PROCESS:
+			if (machine_run->is_lane_on(LANE_FRAME)) {
+				machine_run->frame(LANE_FRAME, get_process_delta_time());
+			}
+			break;
+		case NOTIFICATION_PHYSICS_PROCESS:
+			if (machine_run->is_lane_on(LANE_PHYSICS)) {
+				machine_run->frame(LANE_PHYSICS, get_physics_process_delta_time());
+			}
 			break;
 		case NOTIFICATION_ENABLED:
 		case NOTIFICATION_DISABLED:
@@ -56,6 +79,28 @@ void SCMachineBase::hear_notification(int what) {
 		default:
 			break;
 	}
+}
+
+// A script's own callback hides the one of the class it extends, so the machine goes by the notification then.
+void SCMachineBase::note_taken_callbacks() {
+	takes_process = ScriptMethods::defines(this, "_process");
+	takes_physics_process = ScriptMethods::defines(this, "_physics_process");
+}
+
+void SCMachineBase::show_while_running(PropertyInfo &property) {
+	if (!Engine::get_singleton()->is_editor_hint()) {
+		property.usage = PROPERTY_USAGE_EDITOR | PROPERTY_USAGE_READ_ONLY;
+	}
+}
+
+void SCMachineBase::_validate_property(PropertyInfo &property) const {
+	if (property.name == StringName("current_state")) {
+		show_while_running(property);
+	}
+}
+
+bool SCMachineBase::has_begun() const {
+	return machine_run->is_running() || machine_run->values.in_use;
 }
 
 void SCMachineBase::stop() {
@@ -114,44 +159,44 @@ Array SCMachineBase::live_rows() const {
 	return machine_run->described_live_rows();
 }
 
-Dictionary SCMachineBase::slot(int index) {
-	return machine_run->slot(index);
+Dictionary SCMachineBase::slot(int64_t index) {
+	return machine_run->slot(whole_index(index));
 }
 
 Dictionary SCMachineBase::condition_slot() {
 	return machine_run->condition_slot();
 }
 
-bool SCMachineBase::ask(Object *condition, int action_index, const Variant &record) {
-	return machine_run->ask(condition, action_index, record);
+bool SCMachineBase::ask(Object *condition, int64_t action_index, const Variant &record) {
+	return machine_run->ask(condition, whole_index(action_index), record);
 }
 
-bool SCMachineBase::ask_compiled(Object *condition, int action_index) {
-	return machine_run->ask_compiled(condition, action_index);
+bool SCMachineBase::ask_compiled(Object *condition, int64_t action_index) {
+	return machine_run->ask_compiled(condition, whole_index(action_index));
 }
 
-void SCMachineBase::progress_made(Object *walker, int most) {
+void SCMachineBase::progress_made(Object *walker, int64_t most) {
 	machine_run->progress_made(walker != nullptr ? walker->get_instance_id() : 0, most);
 }
 
-void SCMachineBase::finish(int index) {
-	machine_run->finish(index);
+void SCMachineBase::finish(int64_t index) {
+	machine_run->finish(whole_index(index));
 }
 
-Callable SCMachineBase::finisher(int index) {
-	return machine_run->finisher(index);
+Callable SCMachineBase::finisher(int64_t index) {
+	return machine_run->finisher(whole_index(index));
 }
 
-bool SCMachineBase::is_finished(int index) const {
-	return machine_run->is_finished(index);
+bool SCMachineBase::is_finished(int64_t index) const {
+	return machine_run->is_finished(whole_index(index));
 }
 
 bool SCMachineBase::actions_done() const {
 	return machine_run->actions_done_except(-1);
 }
 
-bool SCMachineBase::actions_done_except(int index) const {
-	return machine_run->actions_done_except(index);
+bool SCMachineBase::actions_done_except(int64_t index) const {
+	return machine_run->actions_done_except(whole_index(index));
 }
 
 double SCMachineBase::state_time() const {
@@ -176,6 +221,17 @@ void SCMachineBase::send_event(StringName event_name, Variant data) {
 
 void SCMachineBase::send_event_from_signal(StringName event_name, Variant data) {
 	machine_run->send_event_from_signal(event_name, data);
+}
+
+void SCMachineBase::send_event_from_script(StringName event_name, Variant data) {
+	if (!has_begun() && !is_node_ready()) {
+		MakerWarnings::once_for(this, "event before ready",
+				vformat("Machine on %s: the event %s was sent before the machine is ready, so no state could take it. Wait for the machine's ready signal, or "
+						"send it "
+						"with call_deferred(\"send_event\", \"%s\").",
+						name_in_messages(), event_name, event_name));
+	}
+	machine_run->send_event(event_name, data);
 }
 
 void SCMachineBase::broadcast_everywhere(const StringName &event_name, const Variant &data) {
@@ -240,6 +296,17 @@ void SCMachineBase::set_value(const StringName &variable_name, const Variant &va
 	machine_run->set_value(variable_name, value);
 }
 
+void SCMachineBase::set_value_from_script(const StringName &variable_name, const Variant &value) {
+	if (!has_begun()) {
+		MakerWarnings::once_for(this, "value before start",
+				vformat("Machine on %s: set_value(\"%s\") came before the machine has started, and starting gives every variable the value it starts with. Put "
+						"the "
+						"value into starting_values, or set it once the machine runs.",
+						name_in_messages(), variable_name));
+	}
+	machine_run->set_value(variable_name, value);
+}
+
 Array SCMachineBase::limits_of(const StringName &variable_name) {
 	return machine_run->limits_of(variable_name);
 }
@@ -272,32 +339,32 @@ void SCMachineBase::tell_pending_watchers() {
 	machine_run->tell_pending_watchers();
 }
 
-void SCMachineBase::finish_after(int index, double seconds, const Callable &then, bool real_time) {
-	machine_run->finish_after(index, seconds, then, real_time);
+void SCMachineBase::finish_after(int64_t index, double seconds, const Callable &then, bool real_time) {
+	machine_run->finish_after(whole_index(index), seconds, then, real_time);
 }
 
-void SCMachineBase::finish_with_tween(int index, const Ref<Tween> &tween) {
-	machine_run->finish_with_tween(index, tween);
+void SCMachineBase::finish_with_tween(int64_t index, const Ref<Tween> &tween) {
+	machine_run->finish_with_tween(whole_index(index), tween);
 }
 
-void SCMachineBase::keep_tween(int index, const Ref<Tween> &tween) {
-	machine_run->keep_tween(index, tween);
+void SCMachineBase::keep_tween(int64_t index, const Ref<Tween> &tween) {
+	machine_run->keep_tween(whole_index(index), tween);
 }
 
 int SCMachineBase::cancel_timeouts(const Callable &which) {
 	return machine_run->cancel_timeouts(which);
 }
 
-void SCMachineBase::rest_until(int index, const Array &wakers) {
-	machine_run->rest_until(index, wakers);
+void SCMachineBase::rest_until(int64_t index, const Array &wakers) {
+	machine_run->rest_until(whole_index(index), wakers);
 }
 
-void SCMachineBase::rest_in_lane(int index, Object *lane, int64_t job) {
-	machine_run->rest_in_lane(index, lane, job);
+void SCMachineBase::rest_in_lane(int64_t index, Object *lane, int64_t job) {
+	machine_run->rest_in_lane(whole_index(index), lane, job);
 }
 
-bool SCMachineBase::is_resting(int index) const {
-	return machine_run->is_resting(index);
+bool SCMachineBase::is_resting(int64_t index) const {
+	return machine_run->is_resting(whole_index(index));
 }
 
 void SCMachineBase::process_mode_changed() {
@@ -443,20 +510,20 @@ void SCMachineBase::core_restart_timeouts() {
 	machine_run->restart_timeouts();
 }
 
-void SCMachineBase::core_finish_serial(int64_t serial, int index) {
-	machine_run->finish_by_serial(serial, index);
+void SCMachineBase::core_finish_serial(int64_t serial, int64_t index) {
+	machine_run->finish_by_serial(serial, whole_index(index));
 }
 
-void SCMachineBase::core_wake_resting(int64_t serial, int index) {
-	machine_run->wake_resting(serial, index);
+void SCMachineBase::core_wake_resting(int64_t serial, int64_t index) {
+	machine_run->wake_resting(serial, whole_index(index));
 }
 
-void SCMachineBase::core_tween_done(int64_t serial, int index) {
-	machine_run->tween_done(serial, index);
+void SCMachineBase::core_tween_done(int64_t serial, int64_t index) {
+	machine_run->tween_done(serial, whole_index(index));
 }
 
-void SCMachineBase::core_time_up(int64_t serial, int index, const Callable &then) {
-	machine_run->time_up(serial, index, then);
+void SCMachineBase::core_time_up(int64_t serial, int64_t index, const Callable &then) {
+	machine_run->time_up(serial, whole_index(index), then);
 }
 
 int SCMachineBase::core_live_runs() const {

@@ -39,6 +39,9 @@ public:
 	// The name used in messages for a game maker.
 	String name_in_messages() const;
 
+	// Whether the node is called in this lane for another reason than the machine's own.
+	bool keeps_callback(bool physics) const { return physics ? takes_physics_process : takes_process; }
+
 	void _process(double delta) override;
 	void _physics_process(double delta) override;
 
@@ -56,16 +59,16 @@ public:
 	Ref<Resource> running_state() const;
 	bool still_here() const;
 	Array live_rows() const;
-	Dictionary slot(int index);
+	Dictionary slot(int64_t index);
 	Dictionary condition_slot();
-	bool ask(Object *condition, int action_index, const Variant &record);
-	bool ask_compiled(Object *condition, int action_index);
-	void progress_made(Object *walker, int most);
-	void finish(int index);
-	Callable finisher(int index);
-	bool is_finished(int index) const;
+	bool ask(Object *condition, int64_t action_index, const Variant &record);
+	bool ask_compiled(Object *condition, int64_t action_index);
+	void progress_made(Object *walker, int64_t most);
+	void finish(int64_t index);
+	Callable finisher(int64_t index);
+	bool is_finished(int64_t index) const;
 	bool actions_done() const;
-	bool actions_done_except(int index) const;
+	bool actions_done_except(int64_t index) const;
 	double state_time() const;
 	bool sub_state_finished() const;
 	Ref<Resource> previous_state() const;
@@ -101,13 +104,13 @@ public:
 	// `data` as the kind of value that `now` is, nil when it cannot be.
 	static Variant fit_to(const Variant &now, const Variant &data);
 
-	void finish_after(int index, double seconds, const Callable &then = Callable(), bool real_time = false);
-	void finish_with_tween(int index, const Ref<Tween> &tween);
-	void keep_tween(int index, const Ref<Tween> &tween);
+	void finish_after(int64_t index, double seconds, const Callable &then = Callable(), bool real_time = false);
+	void finish_with_tween(int64_t index, const Ref<Tween> &tween);
+	void keep_tween(int64_t index, const Ref<Tween> &tween);
 	int cancel_timeouts(const Callable &which);
-	void rest_until(int index, const Array &wakers);
-	void rest_in_lane(int index, Object *lane, int64_t job);
-	bool is_resting(int index) const;
+	void rest_until(int64_t index, const Array &wakers);
+	void rest_in_lane(int64_t index, Object *lane, int64_t job);
+	bool is_resting(int64_t index) const;
 	void process_mode_changed();
 
 	void set_paused(bool on);
@@ -146,17 +149,20 @@ public:
 	void core_mark_values_changed();
 	void core_count_game_time();
 	void core_restart_timeouts();
-	void core_finish_serial(int64_t serial, int index);
-	void core_wake_resting(int64_t serial, int index);
-	void core_tween_done(int64_t serial, int index);
-	void core_time_up(int64_t serial, int index, const Callable &then);
+	void core_finish_serial(int64_t serial, int64_t index);
+	void core_wake_resting(int64_t serial, int64_t index);
+	void core_tween_done(int64_t serial, int64_t index);
+	void core_time_up(int64_t serial, int64_t index, const Callable &then);
 	int core_live_runs() const;
 	void send_changed_values();
 
 protected:
 	static void _bind_methods();
+	void _validate_property(PropertyInfo &property) const;
 	// From the notification of the class above: one of its own would be one call more for every machine in every frame.
 	void hear_notification(int what);
+	// In a running game the editor's remote inspector shows it, and nothing else ever does.
+	static void show_while_running(PropertyInfo &property);
 
 private:
 	static void bind_running();
@@ -166,8 +172,16 @@ private:
 	static void bind_debugging();
 
 	bool get_watching_property() const;
+	// What scripts call, answered when it comes too early to have any effect.
+	void send_event_from_script(StringName event_name, Variant data);
+	void set_value_from_script(const StringName &variable_name, const Variant &value);
+	bool has_begun() const;
+	void note_taken_callbacks();
 
 	MachineRun *machine_run = nullptr;
+	// A script that extends the machine has this callback for itself.
+	bool takes_process = false;
+	bool takes_physics_process = false;
 };
 
 VARIANT_ENUM_CAST(SCMachineBase::WhenLeft);

@@ -4,6 +4,7 @@
 #include "design/sc_machine_state.hpp"
 #include "machine/names.hpp"
 #include "machine_node/sc_machine_base.hpp"
+#include "settings/object_arguments.hpp"
 
 void SCMachineBase::_bind_methods() {
 	MachineNames::shared();
@@ -46,7 +47,8 @@ void SCMachineBase::bind_running() {
 	ClassDB::bind_method(D_METHOD("sub_state_finished"), &SCMachineBase::sub_state_finished);
 	ClassDB::bind_method(D_METHOD("previous_state"), &SCMachineBase::previous_state);
 	ClassDB::bind_method(D_METHOD("last_event"), &SCMachineBase::last_event);
-	ClassDB::bind_static_method("SCMachineBase", D_METHOD("native_action", "what", "action", "machine", "index", "delta"), &SCNativeActions::call);
+	ClassDB::bind_static_method("SCMachineBase", D_METHOD("native_action", "what", "action", "machine", "index", "delta"),
+			object_arguments::guarded<&SCNativeActions::call>("native_action"));
 	ClassDB::bind_static_method("SCMachineBase", D_METHOD("native_helper", "name", "arguments"), &SCNativeActions::call_helper);
 
 	ClassDB::bind_method(D_METHOD("_core_begin", "design", "physics_tick", "debug_log", "loop_limit", "values"), &SCMachineBase::core_begin);
@@ -66,7 +68,7 @@ void SCMachineBase::bind_running() {
 }
 
 void SCMachineBase::bind_events() {
-	ClassDB::bind_method(D_METHOD("send_event", "event_name", "data"), &SCMachineBase::send_event, DEFVAL(Variant()));
+	ClassDB::bind_method(D_METHOD("send_event", "event_name", "data"), &SCMachineBase::send_event_from_script, DEFVAL(Variant()));
 	ClassDB::bind_method(D_METHOD("send_event_from_signal", "event_name", "data"), &SCMachineBase::send_event_from_signal, DEFVAL(Variant()));
 	ClassDB::bind_static_method(
 			"SCMachineBase", D_METHOD("broadcast_everywhere", "event_name", "data"), &SCMachineBase::broadcast_everywhere, DEFVAL(Variant()));
@@ -95,7 +97,7 @@ void SCMachineBase::bind_events() {
 void SCMachineBase::bind_values() {
 	ClassDB::bind_method(D_METHOD("get_value", "variable_name", "fallback"), &SCMachineBase::get_value, DEFVAL(Variant()));
 	ClassDB::bind_method(D_METHOD("has_value", "variable_name"), &SCMachineBase::has_value);
-	ClassDB::bind_method(D_METHOD("set_value", "variable_name", "value"), &SCMachineBase::set_value);
+	ClassDB::bind_method(D_METHOD("set_value", "variable_name", "value"), &SCMachineBase::set_value_from_script);
 	ClassDB::bind_method(D_METHOD("limits_of", "variable_name"), &SCMachineBase::limits_of);
 	ClassDB::bind_static_method("SCMachineBase", D_METHOD("_fit_to", "now", "data"), &SCMachineBase::fit_to);
 	ClassDB::bind_method(D_METHOD("_write", "variable_name", "value", "limited"), &SCMachineBase::write);

@@ -11,6 +11,7 @@
 #include <godot_cpp/classes/engine.hpp>
 #include <godot_cpp/classes/scene_tree.hpp>
 #include <godot_cpp/classes/window.hpp>
+#include <godot_cpp/variant/signal.hpp>
 
 namespace {
 
@@ -54,6 +55,9 @@ bool SCMachine::takes_children_now(const Node *parent) {
 // define for itself.
 void SCMachine::_notification(int what) {
 	if (what == NOTIFICATION_PROCESS || what == NOTIFICATION_PHYSICS_PROCESS) {
+		if (keeps_callback(what == NOTIFICATION_PHYSICS_PROCESS)) {
+			hear_notification(what);
+		}
 		return;
 	}
 	hear_notification(what);
@@ -194,6 +198,32 @@ void SCMachine::leave_the_scene() {
 
 bool SCMachine::is_switched_off() const {
 	return GameClocks::is_switched_off(this);
+}
+
+// What the machines wait for, tweens and signals, stays in the engine with the callables in it, and these would lead into a
+// library that is there no more.
+void SCMachine::stop_all_before_unloading() {
+	const Array machines = SharedMachineData::shared().machines.keys();
+	for (int64_t i = 0; i < machines.size(); i++) {
+		SCMachine *machine = Object::cast_to<SCMachine>(machines[i].get_validated_object());
+		if (machine == nullptr) {
+			continue;
+		}
+		const MachineRun::Busy keep(machine->run());
+		machine->stop();
+		if (machine->run().machine() == nullptr) {
+			continue;
+		}
+		const TypedArray<Dictionary> connections = machine->get_incoming_connections();
+		for (int64_t c = 0; c < connections.size(); c++) {
+			const Dictionary connection = connections[c];
+			const Callable callable = connection["callable"];
+			Signal signal = connection["signal"];
+			if (callable.is_custom() && signal.is_connected(callable)) {
+				signal.disconnect(callable);
+			}
+		}
+	}
 }
 
 void SCMachine::on_stopped() {

@@ -3,6 +3,7 @@
 #include "design/sc_machine_variable.hpp"
 #include "machine/machine_run.hpp"
 #include "machine/machine_snapshot.hpp"
+#include "machine/own_copy.hpp"
 #include "machine/value_kinds.hpp"
 #include "machine_node/sc_machine.hpp"
 #include "machine_node/shared_machine_data.hpp"
@@ -22,18 +23,6 @@ Ref<SCMachineVariable> find_in(const Array &variables, const StringName &named) 
 	return Ref<SCMachineVariable>();
 }
 
-// So that neither holder can change the other's list or dictionary.
-Variant deep_copy(const Variant &value) {
-	switch (value.get_type()) {
-		case Variant::ARRAY:
-			return Array(value).duplicate(true);
-		case Variant::DICTIONARY:
-			return Dictionary(value).duplicate(true);
-		default:
-			return value;
-	}
-}
-
 void take_handed_value(SCMachine *machine, NamedValues &values, const StringName &name, const Variant &given) {
 	const Array variables = machine->get_variables();
 	Variant *value = values.getptr(name);
@@ -44,7 +33,7 @@ void take_handed_value(SCMachine *machine, NamedValues &values, const StringName
 		Node *found = machine->get_node_or_null(given);
 		*value = found != nullptr ? Variant(found) : Variant();
 	} else if (MachineValues::same_kind(given, *value)) {
-		*value = deep_copy(given);
+		*value = own_copy(given);
 	}
 }
 
@@ -85,7 +74,7 @@ NamedValues MachineValues::starting_values_of(SCMachine *machine, const Declared
 		const Dictionary put_in = machine->starting_values.get();
 		const Array names = put_in.keys();
 		for (int64_t i = 0; i < names.size(); i++) {
-			values.insert(names[i], put_in[names[i]]);
+			values.insert(names[i], own_copy(put_in[names[i]]));
 		}
 	}
 	return values;
@@ -261,7 +250,7 @@ void MachineValues::put_globals_back(const Array &keep) {
 			continue;
 		}
 		if (shared.globals_at_scene_start.has(name)) {
-			shared.globals[name] = deep_copy(shared.globals_at_scene_start[name]);
+			shared.globals[name] = own_copy(shared.globals_at_scene_start[name]);
 		} else {
 			shared.globals.erase(name);
 		}

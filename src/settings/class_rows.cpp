@@ -57,10 +57,11 @@ ClassRow &ClassRows::add(const StringName &class_name, const StringName &parent)
 const ClassRow *ClassRows::of(const StringName &class_name) const {
 	StringName name = class_name;
 	while (!name.is_empty()) {
+		// A script's class has no row, and the engine prints an error when asked for its parent.
 		if (ClassRow *const *found = by_class.getptr(name)) {
 			return *found;
 		}
-		name = ClassDB::get_parent_class(name);
+		name = ClassDB::class_exists(name) ? ClassDB::get_parent_class(name) : StringName();
 	}
 	return nullptr;
 }

@@ -76,6 +76,9 @@ PropertyInfo ClassTableBase::described_enum(const EnumWords &words, const char *
 		const String label = i < labels.size() ? labels[i].strip_edges() : label_of(constants[i]);
 		text += (i > 0 ? "," : "") + label + ":" + String::num_int64(i);
 	}
+	if (*hint.text != '\0') {
+		text = String::utf8(hint.text);
+	}
 	return PropertyInfo(Variant::INT, name, PROPERTY_HINT_ENUM, text, hint.usage | PROPERTY_USAGE_CLASS_IS_ENUM, String(class_name) + "." + words.name);
 }
 

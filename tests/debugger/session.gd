@@ -11,6 +11,8 @@ const ASK: String = "session:ask"
 const TOLD: String = "session:told"
 ## Fields: a machine's path, the event, its data.
 const EVENT: String = "session:event"
+## Fields: a machine's path, a variable, its value, whether the machine is paused right after.
+const SET: String = "session:set"
 ## Ends the game. Fields: none.
 const QUIT: String = "session:quit"
 
@@ -43,6 +45,11 @@ func _take(message: String, fields: Array) -> bool:
 			_tell(get_node(fields[0] as String) as SCMachine)
 		EVENT:
 			(get_node(fields[0] as String) as SCMachine).send_event(fields[1], fields[2])
+		SET:
+			var machine: SCMachine = get_node(fields[0] as String)
+			machine.set_value(fields[1], fields[2])
+			if fields[3]:
+				machine.set_paused(true)
 		QUIT:
 			get_tree().quit()
 		_:

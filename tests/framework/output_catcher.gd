@@ -9,6 +9,8 @@ const PROVOKING: String = "provoking_errors"
 
 var provoking: Script
 
+## " (state Open, in /root/House/Door)" behind the machine's name.
+var _place: RegEx = RegEx.create_from_string(" \\((state [^()/]*(, in /[^()]*)?|in /[^()]*)\\)(?=:)")
 var _lock: Mutex = Mutex.new()
 var _complaints: Array[Dictionary] = []
 var _printed: PackedStringArray = []
@@ -50,12 +52,14 @@ func forget_printed() -> void:
 	_lock.unlock()
 
 
-## Takes the first complaint of that kind whose text holds [param part]; false when there is none.
+## Takes the first complaint of that kind whose text holds [param part], told with or without the place where it happened;
+## false when there is none.
 func claim(kind: String, part: String) -> bool:
 	_lock.lock()
 	var found := false
 	for i in _complaints.size():
-		if _complaints[i]["kind"] == kind and part in _complaints[i]["text"]:
+		var text: String = _complaints[i]["text"]
+		if _complaints[i]["kind"] == kind and (part in text or part in _place.sub(text, "")):
 			_complaints.remove_at(i)
 			found = true
 			break

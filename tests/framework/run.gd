@@ -1,6 +1,6 @@
 extends SceneTree
 ## Plays the stories: [code]-s res://tests/framework/run.gd -- [--long] [--seed=N] [WORDS...][/code] runs the tests whose file
-## or name holds one of the words, all without words. Ends with "N passed, N failed", and with 1 when one failed.
+## or name holds one of the words, all without words; [code]--file=PATH[/code] plays that file alone. Ends with "N passed, N failed", and with 1 when one failed.
 ##
 ## While it runs, the lines that begin and end with the markers below enclose what the engine prints: complaints in
 ## between were either expected by a story or fail it.
@@ -12,6 +12,7 @@ const END: String = "== stories end"
 
 var _catcher: OutputCatcher = OutputCatcher.new()
 var _words: PackedStringArray = []
+var _file: String = ""
 var _passed: int = 0
 var _failed: int = 0
 
@@ -24,6 +25,8 @@ func _initialize() -> void:
 			long = true
 		elif argument.begins_with("--seed="):
 			only_seed = argument.trim_prefix("--seed=").to_int()
+		elif argument.begins_with("--file="):
+			_file = argument.trim_prefix("--file=")
 		else:
 			_words.append(argument)
 	if not ClassDB.class_exists(&"SCMachine"):
@@ -40,7 +43,10 @@ func _initialize() -> void:
 	print(BEGIN)
 	OS.add_logger(_catcher)
 	var paths: PackedStringArray = []
-	_collect(STORIES, paths)
+	if _file.is_empty():
+		_collect(STORIES, paths)
+	else:
+		paths.append(_file)
 	for path in paths:
 		await _play_file(path)
 	OS.remove_logger(_catcher)

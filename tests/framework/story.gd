@@ -9,6 +9,8 @@ const OutputCatcher := preload("res://tests/framework/output_catcher.gd")
 
 ## The frames of a second: what [code]--fixed-fps[/code] is given.
 const FPS: int = 60
+## How long a second engine may take, also where it is slow.
+const SECONDS_TO_SURVIVE: int = 60
 
 ## Long stories run in full only when asked to.
 static var long: bool = false
@@ -247,6 +249,24 @@ func expect_later(of: SCMachine, seconds: float, wanted: StringName) -> void:
 	expect_state(of, wanted)
 
 
+## Plays a script that extends SceneTree in an engine of its own, which must quit by itself, with 0, and print no errors but
+## those whose texts hold one of [param errors], of which each must come. It may warn.
+func expect_survives(script: String, errors: Array = []) -> void:
+	var printed: Array = []
+	var status := OS.execute("timeout", [
+		str(SECONDS_TO_SURVIVE), OS.get_executable_path(), "--headless", "--no-header", "--fixed-fps", str(FPS), "--quit-after", "600", "--path", ProjectSettings.globalize_path("res://"), "-s", script,
+	], printed, true)
+	var missing := errors.duplicate()
+	for line in ("\n".join(printed)).split("\n"):
+		var is_error := line.begins_with("ERROR: ") or line.begins_with("SCRIPT ERROR: ") or line.begins_with("FAIL")
+		if is_error and not errors.any(func(part: String) -> bool: return part in line):
+			_fail("%s: %s" % [script.get_file(), line], false)
+		missing = missing.filter(func(part: String) -> bool: return not (is_error and part in line))
+	expect_equal(missing, [], "%s does not say" % script.get_file())
+	expect("survived" in "\n".join(printed), "%s does not come to its end" % script.get_file())
+	expect_equal(status, 0, "the exit status of %s" % script.get_file())
+
+
 ## The machine's current state; an empty name when it has none.
 func expect_state(of: SCMachine, name: StringName) -> void:
 	var got := current(of)
@@ -286,6 +306,22 @@ func expect_printed(part: String) -> void:
 func expect_not_printed(part: String) -> void:
 	if output.claim_printed(part):
 		_fail("something printed says \"%s\"" % part)
+
+
+## A test of these lines passes in an engine of its own: for what would end or freeze this one if it went wrong.
+func expect_passes_alone(lines: String) -> void:
+	var path := "user://survives.gd"
+	var file := FileAccess.open(path, FileAccess.WRITE)
+	file.store_string("extends Story\n\n\nfunc test_it_survives() -> void:\n%s\n" % lines.dedent().strip_edges().indent("\t"))
+	file.close()
+	var said: Array[String] = []
+	var exit_code := OS.execute("timeout", [
+		str(SECONDS_TO_SURVIVE), OS.get_executable_path(), "--headless", "--no-header", "--fixed-fps", str(FPS), "--path", ProjectSettings.globalize_path("res://"),
+		"-s", "res://tests/framework/run.gd", "--", "--file=%s" % path,
+	], said, true)
+	DirAccess.remove_absolute(path)
+	if exit_code != 0:
+		_fail("another engine ended with %d: %s" % [exit_code, "".join(said).right(2000)])
 
 
 func current(of: SCMachine) -> StringName:

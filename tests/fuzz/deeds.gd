@@ -337,6 +337,9 @@ func _with_id(id: int) -> SCMachine:
 
 ## Of a valid design, what the variable starts with, or a node.
 func _write(machine: SCMachine) -> void:
+	# One that has never run would say that it is too early.
+	if not machine.is_running() and machine.values.is_empty():
+		return
 	var held: Array = machine.variables if machine.template == null else machine.template.variables
 	if _rough:
 		machine.set_value(_dice.pick(Filling.VARIABLES.keys()), _any_value())

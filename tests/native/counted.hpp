@@ -13,15 +13,12 @@ struct Counted {
 	std::string text;
 	const Counted *self = this;
 
-	Counted(int number = 0) :
-			text("a text that is longer than the string's own buffer, number " + std::to_string(number)) { alive++; }
-	Counted(const Counted &other) :
-			text(other.text) {
+	Counted(int number = 0) : text("a text that is longer than the string's own buffer, number " + std::to_string(number)) { alive++; }
+	Counted(const Counted &other) : text(other.text) {
 		other.check();
 		alive++;
 	}
-	Counted(Counted &&other) noexcept :
-			text(std::move(other.text)) {
+	Counted(Counted &&other) noexcept : text(std::move(other.text)) {
 		other.check();
 		alive++;
 	}

@@ -187,6 +187,8 @@ func test_variables_are_compared() -> void:
 		expect_equal(ask(made, asked), row[3], "%s: %s" % [row[0], asked.shown_summary()])
 		if row[0] is float and row[2] is float:
 			expect_answers(made, [[kind(SCCompareCondition, {"first": row[0], "test": row[1], "second": row[2]}), row[3]]])
+		if row[0] is String and row[2] is int:
+			expect_warning("it holds a String and is compared with an int, which is never the same.")
 		made.free()
 
 

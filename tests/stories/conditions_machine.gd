@@ -50,7 +50,7 @@ func test_what_is_wrong_is_told_once() -> void:
 	for row: Array in [
 		[SCInStateCondition, {}, "no state is picked, so the answer is no. Type the state's name under State Name."],
 		[SCInStateCondition, {"state_name": &"Flying"}, "Asker has no state called Flying, so the answer is no. Check the name under State Name."],
-		[SCInStateCondition, {"state_name": &"Flying", "machine_path": ^"../../Nobody"}, "there is no node at Nobody"],
+		[SCInStateCondition, {"state_name": &"Flying", "machine_path": ^"../../Nobody"}, "there is no node at ../../Nobody"],
 		[SCInStateCondition, {"state_name": &"Flying", "machine_path": ^"../../Stone"}, "Stone has no Machine, so the answer is no."],
 		[SCSubStateFinishedCondition, {}, "Asking has no sub-states, so there is no work inside it to finish and the answer is no."],
 		[SCVariableChangedCondition, {}, "no variable is picked, so the answer is no. Pick one under Variable Name."],

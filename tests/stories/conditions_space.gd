@@ -24,6 +24,7 @@ func test_a_node_is_near() -> void:
 		# Nothing in 2D is near to what is in 3D.
 		body_at(Vector3.ZERO if start_at is Vector2 else Vector2.ZERO, "Thief")
 		expect_answers(asker(post), [[kind(SCDistanceCondition, {"to_node_path": ^"../../Thief"}), false]])
+		expect_warning("where places mean something else, so the answer is no.")
 		stage.get_node(^"Thief").free()
 		post.free()
 
@@ -275,14 +276,14 @@ func test_what_is_wrong_is_told_once() -> void:
 	for row: Array in [
 		[SCDistanceCondition, {}, "there is nothing to measure to, so the answer is no. Pick a node under To Node Path, or type a group under Group."],
 		[SCDistanceCondition, {"to_node_path": ^"../../Clock"}, "Clock is a Timer, which has no place in the world, so it cannot stand for one. Pick a 2D or 3D node under To Node Path."],
-		[SCDistanceCondition, {"to_node_path": ^"../../Gone"}, "there is no node at Gone. Pick one under To Node Path."],
+		[SCDistanceCondition, {"to_node_path": ^"../../Gone"}, "there is no node at ../../Gone. Pick one under To Node Path."],
 		[SCDistanceCondition, {"group": &"people", "to_node_path_variable": &"target"}, "the variable target holds no node, so the answer is no. Put a node into it, or pick one under To Node Path."],
 		[SCOnScreenCondition, {"node_path": ^"../../Clock"}, "Clock is a Timer, which has no place in the world, so it cannot stand for one. Pick a 2D or 3D node under Node Path."],
 		[SCOnScreenCondition, {"node_path": ^"../../Deep"}, "On Screen on Machine: there is no 3D camera to see Deep, so the answer is no. Add a Camera3D to the scene and make it the current one."],
 		[SCTouchingCondition, {}, "Touching on Machine: Post is a Node2D, not an area, a character body or a rigid body. Pick an area, a character body or a rigid body under Node Path."],
 		[SCTouchingCondition, {"node_path": ^"../../Deaf"}, "Deaf is not monitoring, so nothing is felt touching it and the answer is no. Turn on its Monitoring."],
 		[SCTouchingCondition, {"node_path": ^"../../Deaf", "test": SCTouchingCondition.A_WALL}, "Deaf is an area, which stands on nothing, so the answer is no."],
-		[SCTouchingCondition, {"node_path": ^"../../Gone"}, "there is no node at Gone. Pick one under Node Path."],
+		[SCTouchingCondition, {"node_path": ^"../../Gone"}, "there is no node at ../../Gone. Pick one under Node Path."],
 	]:
 		expect_warns(kind(row[0], row[1]), row[2], {"under": post, "variables": {&"target": null}})
 	expect_warns(kind(SCDistanceCondition), "Distance on Machine: Stage is a Node, which has no place in the world, so it cannot stand for one. Pick a 2D or 3D node under Target.")

@@ -67,7 +67,7 @@ func test_files_and_folders_are_found() -> void:
 func test_what_is_wrong_is_told() -> void:
 	for row: Array in [
 		[kind(SCStringCompareCondition), "no variable is picked, so the answer is no."],
-		[kind(SCStringCompareCondition, {"variable_name": &"said", "test": SCStringCompareCondition.IS_EMPTY}), "there is no variable called said, so the answer is no. Add it in the Variables tab, or pick another under Variable Name."],
+		[kind(SCStringCompareCondition, {"variable_name": &"said", "test": SCStringCompareCondition.IS_EMPTY}), "there is no variable called said, so the answer is no. Add it under Variables, or pick another under Variable Name."],
 		[kind(SCFileExistsCondition, {"path": "  "}), "File Exists on Machine: there is no path to look at, so the answer is no. Type one under Path, such as user://photo.png."],
 	]:
 		expect_warns(row[0], row[1])

@@ -227,3 +227,25 @@ func _until(holds: Callable) -> bool:
 		OS.delay_usec(500)
 		await frames(1)
 	return false
+
+
+func test_a_write_is_told_though_the_machine_is_paused_right_after() -> void:
+	if not await _begin():
+		return
+	for word: String in ["one", "two"]:
+		await _send(Session.SET, [DOOR, &"word", word, true])
+		var told := await _until(func() -> bool:
+			var values: Variant = _field(_listener.take(Messages.VALUES, [DOOR]), Messages.ValuesField.VALUES)
+			return values is Dictionary and (values as Dictionary).get("word") == word)
+		expect(told, "nobody was told of %s" % word)
+	await _end()
+
+
+func test_a_state_with_others_inside_pauses_and_says_so() -> void:
+	if not await _begin():
+		return
+	await _send(Session.EVENT, [DOOR, &"hall", null])
+	expect_equal(_field(await _hear(Messages.PAUSED, [DOOR]), Messages.PausedField.STATE), "Hall")
+	expect((await _ask(DOOR))["paused"], "a state with others inside did not pause")
+	expect(await _until(func() -> bool: return "paused in Hall" in str(_listener.heard)), "the game says nothing of its pause")
+	await _end()

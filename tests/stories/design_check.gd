@@ -30,9 +30,9 @@ func test_each_mistake_gets_its_sentence() -> void:
 		["empty_row", template([state("Rest", [], [null])]), "Guard > Rest: row 1 of its transitions holds nothing. Take the row away."],
 		["empty_row", template([state("Rest")], {"variables": [null]}), "Guard: row 1 of its variables holds nothing. Take the row away."],
 		["undeclared_variable", template([state("Rest", [set_var(&"scroe", 1)])], {"variables": {"score": 0}}),
-			"Guard > Rest > Set Variable: it writes the variable scroe, which is not declared. Did you mean score? Add scroe in the Variables tab, or pick one that is there."],
+			"Guard > Rest > Set Variable: it writes the variable scroe, which is not declared. Did you mean score? Add scroe under Variables, or pick one that is there."],
 		["undeclared_variable", template([state("Rest", [wait(1.0, {"seconds_variable": &"pace"})])]),
-			"Guard > Rest > Wait: its Seconds is read from the variable pace, which is not declared. Add pace in the Variables tab, or pick one that is there."],
+			"Guard > Rest > Wait: its Seconds is read from the variable pace, which is not declared. Add pace under Variables, or pick one that is there."],
 		["missing_limit", template([state("Rest")], {"variables": [variable(&"health", 5.0, {"never_above": "most_helth"}), variable(&"most_health", 9.0)]}),
 			"Guard > health: its Never Above is most_helth, which is neither a number nor a variable, so there is no limit. Did you mean most_health? Type a number, or the name of a number variable."],
 		["same_variable", template([state("Rest")], {"variables": [variable(&"health", 5.0), variable(&"health", 9.0)]}),
@@ -56,10 +56,9 @@ func test_each_mistake_gets_its_sentence() -> void:
 
 func test_what_works_is_left_alone() -> void:
 	var door := template([
-		state("Closed", [], {"called": "Open"}),
+		state("Closed", [], {"called": "Open"}, {"parallel": {"Lamp": [state("Lit", [], {"dim": "Dark"}), state("Dark")]}}),
 		state("Open", [set_var(&"opened", 1, {"operation": SCSetVariableAction.ADD}), wait(0.5, {"seconds_variable": &"pause"})], {"FINISHED": "Closed"}, {
-			"sub_states": [state("Opening", [], {"done": "Wide"}), state("Wide")],
-			"parallel": {"Lamp": [state("Lit", [], {"dim": "Dark"}), state("Dark")]},
+			"sub_states": [state("Opening", [], {"done": "Wide"}), state("Wide", [], {}, {"end": true})],
 		}),
 	], {"variables": [variable(&"opened", 0, {"never_above": "most"}), variable(&"most", 3), variable(&"pause", 0.5)]})
 	expect_equal(SCMachineTemplate.findings_in(door), [])

@@ -183,3 +183,21 @@ func test_a_change_is_told_with_where_it_came_from_first() -> void:
 	for event: String in ["work", "look", "swing"]:
 		made.send_event(event)
 	expect_equal(changes, ["<Object#null> > Idle", "Idle > Rest", "Shut > Open", "Rest > Swing"])
+
+
+func test_a_state_that_gets_its_first_sub_states_while_the_game_runs() -> void:
+	for of_template: bool in [false, true]:
+		var house := state("House", [], {"out": "Street"})
+		var all := [state("Street", [], {"in": "House"}), house]
+		var made := start(running(template(all)) if of_template else machine(all))
+		expect_after(made, "in", ["House"])
+		made.send_event("out")
+		house.sub_states = [state("Hall", [], {"up": "Attic"}), state("Attic")]
+		expect_after(made, "in", ["House", "Hall"])
+		made.start()
+		expect_after(made, "in", ["House", "Hall"])
+		expect_after(made, "up", ["House", "Attic"])
+		house.sub_states = []
+		made.send_event("out")
+		expect_after(made, "in", ["House"])
+		made.free()

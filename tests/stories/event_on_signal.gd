@@ -91,7 +91,7 @@ func test_a_signal_of_the_physics_step_changes_nothing_within_it() -> void:
 func test_what_is_wrong_is_told() -> void:
 	_bell()
 	for row: Array in [
-		[{"node_path": NodePath("../Nowhere")}, "Event On Signal on Listener: there is no node at Nowhere. Pick one under Node Path."],
+		[{"node_path": NodePath("../Nowhere")}, "Event On Signal on Listener: there is no node at ../Nowhere. Pick one under Node Path."],
 		[{"node_path": NodePath("../Bell"), "signal_name": &"broken"}, "Bell is a Node2D, which has no signal called broken"],
 		[{"node_path": NodePath("../Bell"), "signal_name": &""}, "it has no signal of Bell to listen to. Type one under Signal Name."],
 	]:
@@ -117,3 +117,24 @@ func _bell() -> Bell:
 
 func _on(signal_name: StringName, options: Dictionary = {}) -> SCEventOnSignalAction:
 	return kind(SCEventOnSignalAction, {"signal_name": signal_name, "event_name": "go"}.merged(options, true))
+
+
+func test_listening_to_the_events_that_it_sends_itself() -> void:
+	expect_passes_alone("""
+		var answer := func(to: String) -> SCMachineAction:
+			return kind(SCEventOnSignalAction, {"node_path": NodePath(to), "signal_name": &"event_sent", "event_name": &"pong"})
+		for listeners: int in [1, 2]:
+			var made := play(range(listeners).map(func(_i: int) -> SCMachineAction: return answer.call(".")) + [act("hold")], {"go": "Gone"})
+			made.send_event(&"ping")
+			expect_warning("listens to event_sent and sends an event each time")
+			expect(events_of(made).size() <= 101, "it was told of %d events" % events_of(made).size())
+			expect_after(made, "go", "Gone")
+			made.free()
+		var first := start(machine([state("Idle"), state("Work", [answer.call("../Second"), act("hold")], {"go": "Gone"}), state("Gone")], {"name": "First"}))
+		var second := play([answer.call("../First"), answer.call("../First"), act("hold")], {}, {"name": "Second"})
+		first.go_to("Work")
+		second.send_event(&"ping")
+		expect_warning("Machine on Second")
+		expect_after(first, "go", "Gone")
+		expect_warning("Machine on First")
+	""")

@@ -54,6 +54,21 @@ func test_a_guard_hears_when_somebody_comes_near_and_goes() -> void:
 	expect_equal(_lane(guard).job_count(), 1)
 
 
+func test_a_check_keeps_the_answer_that_the_lane_found() -> void:
+	for turned: bool in [false, true]:
+		var thief := body("Thief", Vector2(200, 0))
+		var near := kind(SCDistanceCondition, {"to_node_path": ^"../../Thief", "distance": NEAR, "invert": turned})
+		var guard := play(watch(near), {}, {"under": body("Post")})
+		await physics_frames(BEGUN)
+		expect(guard.is_resting(0))
+		for at: float in [0.0, 200.0, 0.0]:
+			thief.position.x = at
+			await physics_frames(BEGUN)
+			expect_equal(guard.slot(0)["check_last"], (at < NEAR) != turned)
+		guard.get_parent().free()
+		thief.free()
+
+
 func test_the_nearest_of_a_group_counts_but_not_oneself() -> void:
 	var post := body("Post")
 	post.add_to_group("thieves")

@@ -206,7 +206,7 @@ func test_what_is_wrong_is_told() -> void:
 		[kind(SCDrawDebugAction), "Draw Debug on It: Stage is a Node, which has no place in the world, so it cannot stand for one. Pick a 2D or 3D node under From Path."],
 	]:
 		expect_warns(row[0], row[1], {"name": "It"})
-	expect_warns(_draw(SCDrawDebugAction.LINE, {"to_path": NodePath("../Nobody")}), "Draw Debug on It: there is no node at Nobody.", {"name": "It", "under": body("At")})
+	expect_warns(_draw(SCDrawDebugAction.LINE, {"to_path": NodePath("../Nobody")}), "Draw Debug on It: there is no node at ../Nobody.", {"name": "It", "under": body("At")})
 	var nameless := play(kind(SCNextFrameEventAction, {"event_name": &""}), {"FINISHED": "Done"}, {"name": "Clock"})
 	await expect_later(nameless, 0.04, "Done")
 	expect_warning("Next Frame Event on Clock has no event name, so nothing was sent.")

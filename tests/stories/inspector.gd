@@ -123,3 +123,14 @@ func test_what_a_fresh_action_of_a_kind_does_with_time() -> void:
 	expect(not SCMachineAction._is_a_base(Restless))
 	expect(SCMachineAction.the_machines_own().has(&"update_interval"))
 	expect(not SCMachineAction.holds_any_type(&"SCSetVariableAction", &"value"), "only the editor asks for it")
+
+
+func test_a_running_machine_in_the_remote_inspector() -> void:
+	var made := asker()
+	for name: String in ["current_state", "values"]:
+		expect_equal(property_of(made, name)["usage"], PROPERTY_USAGE_EDITOR | PROPERTY_USAGE_READ_ONLY, name)
+	var packed := PackedScene.new()
+	made.owner = null
+	expect_equal(packed.pack(made), OK)
+	for i in packed.get_state().get_node_property_count(0):
+		expect(packed.get_state().get_node_property_name(0, i) not in [&"current_state", &"values"], "it is saved with the scene")

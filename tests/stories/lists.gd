@@ -185,7 +185,7 @@ func test_what_is_wrong_is_told() -> void:
 	for row: Array in [
 		# the operation, its settings, the list, what is said
 		[SCArrayAction.ADD, {"list_variable": &"", "item": 1}, [], "no variable is picked, so there was no list to work with. Pick the variable holding the list beside List Variable."],
-		[SCArrayAction.ADD, {"item": 1}, 3.0, "list holds a float, which is not a list, so it was left alone. Make it an Array in the Variables tab, or pick another under List Variable."],
+		[SCArrayAction.ADD, {"item": 1}, 3.0, "list holds a float, which is not a list, so it was left alone. Make it an Array under Variables, or pick another under List Variable."],
 		[SCArrayAction.ADD, {}, [], "it has no Item, so it did nothing. Pick a type and a value beside Item, or a variable to read it from."],
 		[SCArrayAction.ADD, {"item": "two"}, whole, "a String cannot go into this list, which takes only an int, so it was left out. Change the item, or make the variable an Array that takes anything."],
 		[SCArrayAction.INSERT, {"item": "two"}, whole, "a String cannot go into this list"],
@@ -195,7 +195,7 @@ func test_what_is_wrong_is_told() -> void:
 		[SCArrayAction.ADD_ALL, {"item": 1}, [], "Item holds an int, not a list, so there was nothing to add."],
 		[SCArrayAction.COUNT, {}, [], no_answer],
 		[SCArrayAction.COUNT, {"store_in": &"answer", "list_variable": &"lsit"}, [], "this machine has no variable called lsit, so the list counts as empty."],
-		[SCArrayAction.COUNT, {"store_in": &"place"}, [], "place holds a Vector2, which cannot become an int, so it was left as it is. Pick another variable under Store In, or change its type in the Variables tab."],
+		[SCArrayAction.COUNT, {"store_in": &"place"}, [], "place holds a Vector2, which cannot become an int, so it was left as it is. Pick another variable under Store In, or change its type under Variables."],
 		[SCArrayAction.GET_ITEM, {"index": 3, "store_in": &"answer"}, [1], "there is no such item in list, so nothing came of it. Name an event under Not Found Event to do something about it."],
 	]:
 		_expect_told(_array(row[0], row[1]), &"list", row[2], "Array on Machine", row[3])

@@ -132,3 +132,24 @@ func test_summaries() -> void:
 		"Send the next of Open, Close, round and round": {"events": [&"Open", &"Close"]},
 		"Send the next of Open, Close, then Done": {"events": [&"Open", &"Close"], "loop": false},
 	})
+
+
+func test_a_repeat_within_a_repeat() -> void:
+	for rounds: Array in [[20, 30, 1], [3, 4, 60]]:
+		var picks: Array = []
+		for i in 3:
+			picks.append(kind(SCRepeatAction, {"times": rounds[i], "progress_variable": StringName("step %d" % i)}))
+		var made := start(machine([
+			state("Outer", [picks[0]], {"Again": "Middle", "Done": "Home"}), state("Middle", [picks[1]], {"Again": "Inner", "Done": "Outer"}),
+			state("Inner", [picks[2]], {"Again": "Work", "Done": "Middle"}), state("Work", [add_up()], {"FINISHED": "Inner"}), state("Home"),
+		], {"variables": {"sum": 0}}))
+		expect_state(made, "Home")
+		expect_values(made, {&"sum": rounds[0] * rounds[1] * rounds[2]})
+		made.free()
+	# Two that lead into one another for ever are no progress.
+	var ring_of_two := start(machine([
+		state("A", [kind(SCRepeatAction, {"times": 5, "progress_variable": &"a"})], {"Again": "A2", "Done": "B"}), state("A2", [], {"FINISHED": "A"}),
+		state("B", [kind(SCRepeatAction, {"times": 5, "progress_variable": &"b"})], {"Again": "B2", "Done": "A"}), state("B2", [], {"FINISHED": "B"}),
+	]))
+	expect_error("lead straight back to one another")
+	expect(not ring_of_two.is_running())

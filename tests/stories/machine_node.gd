@@ -150,3 +150,61 @@ func test_the_agent_gets_what_the_body_wants() -> void:
 	expect_error("Parameter \"p_agent\" is null.")
 	made._ask_the_agent(agent, null)
 	expect_error("Parameter \"p_body\" is null.")
+
+
+func test_what_comes_too_early_is_answered() -> void:
+	var made := machine([state("A", [], {"go": "B"}), state("B")], {"variables": {"hp": 1}, "autostart": false})
+	made.set_value("hp", 5)
+	expect_warning("set_value(\"hp\") came before the machine has started")
+	made.send_event("go")
+	expect_warning("the event go was sent before the machine is ready")
+	stage.add_child(made)
+	expect(not made.go_to("B"), "a machine that does not run says it went")
+	made.start()
+	expect_values(made, {&"hp": 1})
+	expect(made.go_to("B"))
+
+
+func test_an_index_that_no_list_is_long_enough_for() -> void:
+	var made := start(machine([state("A", [act("a")])]))
+	for index: int in [1 << 32, (1 << 32) + 1, -(1 << 32), -1, 1 << 40]:
+		made.slot(index)[&"x"] = 1
+		made.finish(index)
+		made.finisher(index).call()
+		expect(not made.is_finished(index) and not made.is_resting(index))
+	expect_equal(made.slot(0), {})
+	expect(not made.is_finished(0), "the first action was finished by another's index")
+
+
+class Ticker:
+	extends SCMachine
+
+	var own: int = 0
+	var own_physics: int = 0
+
+	func _process(_delta: float) -> void:
+		own += 1
+
+	func _physics_process(_delta: float) -> void:
+		own_physics += 1
+
+
+func test_a_script_with_callbacks_of_its_own() -> void:
+	for physics: bool in [false, true]:
+		var made := Ticker.new()
+		var tick := act("tick").ticking()
+		made.states = [state("A", [tick, wait(0.2)], {"go": "B"}), state("B", [wait(0.1)], {"FINISHED": "C"}), state("C")]
+		made.initial_state = made.states[0]
+		made.physics_tick = physics
+		stage.add_child(made)
+		await frames(10)
+		expect(made.own >= 9 and made.own_physics >= 9, "its own callbacks came %d and %d times" % [made.own, made.own_physics])
+		expect(tick.deltas.size() >= 9 and tick.deltas.size() <= 11, "the machine had %d updates" % tick.deltas.size())
+		var before := made.own
+		made.send_event("go")
+		await advance(0.05)
+		expect_near(made.state_time(), 0.05, 0.02)
+		await advance(0.1)
+		expect_state(made, "C")
+		expect(made.own > before + 7, "its own callback ended with the machine's work")
+		made.free()

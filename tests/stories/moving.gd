@@ -114,7 +114,7 @@ func test_who_keeps_moving_may_be_freed_and_come_back() -> void:
 			expect_near(gone.get(&"position"), Vector2(2, 0), 1.01)
 			gone.free()
 		else:
-			expect_warning("Translate on Machine: there is no node at Crate. Pick one under Node Path.")
+			expect_warning("Translate on Machine: there is no node at ../Crate. Pick one under Node Path.")
 		await frames(3)
 		expect_state(owner, "Work")
 		var back := body("Crate")
@@ -124,13 +124,33 @@ func test_who_keeps_moving_may_be_freed_and_come_back() -> void:
 		owner.free()
 
 
+func test_where_there_is_no_size_there_is_no_place() -> void:
+	for row: Array in [
+		[kind(SCMoveToAction, {"to": Vector3(3, 0, 0), "duration": 0.1}), "Flat"], [kind(SCMoveToAction, {"to_path": ^"../../../Goal", "follow_it": true, "duration": 0.1}), "Flat"],
+		[kind(SCRotateToAction, {"degrees": 90.0, "space": SCRotateToAction.GLOBAL, "duration": 0.1}), "Flat"],
+		[kind(SCLookAtAction, {"face": SCLookAtAction.A_DIRECTION, "direction": Vector3(1, 0, 0), "duration": 0.1}), "Flat"],
+		[kind(SCRotateToAction, {"degrees": 90.0, "space": SCRotateToAction.GLOBAL, "duration": 0.1}), "Crate"],
+		[kind(SCLookAtAction, {"face": SCLookAtAction.A_DIRECTION, "direction": Vector3(1, 0, 0), "duration": 0.1}), "Crate"],
+		[kind(SCLookAtAction, {"face": SCLookAtAction.A_DIRECTION, "direction": Vector3(1, 0, 0), "run_mode": SCMachineAction.EVERY_FRAME}), "Crate"],
+	]:
+		var goal := body_3d("Goal", Vector3(1, 1, 1))
+		var flat := body_3d("Flat")
+		var crate := body_3d("Crate", Vector3.ZERO, flat)
+		(flat if row[1] == "Flat" else crate).scale = Vector3.ZERO
+		play(row[0], {}, {"under": crate})
+		await advance(0.15)
+		expect_warning("%s has a size of 0, so %s stays as it is. Give it a Scale above 0." % [row[1], "Crate" if row[1] == "Flat" else "it"])
+		flat.free()
+		goal.free()
+
+
 func test_what_is_wrong_is_told_and_holds_nothing_up() -> void:
 	var odd := "holds a number that is none, as 0 divided by 0 is, or one too large to work with, so it did nothing. Type another beside"
 	var far := Vector3(9e11, 0, 0)
 	for row: Array in [
-		[kind(SCMoveToAction, {"node_path": ^"../Nobody"}), "Move To on Guard: there is no node at Nobody. Pick one under Node Path."],
+		[kind(SCMoveToAction, {"node_path": ^"../Nobody"}), "Move To on Guard: there is no node at ../Nobody. Pick one under Node Path."],
 		[kind(SCMoveToAction, {"node_path": ^"."}), "Move To on Guard: Guard is a SCMachine, not a Node2D, a Node3D or a Control. Pick a Node2D, a Node3D or a Control under Node Path."],
-		[kind(SCMoveToAction, {"to_path": ^"../Nobody"}), "Move To on Guard: there is no node at Nobody. Pick one under To Path."],
+		[kind(SCMoveToAction, {"to_path": ^"../Nobody"}), "Move To on Guard: there is no node at ../Nobody. Pick one under To Path."],
 		[kind(SCMoveToAction, {"to": Color.RED}), "Move To on Guard: To holds a Color, which is no place and no direction, so it did nothing. Pick a Vector2, a Vector3 or a node beside To."],
 		[kind(SCMoveToAction, {"to": Vector2(NAN, INF)}), "Move To on Guard: To %s To, or look at the variable that it reads." % odd],
 		[kind(SCMoveToAction, {"to": far, "space": SCMoveToAction.FROM_WHERE_IT_IS, "node_path": ^"../../Far"}), "Move To on Guard: the place it would move to is none, or too far away to work with, so Far stays where it is. Look at where Far lies and at what To holds."],
@@ -138,16 +158,16 @@ func test_what_is_wrong_is_told_and_holds_nothing_up() -> void:
 		[kind(SCMoveToAction, {"space": 9, "duration": 0.0}), "Move To on Guard: its Space is 9, which is none of the choices there are, so it was taken as Global. Pick one beside Space."],
 		[kind(SCMoveToAction, {"curve": 99, "duration": 0.02}), "Move To on Guard: its Curve is 99, which is none of the choices there are, so it was taken as Linear."],
 		[kind(SCMoveToAction, {"easing": -1, "duration": 0.02}), "Move To on Guard: its Easing is -1, which is none of the choices there are, so it was taken as Ease In Out."],
-		[kind(SCScaleToAction, {"node_path": ^"../Nobody"}), "Scale To on Guard: there is no node at Nobody."],
+		[kind(SCScaleToAction, {"node_path": ^"../Nobody"}), "Scale To on Guard: there is no node at ../Nobody."],
 		[kind(SCScaleToAction, {"to": -INF}), "Scale To on Guard: To %s To" % odd],
 		[kind(SCScaleToAction, {"to": 1e10, "measure": SCScaleToAction.TIMES_ITS_SIZE}), "Scale To on Guard: Crate would become too large to work with, so its size was left alone. Type less beside To"],
 		[kind(SCScaleToAction, {"to": 2.0, "curve": -1, "duration": 0.02}), "Scale To on Guard: its Curve is -1"],
-		[kind(SCPunchAction, {"node_path": ^"../Nobody"}), "Punch on Guard: there is no node at Nobody."],
+		[kind(SCPunchAction, {"node_path": ^"../Nobody"}), "Punch on Guard: there is no node at ../Nobody."],
 		[kind(SCPunchAction, {"amount": Vector3(1e38, NAN, -INF)}), "Punch on Guard: Amount %s Amount" % odd],
 		[kind(SCPunchAction, {"amount": -9e18, "what": SCPunchAction.POSITION}), "Punch on Guard: Amount holds"],
 		[kind(SCTranslateAction, {"direction": Vector3(0, NAN, 0)}), "Translate on Guard: Direction %s Direction" % odd],
 		[kind(SCTranslateAction, {"direction": Vector3.ZERO, "speed": INF}), "Translate on Guard: its Speed is too large to work with, so it was taken as 1000000000000."],
-		[kind(SCToGlobalAction, {"node_path": ^"../Nobody", "store_in": &"seen"}), "To Global on Guard: there is no node at Nobody."],
+		[kind(SCToGlobalAction, {"node_path": ^"../Nobody", "store_in": &"seen"}), "To Global on Guard: there is no node at ../Nobody."],
 		[kind(SCToLocalAction, {"global_point": "here", "store_in": &"seen"}), "To Local on Guard: Global Point holds a String"],
 		[kind(SCToLocalAction, {"node_path": ^"../../Flat", "store_in": &"seen"}), "To Local on Guard: Flat has a size of 0"],
 	]:

@@ -212,7 +212,7 @@ func test_easing_set_up_wrong_is_told_of() -> void:
 	for row: Array in [
 		[{"variable_name": &""}, {}, "no variable is picked, so there was nothing to ease. Pick one under Variable Name."],
 		[{}, {}, "this machine has no variable called fuel, so there was nothing to ease."],
-		[{}, {"fuel": null}, "fuel holds nothing, so there is nowhere to start from and it was left alone. Give it a starting value in the Variables tab."],
+		[{}, {"fuel": null}, "fuel holds nothing, so there is nowhere to start from and it was left alone. Give it a starting value under Variables."],
 		[{}, {"fuel": "full"}, "fuel holds a String and To is a float, so there is no way from one to the other and it was left alone. Give To the same type as the variable."],
 		[{"to": Color.RED}, {"fuel": 1.0}, "fuel holds a float and To is a Color"],
 	]:
@@ -254,7 +254,7 @@ func test_a_property_set_up_wrong_is_told_of() -> void:
 		[{"property": "visibel"}, "Body has nothing called visibel, so nothing was read. Check the name under Property against Godot's help for Node2D."],
 		[{"property": "position:q"}, "Body has nothing called position:q"],
 		[{"property": "::"}, "Body has nothing called ::, so nothing was read."],
-		[{"property": "name", "node_path": NodePath("../Nobody")}, "there is no node at Nobody. Pick one under Node Path."],
+		[{"property": "name", "node_path": NodePath("../Nobody")}, "there is no node at ../Nobody. Pick one under Node Path."],
 		[{"property": "name", "store_in": &""}, "there is nowhere to put the value, so it was lost. Pick a variable under Store In."],
 	]:
 		var there := body()

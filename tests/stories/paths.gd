@@ -118,9 +118,9 @@ func test_no_path_is_told_of_and_holds_nothing_up() -> void:
 	_path(Vector3()).name = "Deep"
 	body("Post")
 	for row: Array in [
-		[{"node_path": ^"../Nobody"}, "there is no node at Nobody. Pick one under Node Path."],
+		[{"node_path": ^"../Nobody"}, "there is no node at ../Nobody. Pick one under Node Path."],
 		[{}, "Rider lies in no path, so there is nothing to go along. Pick a Path2D or a Path3D under Along Path."],
-		[{"along_path": ^"../../Nowhere"}, "there is no node at Nowhere. Pick one under Along Path."],
+		[{"along_path": ^"../../Nowhere"}, "there is no node at ../../Nowhere. Pick one under Along Path."],
 		[{"along_path": ^"../../Post"}, "Post is a Node2D, not a Path2D. Pick a Path2D under Along Path."],
 		[{"along_path": ^"../../Deep"}, "Rider is a Node2D and Deep a Path3D, and one cannot go along the other. Pick a Path2D under Along Path."],
 		[{"along_path": ^"../../Empty"}, "Empty has no path drawn yet, so there is nothing to go along."],

@@ -62,3 +62,16 @@ func test_a_transition_to_its_own_state_restarts_it_and_keeps_the_event() -> voi
 	expect_equal(events, [&"", &"hit"])
 	expect_equal(made.event_data("hit"), 12)
 	expect_equal(made.last_event(), &"hit")
+
+
+func test_what_a_check_last_answered_outlives_the_restart_whatever_it_is() -> void:
+	for answer: Variant in [null, true, "text"]:
+		var found: Array = []
+		var keep := act("keep")
+		keep.entering(func(m: SCMachine) -> void: found.append(m.slot(0).duplicate()))
+		keep.exiting(func(m: SCMachine) -> void: m.slot(0).clear())
+		var made := start(machine([state("A", [keep])]))
+		made.slot(0).merge({&"check_last": answer, &"other": 1})
+		made.restart_state(made.current_state)
+		expect_equal(found, [{}, {&"check_last": answer}])
+		made.free()

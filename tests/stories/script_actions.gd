@@ -58,6 +58,18 @@ func test_a_script_that_extends_a_kind_adds_to_it() -> void:
 		await expect_later(guard, 0.2, "Up")
 
 
+func test_whoever_runs_another_action_has_its_variables_read() -> void:
+	for run: Callable in [
+		func(m: SCMachine, inner: SCMachineAction) -> void: inner.enter(m, 0),
+		func(m: SCMachine, inner: SCMachineAction) -> void: SCMachineBase.native_action(0, inner, m, 0, 0.0),
+	]:
+		var inner := set_var(&"score", 1, {"value_variable": &"bonus"})
+		var guard := play(act("a"), {}, {"variables": {"score": 0, "bonus": 7}})
+		run.call(guard, inner)
+		expect_equal(guard.get_value("score"), 7)
+		guard.free()
+
+
 func test_a_script_of_its_own_has_no_compiled_runtime() -> void:
 	var guard := play(act("a"), {"FINISHED": "Wrong"})
 	SCMachineBase.native_action(0, PlainWait.new(), guard, 0, 0.0)

@@ -67,7 +67,7 @@ func test_what_is_wrong_is_told() -> void:
 	for row: Array in [
 		[send(""), "Send Event on Machine: it has no event, so nothing was sent."],
 		[send("go", {"reach": SCSendEventAction.A_GROUP}), "it has no group to send go to"],
-		[send("go", {"reach": SCSendEventAction.A_NODE, "to_node_path": NodePath("../Nowhere")}), "there is no node at Nowhere. Pick one under To Node Path."],
+		[send("go", {"reach": SCSendEventAction.A_NODE, "to_node_path": NodePath("../Nowhere")}), "there is no node at ../Nowhere. Pick one under To Node Path."],
 		[send("go", {"reach": SCSendEventAction.A_NODE, "to_node_path": NodePath("../../Crate")}), "there is no Machine on Crate or on a node above it, so nobody heard go."],
 	]:
 		result_of(row[0])
@@ -93,3 +93,12 @@ func test_lines_on_the_graph() -> void:
 	expect_line(send("go", {"reach": SCSendEventAction.A_NODE, "to_node_path": NodePath("../Door")}), "Send go to Door")
 	expect_line(send("go", {"reach": SCSendEventAction.A_NODE}), "Send go to Self")
 	expect_line(send(""), "Send (pick one)")
+
+
+func test_a_script_sends_what_was_to_be_sent_later() -> void:
+	var later := send(&"go", {"delay": 60.0, "data": 5})
+	for what: int in [3, 4, -1]:
+		var guard := play([act("a")], {"go": "Gone"})
+		SCMachineBase.native_action(what, later, guard, 0, 0.0)
+		expect_state(guard, "Gone")
+		guard.free()

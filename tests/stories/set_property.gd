@@ -83,6 +83,8 @@ func test_what_it_cannot_take_is_told_once_and_left() -> void:
 		["position", Vector2(NAN, 0), "because Value holds a number that is none, as 0 divided by 0 is, so nothing was set."],
 		["position", Vector3(0, NAN, 0), "because Value holds a number that is none"],
 		["rotation", NAN, "because Value holds a number that is none"],
+		["name", null, "because it takes a StringName and was given nothing"],
+		["name", "", "because it takes a StringName and was given a String"],
 	]:
 		var made := play(_set_it(row[0], row[1], {"run_mode": SCMachineAction.EVERY_FRAME}), {}, {"under": chest})
 		await frames(2)
@@ -94,7 +96,7 @@ func test_what_it_cannot_take_is_told_once_and_left() -> void:
 
 func test_what_is_missing_is_told() -> void:
 	for row: Array in [
-		[_set_it("count", 1, {"node_path": NodePath("../Nowhere")}), "there is no node at Nowhere. Pick one under Node Path."],
+		[_set_it("count", 1, {"node_path": NodePath("../Nowhere")}), "there is no node at ../Nowhere. Pick one under Node Path."],
 		[_set_it("", 1), "it has no property of Stage to set"],
 	]:
 		result_of(row[0])

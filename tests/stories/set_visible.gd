@@ -140,7 +140,7 @@ func test_a_node_that_is_freed_meanwhile() -> void:
 		lamp.free()
 		await advance(0.2)
 		if keeps_hidden:
-			expect_warning("Set Visible on Machine: there is no node at Panel.")
+			expect_warning("Set Visible on Machine: there is no node at ../Panel.")
 		expect_after(made, "off", "Off")
 		made.free()
 
@@ -163,7 +163,7 @@ func test_what_cannot_be_shown_is_told_and_left_alone() -> void:
 	for row: Array in [
 		[NodePath("../Odd"), "Odd is a Node, not something that can be shown and hidden."],
 		[NodePath("/root"), "root is a Window, not something that can be shown and hidden."],
-		[NodePath("../Nowhere"), "there is no node at Nowhere. Pick one under Node Path."],
+		[NodePath("../Nowhere"), "there is no node at ../Nowhere. Pick one under Node Path."],
 	]:
 		for mode: int in [SCMachineAction.ONCE, SCMachineAction.EVERY_FRAME]:
 			var made := play(_set_it(SCSetVisibleAction.HIDE, {"node_path": row[0], "run_mode": mode}))

@@ -36,6 +36,10 @@ func test_names_stand_in_place_of_values() -> void:
 		[{"seconds": "pause"}, func(t: Teller) -> String: return "Wait %.1f s" % t.seconds, "Wait [pause] s"],
 		[{"seconds": "pause"}, func(t: Teller) -> String: return "Turn %s" % _n(-t.seconds), "Turn [pause]"],
 		[{"seconds": "pause"}, func(t: Teller) -> String: return "Wait %s" % ("no time" if t.seconds > 0.0 else _n(t.seconds)), "Wait [pause]"],
+		[{"seconds": "pause"}, func(t: Teller) -> String: return "Wait %s to %s s" % [_n(t.seconds), _n(t.seconds + 1.5)], "Wait [pause] to [pause] + 1.5 s"],
+		[{"seconds": "pause"}, func(t: Teller) -> String: return "%s s, %s s" % [_n(t.seconds), _n(t.seconds)], "[pause] s, [pause] s"],
+		[{"times": "count"}, func(t: Teller) -> String: return "%d times, %d left" % [t.times, t.times - 1], "[count] times, [count] - 1 left"],
+		[{"seconds": "pause"}, func(t: Teller) -> String: return "%s or %s s" % [_n(t.seconds), _n(t.seconds * 2.0)], "2 or 4 s (seconds: [pause])"],
 		[{"seconds": "pause"}, func(t: Teller) -> String: return "Wait %d ms" % roundi(t.seconds * 1000.0), "Wait [pause] ms"],
 		[
 			{"seconds": "pause"}, func(t: Teller) -> String: return "Walk round the whole yard, look behind each barrel, and then wait %s s" % _n(t.seconds),

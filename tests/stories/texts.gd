@@ -118,7 +118,7 @@ func test_text_set_up_wrong_is_told_of() -> void:
 	]:
 		expect_warns(_string(row[0], row[1]), "String on Machine: %s" % row[2], {"variables": {"list": 4}})
 	expect_equal(result_of(_format("{scor} points")), "{scor} points")
-	expect_warning("Format String on Machine: this machine has no variable called scor, so {scor} was left as it stands. Add it in the Variables tab, or write the name of one that it has.")
+	expect_warning("Format String on Machine: this machine has no variable called scor, so {scor} was left as it stands. Add it under Variables, or write the name of one that it has.")
 	expect_warns(_format("a", {"store_in": &""}), "Format String on Machine: there is nowhere to put the text, so it was lost. Pick a variable under Store In.")
 
 

@@ -77,6 +77,26 @@ func test_hit_stops_that_overlap() -> void:
 	Engine.time_scale = 1.0
 
 
+func test_a_hit_stop_within_slow_motion_leaves_the_slow_motion() -> void:
+	# Who lets go, in which order, and the speed after each: the last that still holds has its way.
+	for row: Array in [[[1, 0], [0.5, 1.0]], [[0, 1], [0.1, 1.0]], [[2, 0, 1], [0.1, 0.1, 1.0]], [[1, 2, 0], [0.25, 0.5, 1.0]]]:
+		var held: Array[SCMachine] = []
+		for scale: float in [0.5, 0.1, 0.25].slice(0, (row[0] as Array).size()):
+			held.append(play([kind(SCSetTimeScaleAction, {"scale": scale, "put_back_when_left": true}), act("slow")], {"over": "Over"}))
+		if row[0] == [2, 0, 1]:
+			expect_equal(Engine.time_scale, 0.25)
+		for i in held.size():
+			held[row[0][i]].send_event("over")
+			expect_equal(Engine.time_scale, row[1][i], "%s, after %d" % [row[0], i])
+	var slow := play([kind(SCSetTimeScaleAction, {"scale": 0.5, "put_back_when_left": true}), act("slow")], {"over": "Over"})
+	var hit := play(kind(SCSetTimeScaleAction, {"scale": 0.05, "lasts": 0.05}))
+	await expect_later(hit, 0.1, "Done")
+	expect_equal(Engine.time_scale, 0.5)
+	slow.get_parent().remove_child(slow)
+	slow.free()
+	expect_equal(Engine.time_scale, 1.0)
+
+
 func test_it_gets_slower_little_by_little() -> void:
 	# For good, or until it has lasted a while.
 	for lasts: float in [0.0, 0.2]:

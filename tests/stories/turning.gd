@@ -101,6 +101,7 @@ func test_the_mouse_is_faced() -> void:
 	var look := kind(SCLookAtAction, {"face": SCLookAtAction.THE_MOUSE})
 	expect_state(play(look, ENDS, {"under": hero}), "Faces")
 	expect_equal(hero.rotation, Vector3.ZERO, "there is no camera to point through")
+	expect_warning("there is no camera to look through, so there is no telling what the mouse points at, and Hero was not turned. Add a Camera3D.")
 	var camera: Camera3D = add(Camera3D.new(), "", {"position": Vector3(0, 10, 0), "rotation_degrees": Vector3(-90, 0, 0), "current": true})
 	var pointer := tree.root.get_mouse_position()
 	var pointed: Variant = Plane(Vector3.UP, 0.0).intersects_ray(camera.project_ray_origin(pointer), camera.project_ray_normal(pointer))
@@ -112,8 +113,8 @@ func test_nothing_to_face_is_told_of() -> void:
 	for row: Array in [
 		[{}, "Look At on Guard: it has no node to face, so it turned nothing. Pick one under At Path."],
 		[{"at_path": ^".."}, "Look At on Guard: Post cannot face itself, so it was not turned."],
-		[{"at_path": ^"../Nobody"}, "Look At on Guard: there is no node at Nobody. Pick one under At Path."],
-		[{"node_path": ^"../Nobody"}, "Look At on Guard: there is no node at Nobody. Pick one under Node Path."],
+		[{"at_path": ^"../Nobody"}, "Look At on Guard: there is no node at ../Nobody. Pick one under At Path."],
+		[{"node_path": ^"../Nobody"}, "Look At on Guard: there is no node at ../Nobody. Pick one under Node Path."],
 		[{"face": SCLookAtAction.A_PLACE, "place": "north"}, "Look At on Guard: Place holds a String"],
 		# A stick at rest.
 		[{"face": SCLookAtAction.A_DIRECTION, "direction": Vector2()}, ""],
@@ -143,7 +144,7 @@ func test_what_turns_may_be_freed() -> void:
 		coin.free()
 		await expect_later(owner, 0.3, "Work" if turns is SCLookAtAction else "Faces")
 		if turns is SCLookAtAction:
-			expect_warning("Look At on Machine: there is no node at Coin.")
+			expect_warning("Look At on Machine: there is no node at ../Coin.")
 		owner.free()
 
 

@@ -117,3 +117,47 @@ func test_what_an_event_stored_is_news_only_to_states_older_than_it() -> void:
 	expect_log(["hurt exit", "hurt enter"])
 	made.set_value("hp", 1)
 	expect_log(["bar update", "hurt update"])
+
+
+func test_two_that_answer_one_another() -> void:
+	expect_passes_alone("""
+		var grow := func() -> SCMachineAction:
+			return kind(SCFormatStringAction, {"text": "{x}!", "store_in": &"x", "run_mode": SCMachineAction.EVERY_FRAME})
+		for shared: bool in [false, true]:
+			var variables := [variable("x", "", {"is_global": shared})]
+			var made: Array[SCMachine] = []
+			for i in 2:
+				made.append(play([grow.call(), grow.call(), act("label").watching(["x"])], {"go": "Gone"}, {"variables": variables, "name": "M%d" % i}))
+			await frames(3)
+			for each in made:
+				expect_after(each, "go", "Gone")
+				each.free()
+	""")
+
+
+func test_what_is_told_once_the_deepest_has_been_reached() -> void:
+	expect_passes_alone("""
+		var seen: Array = []
+		var count_on := func(m: SCMachine) -> void: m.set_value("n", int(m.get_value("n")) + 1)
+		var made := start(machine([state("A", [
+			act("a").watching(["n"]).updating(count_on), act("b").watching(["n"]).updating(count_on),
+			act("copy").watching(["n"]).updating(func(m: SCMachine) -> void: m.set_value("copied", m.get_value("n"))),
+			act("label").watching(["copied"]).updating(func(m: SCMachine) -> void: seen.append(m.get_value("copied"))),
+		])], {"variables": {"n": 0, "copied": 0}}))
+		for times in 2:
+			made.set_value("n", 1)
+			expect(noted.count("a update") <= 50 * (times + 1) and noted.count("b update") <= 50 * (times + 1), "they were told %d times" % noted.size())
+			expect_equal(seen.back(), made.get_value("n"))
+	""")
+
+
+func test_a_chain_of_fifty_reaches_its_end() -> void:
+	var links: Array = []
+	var variables := {}
+	for i in 51:
+		variables["v%d" % i] = 0
+		if i < 50:
+			links.append(act("link %d" % i).watching(["v%d" % i]).updating(func(m: SCMachine) -> void: m.set_value("v%d" % (i + 1), 1)))
+	var made := start(machine([state("A", links)], {"variables": variables}))
+	made.set_value("v0", 1)
+	expect_values(made, {&"v50": 1})

@@ -4,6 +4,15 @@ extends SceneTree
 ## [code]check[/code], which ends with 1 when a script is missing, misnamed or stale, or when something else lies there.
 
 const FOLDERS: Array[String] = ["res://addons/quillstead/actions", "res://addons/quillstead/conditions"]
+const MANIFEST: String = "res://addons/quillstead/quillstead.gdextension"
+const ICONS: String = "res://addons/quillstead/icons/%s.svg"
+## The icons of what is no kind.
+const ICON_OF: Dictionary[String, String] = {
+	"SCMachine": "machine", "SCMachineTemplate": "template", "SCMachineState": "state", "SCMachineParallelState": "parallel_state",
+	"SCMachineTransition": "transition", "SCMachineVariable": "variable", "SCMachineEvent": "event", "SCMachineNote": "note",
+	"SCMachineAction": "action", "SCMachineCondition": "conditions",
+}
+const KindCatalog := preload("res://addons/quillstead/editor/kind_catalog.gd")
 const PAGE: String = "res://docs/kinds.md"
 const README: String = "res://README.md"
 const WIDTH: int = 116
@@ -19,6 +28,7 @@ func _initialize() -> void:
 	for kind in kinds:
 		_wanted[kind["script"]] = _script_of(kind)
 	_wanted[PAGE] = _page_of(kinds)
+	_wanted[MANIFEST] = _manifest_of(kinds)
 	_wanted[README] = _readme_with(kinds.size())
 	for path in _wanted:
 		_settle(path, writes)
@@ -35,6 +45,21 @@ func _initialize() -> void:
 
 func _script_of(kind: Dictionary) -> String:
 	return "extends %s\n%s" % [kind["class"], _in_lines("## ", kind["about"])]
+
+
+## What the scene tree, the create dialog and the inspector show beside each class.
+func _manifest_of(kinds: Array[Dictionary]) -> String:
+	var icons := ICON_OF.duplicate()
+	for kind in kinds:
+		icons[kind["class"]] = kind["category"]
+	var lines := PackedStringArray()
+	for name: String in icons:
+		if FileAccess.file_exists(ICONS % icons[name]):
+			lines.append('%s = "%s"' % [name, ICONS % icons[name]])
+		else:
+			_faults.append("%s is missing, for %s" % [(ICONS % icons[name]).trim_prefix("res://"), name])
+	lines.sort()
+	return "%s\n\n[icons]\n\n%s\n" % [FileAccess.get_file_as_string(MANIFEST).get_slice("[icons]", 0).strip_edges(), "\n".join(lines)]
 
 
 ## The engine joins the lines of a comment again.
@@ -54,7 +79,7 @@ func _page_of(kinds: Array[Dictionary]) -> String:
 	for kind in kinds:
 		var category: String = kind["category"]
 		var lines: PackedStringArray = by_category.get(category, PackedStringArray())
-		lines.append("- **%s**: %s" % [_title_of(kind["class"]), _first_sentence(kind["about"])])
+		lines.append("- **%s**: %s" % [KindCatalog.title_of(kind["class"]), KindCatalog.first_sentence_of(kind["about"])])
 		by_category[category] = lines
 	var page := "# The kinds\n\nWhat the Add Action menu offers, and the questions a Check asks. The editor's help tells each in full.\n"
 	page += "Made by `./dev kinds` from what the library says of itself.\n"
@@ -79,19 +104,6 @@ func _conditions_last(a: String, b: String) -> bool:
 	if (a == "conditions") != (b == "conditions"):
 		return b == "conditions"
 	return a < b
-
-
-func _title_of(class_of_kind: StringName) -> String:
-	return String(class_of_kind).trim_prefix("SC").trim_suffix("Action").trim_suffix("Condition").capitalize()
-
-
-func _first_sentence(text: String) -> String:
-	var end := text.length()
-	for mark: String in [". ", "? ", "! ", "\n"]:
-		var at := text.find(mark)
-		if at >= 0:
-			end = mini(end, at + mark.strip_edges().length())
-	return text.left(end)
 
 
 func _settle(path: String, writes: bool) -> void:

@@ -60,7 +60,8 @@ StringName get_parent_class(const StringName &p_name) {
 	static internal::StaticName method("get_parent_class");
 	GDExtensionObjectPtr singleton = gdextension_interface::global_get_singleton(class_db.get()._native_ptr());
 	ERR_FAIL_NULL_V(singleton, StringName());
-	static const GDExtensionVariantFromTypeConstructorFunc from_object = gdextension_interface::get_variant_from_type_constructor(GDEXTENSION_VARIANT_TYPE_OBJECT);
+	static const GDExtensionVariantFromTypeConstructorFunc from_object =
+			gdextension_interface::get_variant_from_type_constructor(GDEXTENSION_VARIANT_TYPE_OBJECT);
 	Variant receiver;
 	from_object(&receiver, &singleton);
 	const Variant name = p_name;
@@ -101,8 +102,7 @@ void *create_nearest_binding(void *p_token, void *p_instance) {
 
 namespace internal {
 
-ConstructionFrame::ConstructionFrame(const ClassTag *p_tag, void *p_existing_owner) :
-		tag(p_tag), existing_owner(p_existing_owner), outer(innermost_frame) {
+ConstructionFrame::ConstructionFrame(const ClassTag *p_tag, void *p_existing_owner) : tag(p_tag), existing_owner(p_existing_owner), outer(innermost_frame) {
 	innermost_frame = this;
 }
 
@@ -236,8 +236,7 @@ Wrapped::Wrapped(const internal::ClassTag &p_engine_class) {
 	}
 }
 
-Wrapped::Wrapped(GodotObject *p_owner) :
-		_owner(p_owner) {
+Wrapped::Wrapped(GodotObject *p_owner) : _owner(p_owner) {
 	list_wrapper();
 }
 

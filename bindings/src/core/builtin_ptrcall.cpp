@@ -81,7 +81,8 @@ void destroy_opaque(GDExtensionVariantType p_type, void *p_value) {
 void report_index_out_of_bounds(GDExtensionVariantType p_type, int64_t p_index, int64_t p_size) {
 	if (gdextension_interface::print_error) {
 		char message[192];
-		snprintf(message, sizeof(message), "Index %lld is out of bounds: the %s's size is %lld.", static_cast<long long>(p_index), TypeName(p_type).text, static_cast<long long>(p_size));
+		snprintf(message, sizeof(message), "Index %lld is out of bounds: the %s's size is %lld.", static_cast<long long>(p_index), TypeName(p_type).text,
+				static_cast<long long>(p_size));
 		gdextension_interface::print_error(message, __FUNCTION__, __FILE__, __LINE__, false);
 	}
 }

@@ -78,7 +78,8 @@ GDExtensionClassCallVirtual get_virtual(void *p_class, GDExtensionConstStringNam
 	}
 	// Another signature under the same name: calling it would read the arguments wrongly.
 	if (found->second.hash != p_hash) {
-		ERR_PRINT_ONCE(vformat("The engine's virtual method %s has another signature than these bindings were generated for; class \"%s\" is not called.", found->second.name, info->tag->get_name()));
+		ERR_PRINT_ONCE(vformat("The engine's virtual method %s has another signature than these bindings were generated for; class \"%s\" is not called.",
+				found->second.name, info->tag->get_name()));
 		return nullptr;
 	}
 	return found->second.call;
@@ -158,7 +159,8 @@ void ClassDB::register_extension_class(const internal::ClassRegistration &p_regi
 	}
 }
 
-MethodBind *ClassDB::register_method(const StringName &p_class, MethodBind *p_bind, const MethodDefinition &p_definition, const Variant *p_defaults, size_t p_default_count) {
+MethodBind *ClassDB::register_method(
+		const StringName &p_class, MethodBind *p_bind, const MethodDefinition &p_definition, const Variant *p_defaults, size_t p_default_count) {
 	ERR_FAIL_NULL_V(p_bind, nullptr);
 	ClassInfo *info = find_class(p_class);
 	const char *problem = nullptr;
@@ -233,29 +235,35 @@ void ClassDB::add_property(const StringName &p_class, const PropertyInfo &p_info
 	if (!p_setter.is_empty()) {
 		const MethodBind *setter = get_method(p_class, p_setter);
 		ERR_FAIL_NULL_MSG(setter, vformat("Property %s::%s has the setter \"%s\", which is not bound.", p_class, p_info.name, p_setter));
-		ERR_FAIL_COND_MSG(setter->get_argument_count() != 1 + extra, vformat("The setter \"%s\" of property %s::%s must take %d arguments.", p_setter, p_class, p_info.name, 1 + extra));
+		ERR_FAIL_COND_MSG(setter->get_argument_count() != 1 + extra,
+				vformat("The setter \"%s\" of property %s::%s must take %d arguments.", p_setter, p_class, p_info.name, 1 + extra));
 	}
 	if (!p_getter.is_empty()) {
 		const MethodBind *getter = get_method(p_class, p_getter);
 		ERR_FAIL_NULL_MSG(getter, vformat("Property %s::%s has the getter \"%s\", which is not bound.", p_class, p_info.name, p_getter));
-		ERR_FAIL_COND_MSG(getter->get_argument_count() != extra, vformat("The getter \"%s\" of property %s::%s must take %d arguments.", p_getter, p_class, p_info.name, extra));
+		ERR_FAIL_COND_MSG(getter->get_argument_count() != extra,
+				vformat("The getter \"%s\" of property %s::%s must take %d arguments.", p_getter, p_class, p_info.name, extra));
 	}
 	const GDExtensionPropertyInfo info = p_info._to_gdextension();
 	if (p_index >= 0) {
-		gdextension_interface::classdb_register_extension_class_property_indexed(internal::library, p_class._native_ptr(), &info, p_setter._native_ptr(), p_getter._native_ptr(), p_index);
+		gdextension_interface::classdb_register_extension_class_property_indexed(
+				internal::library, p_class._native_ptr(), &info, p_setter._native_ptr(), p_getter._native_ptr(), p_index);
 	} else {
-		gdextension_interface::classdb_register_extension_class_property(internal::library, p_class._native_ptr(), &info, p_setter._native_ptr(), p_getter._native_ptr());
+		gdextension_interface::classdb_register_extension_class_property(
+				internal::library, p_class._native_ptr(), &info, p_setter._native_ptr(), p_getter._native_ptr());
 	}
 }
 
 void ClassDB::add_property_group(const StringName &p_class, const String &p_name, const String &p_prefix) {
 	ERR_FAIL_NULL_MSG(find_class(p_class), vformat("Class \"%s\" is not registered.", p_class));
-	gdextension_interface::classdb_register_extension_class_property_group(internal::library, p_class._native_ptr(), p_name._native_ptr(), p_prefix._native_ptr());
+	gdextension_interface::classdb_register_extension_class_property_group(
+			internal::library, p_class._native_ptr(), p_name._native_ptr(), p_prefix._native_ptr());
 }
 
 void ClassDB::add_property_subgroup(const StringName &p_class, const String &p_name, const String &p_prefix) {
 	ERR_FAIL_NULL_MSG(find_class(p_class), vformat("Class \"%s\" is not registered.", p_class));
-	gdextension_interface::classdb_register_extension_class_property_subgroup(internal::library, p_class._native_ptr(), p_name._native_ptr(), p_prefix._native_ptr());
+	gdextension_interface::classdb_register_extension_class_property_subgroup(
+			internal::library, p_class._native_ptr(), p_name._native_ptr(), p_prefix._native_ptr());
 }
 
 void ClassDB::add_signal(const StringName &p_class, const MethodInfo &p_signal) {
@@ -265,14 +273,16 @@ void ClassDB::add_signal(const StringName &p_class, const MethodInfo &p_signal) 
 	PropertyArray arguments;
 	arguments.values = p_signal.arguments;
 	arguments.finish();
-	gdextension_interface::classdb_register_extension_class_signal(internal::library, p_class._native_ptr(), p_signal.name._native_ptr(), arguments.native.data(), static_cast<GDExtensionInt>(arguments.native.size()));
+	gdextension_interface::classdb_register_extension_class_signal(internal::library, p_class._native_ptr(), p_signal.name._native_ptr(),
+			arguments.native.data(), static_cast<GDExtensionInt>(arguments.native.size()));
 }
 
 void ClassDB::bind_integer_constant(const StringName &p_class, const StringName &p_enum, const StringName &p_name, GDExtensionInt p_value, bool p_is_bitfield) {
 	if (!claim_member(p_class, "constant", p_name)) {
 		return;
 	}
-	gdextension_interface::classdb_register_extension_class_integer_constant(internal::library, p_class._native_ptr(), p_enum._native_ptr(), p_name._native_ptr(), p_value, p_is_bitfield);
+	gdextension_interface::classdb_register_extension_class_integer_constant(
+			internal::library, p_class._native_ptr(), p_enum._native_ptr(), p_name._native_ptr(), p_value, p_is_bitfield);
 }
 
 void ClassDB::add_virtual_method(const StringName &p_class, const MethodInfo &p_method, const std::vector<StringName> &p_argument_names) {

@@ -22,7 +22,8 @@ double ease(double x, double curve) {
 }
 
 int step_decimals(double step) {
-	static const double SMALLEST[] = { 0.9999, 0.09999, 0.009999, 0.0009999, 0.00009999, 0.000009999, 0.0000009999, 0.00000009999, 0.000000009999, 0.0000000009999 };
+	static const double SMALLEST[] = { 0.9999, 0.09999, 0.009999, 0.0009999, 0.00009999, 0.000009999, 0.0000009999, 0.00000009999, 0.000000009999,
+		0.0000000009999 };
 	const double part = abs(step) - double(int64_t(abs(step)));
 	for (int i = 0; i < 10; i++) {
 		if (part >= SMALLEST[i]) {

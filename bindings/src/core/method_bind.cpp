@@ -57,7 +57,8 @@ void MethodBind::call(Wrapped *p_instance, const Variant *const *p_arguments, GD
 	invoke(p_instance, complete, r_return);
 }
 
-void MethodBind::bind_call(void *p_bind, GDExtensionClassInstancePtr p_instance, const GDExtensionConstVariantPtr *p_arguments, GDExtensionInt p_count, GDExtensionVariantPtr r_return, GDExtensionCallError *r_error) {
+void MethodBind::bind_call(void *p_bind, GDExtensionClassInstancePtr p_instance, const GDExtensionConstVariantPtr *p_arguments, GDExtensionInt p_count,
+		GDExtensionVariantPtr r_return, GDExtensionCallError *r_error) {
 	const MethodBind *bind = static_cast<const MethodBind *>(p_bind);
 	GDExtensionCallError error = { GDEXTENSION_CALL_OK, 0, 0 };
 	Variant result;

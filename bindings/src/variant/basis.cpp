@@ -119,13 +119,12 @@ Basis Basis::inverse() const {
 	CHECK_MATH(det != 0, *this, "A Basis whose determinant is zero has no inverse.");
 	const real_t s = 1.0f / det;
 	return Basis(cofactor_x * s, (rows[0][2] * rows[2][1] - rows[0][1] * rows[2][2]) * s, (rows[0][1] * rows[1][2] - rows[0][2] * rows[1][1]) * s,
-			cofactor_y * s, (rows[0][0] * rows[2][2] - rows[0][2] * rows[2][0]) * s, (rows[0][2] * rows[1][0] - rows[0][0] * rows[1][2]) * s,
-			cofactor_z * s, (rows[0][1] * rows[2][0] - rows[0][0] * rows[2][1]) * s, (rows[0][0] * rows[1][1] - rows[0][1] * rows[1][0]) * s);
+			cofactor_y * s, (rows[0][0] * rows[2][2] - rows[0][2] * rows[2][0]) * s, (rows[0][2] * rows[1][0] - rows[0][0] * rows[1][2]) * s, cofactor_z * s,
+			(rows[0][1] * rows[2][0] - rows[0][0] * rows[2][1]) * s, (rows[0][0] * rows[1][1] - rows[0][1] * rows[1][0]) * s);
 }
 
 real_t Basis::determinant() const {
-	return rows[0][0] * (rows[1][1] * rows[2][2] - rows[2][1] * rows[1][2]) -
-			rows[1][0] * (rows[0][1] * rows[2][2] - rows[2][1] * rows[0][2]) +
+	return rows[0][0] * (rows[1][1] * rows[2][2] - rows[2][1] * rows[1][2]) - rows[1][0] * (rows[0][1] * rows[2][2] - rows[2][1] * rows[0][2]) +
 			rows[2][0] * (rows[0][1] * rows[1][2] - rows[1][1] * rows[0][2]);
 }
 
@@ -189,9 +188,7 @@ void Basis::set_quaternion(const Quaternion &q) {
 	const real_t wx = q.w * xs, wy = q.w * ys, wz = q.w * zs;
 	const real_t xx = q.x * xs, xy = q.x * ys, xz = q.x * zs;
 	const real_t yy = q.y * ys, yz = q.y * zs, zz = q.z * zs;
-	*this = Basis(1.0f - (yy + zz), xy - wz, xz + wy,
-			xy + wz, 1.0f - (xx + zz), yz - wx,
-			xz - wy, yz + wx, 1.0f - (xx + yy));
+	*this = Basis(1.0f - (yy + zz), xy - wz, xz + wy, xy + wz, 1.0f - (xx + zz), yz - wx, xz - wy, yz + wx, 1.0f - (xx + yy));
 }
 
 void Basis::set_quaternion_scale(const Quaternion &quaternion, const Vector3 &scale) {
@@ -199,7 +196,10 @@ void Basis::set_quaternion_scale(const Quaternion &quaternion, const Vector3 &sc
 }
 
 Quaternion Basis::get_quaternion() const {
-	CHECK_MATH(is_rotation(), Quaternion(), String("Basis ") + String(*this) + String(" must be normalized in order to be cast to a Quaternion. Use get_rotation_quaternion() or call orthonormalized() if the Basis contains linearly independent vectors."));
+	CHECK_MATH(is_rotation(), Quaternion(),
+			String("Basis ") + String(*this) +
+					String(" must be normalized in order to be cast to a Quaternion. Use get_rotation_quaternion() or call orthonormalized() if the Basis "
+						   "contains linearly independent vectors."));
 	Quaternion q;
 	const real_t trace = rows[0][0] + rows[1][1] + rows[2][2];
 	if (trace > 0.0f) {
@@ -252,7 +252,8 @@ bool Basis::is_orthogonal() const {
 
 bool Basis::is_orthonormal() const {
 	const real_t one = 1;
-	return Math::is_equal_approx(get_column(0).length_squared(), one) && Math::is_equal_approx(get_column(1).length_squared(), one) && Math::is_equal_approx(get_column(2).length_squared(), one) && is_orthogonal();
+	return Math::is_equal_approx(get_column(0).length_squared(), one) && Math::is_equal_approx(get_column(1).length_squared(), one) &&
+			Math::is_equal_approx(get_column(2).length_squared(), one) && is_orthogonal();
 }
 
 bool Basis::is_conformal() const {
@@ -261,8 +262,8 @@ bool Basis::is_conformal() const {
 }
 
 bool Basis::is_diagonal() const {
-	return Math::is_zero_approx(rows[0][1]) && Math::is_zero_approx(rows[0][2]) && Math::is_zero_approx(rows[1][0]) &&
-			Math::is_zero_approx(rows[1][2]) && Math::is_zero_approx(rows[2][0]) && Math::is_zero_approx(rows[2][1]);
+	return Math::is_zero_approx(rows[0][1]) && Math::is_zero_approx(rows[0][2]) && Math::is_zero_approx(rows[1][0]) && Math::is_zero_approx(rows[1][2]) &&
+			Math::is_zero_approx(rows[2][0]) && Math::is_zero_approx(rows[2][1]);
 }
 
 bool Basis::is_rotation() const {

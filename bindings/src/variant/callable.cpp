@@ -4,8 +4,7 @@
 
 namespace godot {
 
-Callable::Callable(CallableCustom *p_custom) :
-		OpaqueValue(internal::Unconstructed()) {
+Callable::Callable(CallableCustom *p_custom) : OpaqueValue(internal::Unconstructed()) {
 	internal::construct_custom_callable(_native_ptr(), p_custom);
 }
 

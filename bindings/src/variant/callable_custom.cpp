@@ -81,8 +81,7 @@ namespace internal {
 
 void construct_custom_callable(GDExtensionUninitializedTypePtr r_callable, CallableCustom *p_custom) {
 	if (!p_custom) {
-		static const GDExtensionPtrConstructor construct_empty =
-				gdextension_interface::variant_get_ptr_constructor(GDEXTENSION_VARIANT_TYPE_CALLABLE, 0);
+		static const GDExtensionPtrConstructor construct_empty = gdextension_interface::variant_get_ptr_constructor(GDEXTENSION_VARIANT_TYPE_CALLABLE, 0);
 		construct_empty(r_callable, nullptr);
 		return;
 	}

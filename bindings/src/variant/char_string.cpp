@@ -28,10 +28,7 @@ CharStringT<T>::CharStringT(const CharStringT &p_other) {
 }
 
 template <typename T>
-CharStringT<T>::CharStringT(CharStringT &&p_other) noexcept :
-		data(std::exchange(p_other.data, nullptr)),
-		count(std::exchange(p_other.count, 0)) {
-}
+CharStringT<T>::CharStringT(CharStringT &&p_other) noexcept : data(std::exchange(p_other.data, nullptr)), count(std::exchange(p_other.count, 0)) {}
 
 template <typename T>
 CharStringT<T>::~CharStringT() {

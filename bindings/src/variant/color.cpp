@@ -55,19 +55,16 @@ Color on_wheel(float hue, float low, float high, float rising, float falling, fl
 
 } // namespace
 
-Color::Color(const String &code) :
-		Color() {
+Color::Color(const String &code) : Color() {
 	static const GDExtensionPtrConstructor constructor = internal::find_builtin_constructor(GDEXTENSION_VARIANT_TYPE_COLOR, 5);
 	internal::construct_builtin(constructor, this, { &code });
 }
 
-Color::Color(const String &code, float alpha) :
-		Color(code) {
+Color::Color(const String &code, float alpha) : Color(code) {
 	a = alpha;
 }
 
-Color::Color(const char *code) :
-		Color(String(code)) {}
+Color::Color(const char *code) : Color(String(code)) {}
 
 String Color::to_html(bool with_alpha) const {
 	static const GDExtensionPtrBuiltInMethod method = color_method("to_html", 3429816538);
@@ -80,7 +77,8 @@ Color Color::hex(uint32_t rgba) {
 }
 
 Color Color::hex64(uint64_t rgba) {
-	return Color(float((rgba >> 48) & 0xFFFF) / 65535.0f, float((rgba >> 32) & 0xFFFF) / 65535.0f, float((rgba >> 16) & 0xFFFF) / 65535.0f, float(rgba & 0xFFFF) / 65535.0f);
+	return Color(float((rgba >> 48) & 0xFFFF) / 65535.0f, float((rgba >> 32) & 0xFFFF) / 65535.0f, float((rgba >> 16) & 0xFFFF) / 65535.0f,
+			float(rgba & 0xFFFF) / 65535.0f);
 }
 
 Color Color::html(const String &rgba) {

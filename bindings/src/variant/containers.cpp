@@ -76,7 +76,8 @@ Variant &Dictionary::operator[](const Variant &p_key) {
 	return value ? *static_cast<Variant *>(value) : internal::out_of_bounds_value<Variant>();
 }
 
-void Dictionary::set_typed(uint32_t p_key_type, const StringName &p_key_class_name, const Variant &p_key_script, uint32_t p_value_type, const StringName &p_value_class_name, const Variant &p_value_script) {
+void Dictionary::set_typed(uint32_t p_key_type, const StringName &p_key_class_name, const Variant &p_key_script, uint32_t p_value_type,
+		const StringName &p_value_class_name, const Variant &p_value_script) {
 	gdextension_interface::dictionary_set_typed(_native_ptr(), GDExtensionVariantType(p_key_type), p_key_class_name._native_ptr(), p_key_script._native_ptr(),
 			GDExtensionVariantType(p_value_type), p_value_class_name._native_ptr(), p_value_script._native_ptr());
 }

@@ -13,6 +13,7 @@
 #define CHECK_MATH(m_condition, m_result, m_message) ((void)0)
 #endif
 
-#define CHECK_NORMALIZED(m_value, m_name, m_result) CHECK_MATH((m_value).is_normalized(), m_result, String("The " m_name " ") + String(m_value) + String(" must be normalized."))
+#define CHECK_NORMALIZED(m_value, m_name, m_result)                                                                                                            \
+	CHECK_MATH((m_value).is_normalized(), m_result, String("The " m_name " ") + String(m_value) + String(" must be normalized."))
 
 #endif // GODOT_CPP_SRC_VARIANT_MATH_CHECKS_HPP

@@ -27,7 +27,8 @@ Projection Projection::create_depth_correction(bool flip_y) {
 }
 
 Projection Projection::create_light_atlas_rect(const Rect2 &rect) {
-	return Projection(Vector4(rect.size.width, 0, 0, 0), Vector4(0, rect.size.height, 0, 0), Vector4(0, 0, 1, 0), Vector4(rect.position.x, rect.position.y, 0, 1));
+	return Projection(
+			Vector4(rect.size.width, 0, 0, 0), Vector4(0, rect.size.height, 0, 0), Vector4(0, 0, 1, 0), Vector4(rect.position.x, rect.position.y, 0, 1));
 }
 
 Projection Projection::create_perspective(real_t fovy_degrees, real_t aspect, real_t z_near, real_t z_far, bool flip_fov) {
@@ -41,10 +42,12 @@ Projection Projection::create_perspective(real_t fovy_degrees, real_t aspect, re
 		return Projection();
 	}
 	const real_t cotangent = Math::cos(half) / sine;
-	return Projection(Vector4(cotangent / aspect, 0, 0, 0), Vector4(0, cotangent, 0, 0), Vector4(0, 0, -(z_far + z_near) / depth, -1), Vector4(0, 0, -2 * z_near * z_far / depth, 0));
+	return Projection(Vector4(cotangent / aspect, 0, 0, 0), Vector4(0, cotangent, 0, 0), Vector4(0, 0, -(z_far + z_near) / depth, -1),
+			Vector4(0, 0, -2 * z_near * z_far / depth, 0));
 }
 
-Projection Projection::create_perspective_hmd(real_t fovy_degrees, real_t aspect, real_t z_near, real_t z_far, bool flip_fov, int eye, real_t intraocular_dist, real_t convergence_dist) {
+Projection Projection::create_perspective_hmd(
+		real_t fovy_degrees, real_t aspect, real_t z_near, real_t z_far, bool flip_fov, int eye, real_t intraocular_dist, real_t convergence_dist) {
 	if (flip_fov) {
 		fovy_degrees = get_fovy(fovy_degrees, 1.0f / aspect);
 	}
@@ -58,7 +61,8 @@ Projection Projection::create_perspective_hmd(real_t fovy_degrees, real_t aspect
 	return create_frustum(-x_max + shift, x_max + shift, -y_max, y_max, z_near, z_far) * translation;
 }
 
-Projection Projection::create_for_hmd(int eye, real_t aspect, real_t intraocular_dist, real_t display_width, real_t display_to_lens, real_t oversample, real_t z_near, real_t z_far) {
+Projection Projection::create_for_hmd(
+		int eye, real_t aspect, real_t intraocular_dist, real_t display_width, real_t display_to_lens, real_t oversample, real_t z_near, real_t z_far) {
 	real_t inner = (intraocular_dist * 0.5f) / display_to_lens;
 	real_t outer = ((display_width - intraocular_dist) * 0.5f) / display_to_lens;
 	real_t upper = (display_width / 4.0f) / display_to_lens;
@@ -77,9 +81,7 @@ Projection Projection::create_for_hmd(int eye, real_t aspect, real_t intraocular
 }
 
 Projection Projection::create_orthogonal(real_t left, real_t right, real_t bottom, real_t top, real_t z_near, real_t z_far) {
-	return Projection(Vector4(2.0f / (right - left), 0, 0, 0),
-			Vector4(0, 2.0f / (top - bottom), 0, 0),
-			Vector4(0, 0, -2.0f / (z_far - z_near), 0),
+	return Projection(Vector4(2.0f / (right - left), 0, 0, 0), Vector4(0, 2.0f / (top - bottom), 0, 0), Vector4(0, 0, -2.0f / (z_far - z_near), 0),
 			Vector4(-((right + left) / (right - left)), -((top + bottom) / (top - bottom)), -((z_far + z_near) / (z_far - z_near)), 1));
 }
 
@@ -94,8 +96,7 @@ Projection Projection::create_frustum(real_t left, real_t right, real_t bottom, 
 	ERR_FAIL_COND_V(right <= left, Projection());
 	ERR_FAIL_COND_V(top <= bottom, Projection());
 	ERR_FAIL_COND_V(z_far <= z_near, Projection());
-	return Projection(Vector4(2 * z_near / (right - left), 0, 0, 0),
-			Vector4(0, 2 * z_near / (top - bottom), 0, 0),
+	return Projection(Vector4(2 * z_near / (right - left), 0, 0, 0), Vector4(0, 2 * z_near / (top - bottom), 0, 0),
 			Vector4((right + left) / (right - left), (top + bottom) / (top - bottom), -(z_far + z_near) / (z_far - z_near), -1),
 			Vector4(0, 0, -2 * z_far * z_near / (z_far - z_near), 0));
 }
@@ -124,18 +125,14 @@ real_t Projection::get_fovy(real_t fovx, real_t aspect) {
 
 real_t Projection::determinant() const {
 	const Vector4 *c = columns;
-	return c[0][3] * c[1][2] * c[2][1] * c[3][0] - c[0][2] * c[1][3] * c[2][1] * c[3][0] -
-			c[0][3] * c[1][1] * c[2][2] * c[3][0] + c[0][1] * c[1][3] * c[2][2] * c[3][0] +
-			c[0][2] * c[1][1] * c[2][3] * c[3][0] - c[0][1] * c[1][2] * c[2][3] * c[3][0] -
-			c[0][3] * c[1][2] * c[2][0] * c[3][1] + c[0][2] * c[1][3] * c[2][0] * c[3][1] +
-			c[0][3] * c[1][0] * c[2][2] * c[3][1] - c[0][0] * c[1][3] * c[2][2] * c[3][1] -
-			c[0][2] * c[1][0] * c[2][3] * c[3][1] + c[0][0] * c[1][2] * c[2][3] * c[3][1] +
-			c[0][3] * c[1][1] * c[2][0] * c[3][2] - c[0][1] * c[1][3] * c[2][0] * c[3][2] -
-			c[0][3] * c[1][0] * c[2][1] * c[3][2] + c[0][0] * c[1][3] * c[2][1] * c[3][2] +
-			c[0][1] * c[1][0] * c[2][3] * c[3][2] - c[0][0] * c[1][1] * c[2][3] * c[3][2] -
-			c[0][2] * c[1][1] * c[2][0] * c[3][3] + c[0][1] * c[1][2] * c[2][0] * c[3][3] +
-			c[0][2] * c[1][0] * c[2][1] * c[3][3] - c[0][0] * c[1][2] * c[2][1] * c[3][3] -
-			c[0][1] * c[1][0] * c[2][2] * c[3][3] + c[0][0] * c[1][1] * c[2][2] * c[3][3];
+	return c[0][3] * c[1][2] * c[2][1] * c[3][0] - c[0][2] * c[1][3] * c[2][1] * c[3][0] - c[0][3] * c[1][1] * c[2][2] * c[3][0] +
+			c[0][1] * c[1][3] * c[2][2] * c[3][0] + c[0][2] * c[1][1] * c[2][3] * c[3][0] - c[0][1] * c[1][2] * c[2][3] * c[3][0] -
+			c[0][3] * c[1][2] * c[2][0] * c[3][1] + c[0][2] * c[1][3] * c[2][0] * c[3][1] + c[0][3] * c[1][0] * c[2][2] * c[3][1] -
+			c[0][0] * c[1][3] * c[2][2] * c[3][1] - c[0][2] * c[1][0] * c[2][3] * c[3][1] + c[0][0] * c[1][2] * c[2][3] * c[3][1] +
+			c[0][3] * c[1][1] * c[2][0] * c[3][2] - c[0][1] * c[1][3] * c[2][0] * c[3][2] - c[0][3] * c[1][0] * c[2][1] * c[3][2] +
+			c[0][0] * c[1][3] * c[2][1] * c[3][2] + c[0][1] * c[1][0] * c[2][3] * c[3][2] - c[0][0] * c[1][1] * c[2][3] * c[3][2] -
+			c[0][2] * c[1][1] * c[2][0] * c[3][3] + c[0][1] * c[1][2] * c[2][0] * c[3][3] + c[0][2] * c[1][0] * c[2][1] * c[3][3] -
+			c[0][0] * c[1][2] * c[2][1] * c[3][3] - c[0][1] * c[1][0] * c[2][2] * c[3][3] + c[0][0] * c[1][1] * c[2][2] * c[3][3];
 }
 
 Projection Projection::inverse() const {
@@ -151,11 +148,18 @@ Projection Projection::inverse() const {
 		return *this;
 	}
 	const real_t s = 1.0f / det;
-	return Projection(
-			Vector4(b[1] * l23 - b[2] * l13 + b[3] * l12, -a[1] * l23 + a[2] * l13 - a[3] * l12, d[1] * u23 - d[2] * u13 + d[3] * u12, -c[1] * u23 + c[2] * u13 - c[3] * u12) * s,
-			Vector4(-b[0] * l23 + b[2] * l03 - b[3] * l02, a[0] * l23 - a[2] * l03 + a[3] * l02, -d[0] * u23 + d[2] * u03 - d[3] * u02, c[0] * u23 - c[2] * u03 + c[3] * u02) * s,
-			Vector4(b[0] * l13 - b[1] * l03 + b[3] * l01, -a[0] * l13 + a[1] * l03 - a[3] * l01, d[0] * u13 - d[1] * u03 + d[3] * u01, -c[0] * u13 + c[1] * u03 - c[3] * u01) * s,
-			Vector4(-b[0] * l12 + b[1] * l02 - b[2] * l01, a[0] * l12 - a[1] * l02 + a[2] * l01, -d[0] * u12 + d[1] * u02 - d[2] * u01, c[0] * u12 - c[1] * u02 + c[2] * u01) * s);
+	return Projection(Vector4(b[1] * l23 - b[2] * l13 + b[3] * l12, -a[1] * l23 + a[2] * l13 - a[3] * l12, d[1] * u23 - d[2] * u13 + d[3] * u12,
+							  -c[1] * u23 + c[2] * u13 - c[3] * u12) *
+					s,
+			Vector4(-b[0] * l23 + b[2] * l03 - b[3] * l02, a[0] * l23 - a[2] * l03 + a[3] * l02, -d[0] * u23 + d[2] * u03 - d[3] * u02,
+					c[0] * u23 - c[2] * u03 + c[3] * u02) *
+					s,
+			Vector4(b[0] * l13 - b[1] * l03 + b[3] * l01, -a[0] * l13 + a[1] * l03 - a[3] * l01, d[0] * u13 - d[1] * u03 + d[3] * u01,
+					-c[0] * u13 + c[1] * u03 - c[3] * u01) *
+					s,
+			Vector4(-b[0] * l12 + b[1] * l02 - b[2] * l01, a[0] * l12 - a[1] * l02 + a[2] * l01, -d[0] * u12 + d[1] * u02 - d[2] * u01,
+					c[0] * u12 - c[1] * u02 + c[2] * u01) *
+					s);
 }
 
 Projection Projection::perspective_znear_adjusted(real_t new_znear) const {

@@ -15,7 +15,8 @@ struct CurvePoints {
 	Quaternion post;
 
 	CurvePoints(const Quaternion &a, const Quaternion &b, const Quaternion &pre_a, const Quaternion &post_b) :
-			from(Basis(a).get_rotation_quaternion()), to(Basis(b).get_rotation_quaternion()), pre(Basis(pre_a).get_rotation_quaternion()), post(Basis(post_b).get_rotation_quaternion()) {
+			from(Basis(a).get_rotation_quaternion()), to(Basis(b).get_rotation_quaternion()), pre(Basis(pre_a).get_rotation_quaternion()),
+			post(Basis(post_b).get_rotation_quaternion()) {
 		if (std::signbit(from.dot(pre))) {
 			pre = -pre;
 		}
@@ -52,8 +53,7 @@ struct CurvePoints {
 
 } // namespace
 
-Quaternion::Quaternion(const Vector3 &axis, real_t angle) :
-		Quaternion(0, 0, 0, 0) {
+Quaternion::Quaternion(const Vector3 &axis, real_t angle) : Quaternion(0, 0, 0, 0) {
 #ifdef MATH_CHECKS
 	ERR_FAIL_COND_MSG(!axis.is_normalized(), String("The axis Vector3 ") + String(axis) + String(" must be normalized."));
 #endif
@@ -65,8 +65,7 @@ Quaternion::Quaternion(const Vector3 &axis, real_t angle) :
 	*this = Quaternion(axis.x * share, axis.y * share, axis.z * share, Math::cos(angle * 0.5f));
 }
 
-Quaternion::Quaternion(const Vector3 &arc_from, const Vector3 &arc_to) :
-		Quaternion() {
+Quaternion::Quaternion(const Vector3 &arc_from, const Vector3 &arc_to) : Quaternion() {
 #ifdef MATH_CHECKS
 	ERR_FAIL_COND_MSG(arc_from.is_zero_approx() || arc_to.is_zero_approx(), "The vectors must not be zero.");
 #endif
@@ -135,10 +134,8 @@ Quaternion Quaternion::from_euler(const Vector3 &euler) {
 	const real_t cos_y = Math::cos(half_y), sin_y = Math::sin(half_y);
 	const real_t cos_x = Math::cos(half_x), sin_x = Math::sin(half_x);
 	const real_t cos_z = Math::cos(half_z), sin_z = Math::sin(half_z);
-	return Quaternion(sin_y * cos_x * sin_z + cos_y * sin_x * cos_z,
-			sin_y * cos_x * cos_z - cos_y * sin_x * sin_z,
-			-sin_y * sin_x * cos_z + cos_y * cos_x * sin_z,
-			sin_y * sin_x * sin_z + cos_y * cos_x * cos_z);
+	return Quaternion(sin_y * cos_x * sin_z + cos_y * sin_x * cos_z, sin_y * cos_x * cos_z - cos_y * sin_x * sin_z,
+			-sin_y * sin_x * cos_z + cos_y * cos_x * sin_z, sin_y * sin_x * sin_z + cos_y * cos_x * cos_z);
 }
 
 Vector3 Quaternion::get_axis() const {
@@ -171,7 +168,8 @@ Quaternion Quaternion::slerp(const Quaternion &to, real_t weight) const {
 		share_from = real_t(Math::sin((1.0 - weight) * angle) / sine);
 		share_to = Math::sin(weight * angle) / sine;
 	}
-	return Quaternion(share_from * x + share_to * end.x, share_from * y + share_to * end.y, share_from * z + share_to * end.z, share_from * w + share_to * end.w);
+	return Quaternion(
+			share_from * x + share_to * end.x, share_from * y + share_to * end.y, share_from * z + share_to * end.z, share_from * w + share_to * end.w);
 }
 
 Quaternion Quaternion::slerpni(const Quaternion &to, real_t weight) const {
@@ -196,7 +194,8 @@ Quaternion Quaternion::spherical_cubic_interpolate(const Quaternion &b, const Qu
 	});
 }
 
-Quaternion Quaternion::spherical_cubic_interpolate_in_time(const Quaternion &b, const Quaternion &pre_a, const Quaternion &post_b, real_t weight, real_t b_t, real_t pre_a_t, real_t post_b_t) const {
+Quaternion Quaternion::spherical_cubic_interpolate_in_time(
+		const Quaternion &b, const Quaternion &pre_a, const Quaternion &post_b, real_t weight, real_t b_t, real_t pre_a_t, real_t post_b_t) const {
 	CHECK_NORMALIZED(*this, "start quaternion", Quaternion());
 	CHECK_NORMALIZED(b, "end quaternion", Quaternion());
 	return CurvePoints(*this, b, pre_a, post_b).interpolate(weight, [=](real_t from, real_t to, real_t pre, real_t post) {

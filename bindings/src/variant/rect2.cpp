@@ -38,15 +38,14 @@ bool has_point_in(const R &rect, const P &point) {
 template <typename R>
 bool overlap(const R &a, const R &b) {
 	check_sizes(a, b);
-	return a.position.x < b.position.x + b.size.x && a.position.x + a.size.x > b.position.x &&
-			a.position.y < b.position.y + b.size.y && a.position.y + a.size.y > b.position.y;
+	return a.position.x < b.position.x + b.size.x && a.position.x + a.size.x > b.position.x && a.position.y < b.position.y + b.size.y &&
+			a.position.y + a.size.y > b.position.y;
 }
 
 template <typename R>
 bool contains(const R &outer, const R &inner) {
 	check_sizes(outer, inner);
-	return inner.position.x >= outer.position.x && inner.position.y >= outer.position.y &&
-			inner.position.x + inner.size.x <= outer.position.x + outer.size.x &&
+	return inner.position.x >= outer.position.x && inner.position.y >= outer.position.y && inner.position.x + inner.size.x <= outer.position.x + outer.size.x &&
 			inner.position.y + inner.size.y <= outer.position.y + outer.size.y;
 }
 
@@ -78,7 +77,8 @@ void stretch_to(R &rect, const P &point) {
 
 template <typename R, typename N>
 R grown_on_side(const R &rect, Side side, N amount) {
-	return rect.grow_individual(side == SIDE_LEFT ? amount : 0, side == SIDE_TOP ? amount : 0, side == SIDE_RIGHT ? amount : 0, side == SIDE_BOTTOM ? amount : 0);
+	return rect.grow_individual(
+			side == SIDE_LEFT ? amount : 0, side == SIDE_TOP ? amount : 0, side == SIDE_RIGHT ? amount : 0, side == SIDE_BOTTOM ? amount : 0);
 }
 
 } // namespace

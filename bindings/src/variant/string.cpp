@@ -43,45 +43,35 @@ CharStringT<T> encode(const String &p_string, GDExtensionInt (*p_convert)(GDExte
 
 } // namespace
 
-String::String(const char *p_text) :
-		OpaqueValue(internal::Unconstructed()) {
+String::String(const char *p_text) : OpaqueValue(internal::Unconstructed()) {
 	if (p_text && p_text[0]) {
 		gdextension_interface::string_new_with_latin1_chars(_native_ptr(), p_text);
 	}
 }
 
-String::String(const wchar_t *p_text) :
-		OpaqueValue(internal::Unconstructed()) {
+String::String(const wchar_t *p_text) : OpaqueValue(internal::Unconstructed()) {
 	if (p_text && p_text[0]) {
 		gdextension_interface::string_new_with_wide_chars(_native_ptr(), p_text);
 	}
 }
 
-String::String(const char16_t *p_text) :
-		OpaqueValue(internal::Unconstructed()) {
+String::String(const char16_t *p_text) : OpaqueValue(internal::Unconstructed()) {
 	if (p_text && p_text[0]) {
 		gdextension_interface::string_new_with_utf16_chars(_native_ptr(), p_text);
 	}
 }
 
-String::String(const char32_t *p_text) :
-		OpaqueValue(internal::Unconstructed()) {
+String::String(const char32_t *p_text) : OpaqueValue(internal::Unconstructed()) {
 	if (p_text && p_text[0]) {
 		gdextension_interface::string_new_with_utf32_chars(_native_ptr(), p_text);
 	}
 }
 
-String::String(const Char16String &p_text) :
-		String(p_text.get_data()) {
-}
+String::String(const Char16String &p_text) : String(p_text.get_data()) {}
 
-String::String(const Char32String &p_text) :
-		String(p_text.get_data()) {
-}
+String::String(const Char32String &p_text) : String(p_text.get_data()) {}
 
-String::String(const CharWideString &p_text) :
-		String(p_text.get_data()) {
-}
+String::String(const CharWideString &p_text) : String(p_text.get_data()) {}
 
 String String::utf8(const char *p_text, int64_t p_length) {
 	String result;

@@ -155,10 +155,8 @@ Transform2D Transform2D::looking_at(const Vector2 &target) const {
 }
 
 Transform2D Transform2D::interpolate_with(const Transform2D &transform, real_t weight) const {
-	return Transform2D(Math::lerp_angle(get_rotation(), transform.get_rotation(), weight),
-			get_scale().lerp(transform.get_scale(), weight),
-			Math::lerp_angle(get_skew(), transform.get_skew(), weight),
-			get_origin().lerp(transform.get_origin(), weight));
+	return Transform2D(Math::lerp_angle(get_rotation(), transform.get_rotation(), weight), get_scale().lerp(transform.get_scale(), weight),
+			Math::lerp_angle(get_skew(), transform.get_skew(), weight), get_origin().lerp(transform.get_origin(), weight));
 }
 
 bool Transform2D::is_conformal() const {
@@ -170,7 +168,8 @@ bool Transform2D::is_conformal() const {
 }
 
 bool Transform2D::is_equal_approx(const Transform2D &transform) const {
-	return columns[0].is_equal_approx(transform.columns[0]) && columns[1].is_equal_approx(transform.columns[1]) && columns[2].is_equal_approx(transform.columns[2]);
+	return columns[0].is_equal_approx(transform.columns[0]) && columns[1].is_equal_approx(transform.columns[1]) &&
+			columns[2].is_equal_approx(transform.columns[2]);
 }
 
 bool Transform2D::is_same(const Transform2D &transform) const {

@@ -47,8 +47,7 @@ bool Variant::layout_matches_engine() {
 	const float vector[4] = { 1.5f, -2.5f, 3.5f, -4.5f };
 	const StringName name("storage");
 	if (!stores(BOOL, &boolean, sizeof(boolean)) || !stores(INT, &integer, sizeof(integer)) || !stores(FLOAT, &number, sizeof(number)) ||
-			!stores(VECTOR4, vector, sizeof(vector)) || !stores(COLOR, vector, sizeof(vector)) ||
-			!stores(STRING_NAME, name._native_ptr(), sizeof(void *))) {
+			!stores(VECTOR4, vector, sizeof(vector)) || !stores(COLOR, vector, sizeof(vector)) || !stores(STRING_NAME, name._native_ptr(), sizeof(void *))) {
 		return false;
 	}
 
@@ -143,11 +142,9 @@ Variant::Variant(GDExtensionConstVariantPtr p_native) {
 	}
 }
 
-Variant::Variant(const char *p_value) :
-		Variant(p_value ? String(p_value) : String()) {}
+Variant::Variant(const char *p_value) : Variant(p_value ? String(p_value) : String()) {}
 
-Variant::Variant(const char32_t *p_value) :
-		Variant(p_value ? String(p_value) : String()) {}
+Variant::Variant(const char32_t *p_value) : Variant(p_value ? String(p_value) : String()) {}
 
 Variant::Variant(const Object *p_value) {
 	// A null object is a Variant of type Object too, as in the engine.
@@ -155,8 +152,7 @@ Variant::Variant(const Object *p_value) {
 	construct_from(OBJECT, &object);
 }
 
-Variant::Variant(const ObjectID &p_value) :
-		Variant(static_cast<int64_t>(p_value)) {}
+Variant::Variant(const ObjectID &p_value) : Variant(static_cast<int64_t>(p_value)) {}
 
 Variant::operator Object *() const {
 	return get_validated_object();
@@ -192,38 +188,38 @@ Object *Variant::get_validated_object_with_check(bool &r_previously_freed) const
 	return object;
 }
 
-#define VARIANT_CONSTRUCTOR(m_class, m_type)                         \
-	Variant::Variant(const m_class &p_value) {                       \
-		construct_from(m_type, static_cast<const void *>(&p_value)); \
+#define VARIANT_CONSTRUCTOR(m_class, m_type)                                                                                                                   \
+	Variant::Variant(const m_class &p_value) {                                                                                                                 \
+		construct_from(m_type, static_cast<const void *>(&p_value));                                                                                           \
 	}
 
 // The engine constructs what it converts to in storage that it takes for uninitialised.
-#define VARIANT_CONVERSION(m_class, m_type)                \
-	Variant::operator m_class() const {                    \
-		m_class value;                                     \
-		value.~m_class();                                  \
-		convert_into(m_type, static_cast<void *>(&value)); \
-		return value;                                      \
+#define VARIANT_CONVERSION(m_class, m_type)                                                                                                                    \
+	Variant::operator m_class() const {                                                                                                                        \
+		m_class value;                                                                                                                                         \
+		value.~m_class();                                                                                                                                      \
+		convert_into(m_type, static_cast<void *>(&value));                                                                                                     \
+		return value;                                                                                                                                          \
 	}
 
 // A handle lies in the payload as it does in its class, so that copying that is enough.
-#define VARIANT_HANDLE_CONVERSION(m_class, m_type)              \
-	Variant::operator m_class() const {                         \
-		if (likely(tag == m_type)) {                            \
-			return *reinterpret_cast<const m_class *>(payload); \
-		}                                                       \
-		m_class value;                                          \
-		value.~m_class();                                       \
-		convert_into(m_type, static_cast<void *>(&value));      \
-		return value;                                           \
+#define VARIANT_HANDLE_CONVERSION(m_class, m_type)                                                                                                             \
+	Variant::operator m_class() const {                                                                                                                        \
+		if (likely(tag == m_type)) {                                                                                                                           \
+			return *reinterpret_cast<const m_class *>(payload);                                                                                                \
+		}                                                                                                                                                      \
+		m_class value;                                                                                                                                         \
+		value.~m_class();                                                                                                                                      \
+		convert_into(m_type, static_cast<void *>(&value));                                                                                                     \
+		return value;                                                                                                                                          \
 	}
 
-#define VARIANT_BLOCK_TYPE(m_class, m_type) \
-	VARIANT_CONSTRUCTOR(m_class, m_type)    \
+#define VARIANT_BLOCK_TYPE(m_class, m_type)                                                                                                                    \
+	VARIANT_CONSTRUCTOR(m_class, m_type)                                                                                                                       \
 	VARIANT_CONVERSION(m_class, m_type)
 
-#define VARIANT_HANDLE_TYPE(m_class, m_type) \
-	VARIANT_CONSTRUCTOR(m_class, m_type)     \
+#define VARIANT_HANDLE_TYPE(m_class, m_type)                                                                                                                   \
+	VARIANT_CONSTRUCTOR(m_class, m_type)                                                                                                                       \
 	VARIANT_HANDLE_CONVERSION(m_class, m_type)
 
 using BoundingBox = ::godot::AABB;
@@ -295,16 +291,15 @@ bool Variant::operator<(const Variant &p_other) const {
 
 void Variant::callp(const StringName &p_method, const Variant **p_args, int p_argcount, Variant &r_ret, GDExtensionCallError &r_error) {
 	Variant result;
-	gdextension_interface::variant_call(this, p_method._native_ptr(), reinterpret_cast<GDExtensionConstVariantPtr *>(p_args), p_argcount, &result,
-			&r_error);
+	gdextension_interface::variant_call(this, p_method._native_ptr(), reinterpret_cast<GDExtensionConstVariantPtr *>(p_args), p_argcount, &result, &r_error);
 	r_ret = std::move(result);
 }
 
-void Variant::callp_static(Variant::Type p_type, const StringName &p_method, const Variant **p_args, int p_argcount, Variant &r_ret,
-		GDExtensionCallError &r_error) {
+void Variant::callp_static(
+		Variant::Type p_type, const StringName &p_method, const Variant **p_args, int p_argcount, Variant &r_ret, GDExtensionCallError &r_error) {
 	Variant result;
-	gdextension_interface::variant_call_static(to_c(p_type), p_method._native_ptr(), reinterpret_cast<GDExtensionConstVariantPtr *>(p_args),
-			p_argcount, &result, &r_error);
+	gdextension_interface::variant_call_static(
+			to_c(p_type), p_method._native_ptr(), reinterpret_cast<GDExtensionConstVariantPtr *>(p_args), p_argcount, &result, &r_error);
 	r_ret = std::move(result);
 }
 

@@ -157,7 +157,7 @@ public:
 		const Variant held = machine->get_value(name);
 		if (held.get_type() != Variant::COLOR && !ValueKinds::is_nothing(held)) {
 			verbs::warn(machine, action,
-					vformat("%s holds %s, which is no colour, so it was left alone. Make it a Color in the Variables tab, or pick another under Variable Name.",
+					vformat("%s holds %s, which is no colour, so it was left alone. Make it a Color under Variables, or pick another under Variable Name.",
 							name, values::kind_in_words(held)));
 			return;
 		}

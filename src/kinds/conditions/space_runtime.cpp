@@ -2,6 +2,7 @@
 
 #include "action/add_kind.hpp"
 #include "action/conditions.hpp"
+#include "action/sides.hpp"
 #include "fast_lane/lane_offer.hpp"
 #include "fast_lane/spots.hpp"
 #include "kinds/conditions/space.hpp"
@@ -36,6 +37,7 @@ public:
 			body(from_body), side(spots::side_of(from_body)), along_the_ground(ignore_height && side == spots::IN_3D),
 			placed(side != spots::NOWHERE && spots::read(from_body, side, from)) {}
 
+	const Node *from_body() const { return body; }
 	// Nothing is near to what has no place, nor across 2D and 3D.
 	void to(const Node *node) {
 		Vector3 spot;
@@ -55,7 +57,9 @@ bool has_place(SCMachineBase *machine, SCMachineCondition *condition, const Node
 
 bool measure_to_node(SCMachineBase *machine, SCMachineCondition *condition, Measure &measure) {
 	const Node *node = conditions::node<&SCDistanceCondition::to_node_path>(machine, condition);
-	if (node == nullptr || !has_place(machine, condition, node, verbs::name_of<&SCDistanceCondition::to_node_path>())) {
+	const StringName &setting = verbs::name_of<&SCDistanceCondition::to_node_path>();
+	if (node == nullptr || !has_place(machine, condition, node, setting) ||
+			!sides::same_or_warn(machine, condition, measure.from_body(), node, "so the answer is no", setting)) {
 		return false;
 	}
 	measure.to(node);

@@ -108,7 +108,7 @@ class Ease : public SCNativeAction {
 		const Variant start = machine->get_value(name);
 		if (ValueKinds::is_nothing(start) && machine->has_value(name)) {
 			verbs::warn(machine, action,
-					vformat("%s holds nothing, so there is nowhere to start from and it was left alone. Give it a starting value in the Variables tab.", name));
+					vformat("%s holds nothing, so there is nowhere to start from and it was left alone. Give it a starting value under Variables.", name));
 		} else if (ValueKinds::is_nothing(start)) {
 			verbs::warn_no_such_variable<&Kind::variable_name>(machine, action, "there was nothing to ease");
 		}

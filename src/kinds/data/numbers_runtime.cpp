@@ -71,7 +71,7 @@ public:
 		if (!values::is_number(held)) {
 			if (machine->has_value(name)) {
 				verbs::warn(machine, action,
-						vformat("%s holds %s, which is not a number, so it was left alone. Make it a float or an int in the Variables tab, or pick another "
+						vformat("%s holds %s, which is not a number, so it was left alone. Make it a float or an int under Variables, or pick another "
 								"under Variable Name.",
 								name, values::kind_in_words(held)));
 			} else {

@@ -19,7 +19,7 @@ class FormatString : public OnceOrRepeating<FormatString> {
 		for (int64_t i = 0; i < names.size(); i++) {
 			if (!machine->has_value(names[i])) {
 				verbs::warn(machine, action,
-						vformat("this machine has no variable called %s, so {%s} was left as it stands. Add it in the Variables tab, or write the name of one "
+						vformat("this machine has no variable called %s, so {%s} was left as it stands. Add it under Variables, or write the name of one "
 								"that it has.",
 								names[i], names[i]));
 			}

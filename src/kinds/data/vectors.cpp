@@ -3,7 +3,7 @@
 #include "action/settings_in_use.hpp"
 
 void SCGetVectorComponentsAction::describe(KindTable<Self> &kind) {
-	kind.about("data", "get_vector_parts", "Take a Vector apart into Numbers, such as how high something is or how fast it moves sideways.");
+	kind.about("data", "get_vector_parts", "Take a Vector apart into Numbers. How high something is, for one, or how fast it moves sideways.");
 	kind.runs(Runs::ONCE_OR_REPEATING);
 	kind.setting<&Self::vector>(
 				"vector", "The direction or place to take apart, typed in or from a variable. A variable holding a node stands for where that node is.")
@@ -66,7 +66,7 @@ String SCRandomVectorAction::summary_default() {
 }
 
 void SCSetVectorComponentsAction::describe(KindTable<Self> &kind) {
-	kind.about("data", "set_vector_parts", "Change one part of a Vector variable and leave the rest as they are, such as the height of a place.");
+	kind.about("data", "set_vector_parts", "Change one part of a Vector variable and leave the rest as they are. The height of a place, for one.");
 	kind.runs(Runs::ONCE_OR_REPEATING);
 	kind.constants_of<Part>();
 	kind.constants_of<Operation>();

@@ -103,7 +103,7 @@ public:
 		const Variant held = machine->get_value(name);
 		if (!is_vector(held) && !ValueKinds::is_nothing(held)) {
 			verbs::warn(machine, action,
-					vformat("%s holds %s, which has no parts, so it was left alone. Make it a Vector2 or a Vector3 in the Variables tab, or pick another under "
+					vformat("%s holds %s, which has no parts, so it was left alone. Make it a Vector2 or a Vector3 under Variables, or pick another under "
 							"Variable Name.",
 							name, values::kind_in_words(held)));
 			return;
@@ -112,8 +112,7 @@ public:
 		const auto part = checked::choice<&Kind::part>(machine, action, Kind::X);
 		if (in_2d && part == Kind::Z) {
 			verbs::warn(machine, action,
-					vformat("%s is a Vector2, which has no z, so it changed nothing. Pick X or Y beside Part, or make it a Vector3 in the Variables tab.",
-							name));
+					vformat("%s is a Vector2, which has no z, so it changed nothing. Pick X or Y beside Part, or make it a Vector3 under Variables.", name));
 			return;
 		}
 		Vector3 parts = is_vector(held) ? in_three_parts(held, in_2d) : Vector3();

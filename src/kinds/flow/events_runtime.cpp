@@ -2,6 +2,7 @@
 
 #include "action/add_kind.hpp"
 #include "action/native_names.hpp"
+#include "action/own_value.hpp"
 #include "action/runtime_shapes.hpp"
 #include "action/shared_verbs.hpp"
 #include "kinds/flow/events.hpp"
@@ -42,7 +43,7 @@ public:
 		}
 		Variant data = event.is_empty() ? machine->last_event_data() : machine->event_data(event);
 		if (ValueKinds::is_nothing(data)) {
-			data = setting_of<&SCGetEventDataAction::if_it_carried_nothing>(action);
+			data = contents::own_value<&SCGetEventDataAction::if_it_carried_nothing>(action);
 		}
 		if (!ValueKinds::is_nothing(data)) {
 			verbs::keep_if_named<&SCGetEventDataAction::store_in>(machine, action, data);

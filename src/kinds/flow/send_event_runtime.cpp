@@ -1,6 +1,7 @@
 // The compiled runtime of Send Event.
 
 #include "action/add_kind.hpp"
+#include "action/own_value.hpp"
 #include "action/shared_verbs.hpp"
 #include "kinds/flow/send_event.hpp"
 #include "machine_node/sc_machine.hpp"
@@ -39,7 +40,7 @@ class SendEvent : public SCNativeAction {
 			verbs::say<&Kind::warn_send>(action, machine, index);
 			return;
 		}
-		const Variant data = setting_of<&Kind::data>(action);
+		const Variant data = contents::own_value<&Kind::data>(action);
 		SCMachineBase::note_sender(event, machine);
 		if (SCMachineBase::core_is_global_event(event)) {
 			SCMachineBase::broadcast_everywhere(event, data);
@@ -78,15 +79,15 @@ public:
 
 	// What was waited with finishes the action. The values of the moment of sending are what the event carries.
 	void other(SCMachineBase *machine, SCMachineAction *action, int index, int what) override {
-		if (what != SEND_LATER) {
-			return;
-		}
 		const StillHere here(machine);
 		if (action->reads_variables()) {
 			action->read_variables(machine);
 		}
 		if (here) {
 			send(machine, action, index);
+		}
+		if (here && what != SEND_LATER) {
+			machine->finish(index);
 		}
 	}
 };

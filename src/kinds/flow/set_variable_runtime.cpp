@@ -1,6 +1,7 @@
 // The compiled runtime of Set Variable.
 
 #include "action/add_kind.hpp"
+#include "action/own_value.hpp"
 #include "action/shared_verbs.hpp"
 #include "kinds/flow/set_variable.hpp"
 #include "machine/value_kinds.hpp"
@@ -137,7 +138,7 @@ class SetVariable : public SCNativeAction {
 	static void work(SCMachineBase *machine, SCMachineAction *action, const StringName &name, double factor) {
 		const Variant now = machine->get_value(name);
 		Variant answer;
-		if (outcome(setting_of<&Kind::operation>(action), now, setting_of<&Kind::value>(action), factor, answer)) {
+		if (outcome(setting_of<&Kind::operation>(action), now, contents::own_value<&Kind::value>(action), factor, answer)) {
 			verbs::keep<&Kind::variable_name>(machine, action, answer, "it");
 		} else if (const SCSetVariableAction *kind = Object::cast_to<SCSetVariableAction>(action)) {
 			kind->warn_cannot(machine, now);

@@ -3,6 +3,7 @@
 #include "action/add_kind.hpp"
 #include "action/input_words.hpp"
 #include "action/native_names.hpp"
+#include "action/own_value.hpp"
 #include "action/runtime_shapes.hpp"
 #include "action/shared_verbs.hpp"
 #include "kinds/input/inputs.hpp"
@@ -84,7 +85,7 @@ class EventOnInput : public SCNativeAction {
 		explicit Settings(const SCMachineAction *action) :
 				control(setting_of<&Kind::input_action>(action)), when(setting_of<&Kind::when>(action)), seconds(setting_of<&Kind::seconds>(action)),
 				only_while_inside(!setting_of<&Kind::only_while_inside>(action).is_empty()), event(setting_of<&Kind::event_name>(action)),
-				data(setting_of<&Kind::data>(action)) {}
+				data(contents::own_value<&Kind::data>(action)) {}
 	};
 
 	static bool fires(SCMachineBase *machine, const Settings &settings, const Dictionary &slot, bool just_pressed, bool is_held, double held) {

@@ -96,7 +96,8 @@ class Check : public SCNativeAction {
 		if (lane == nullptr || !here) {
 			return;
 		}
-		const Variant last = last_answer(machine->slot(index));
+		const Dictionary slot = machine->slot(index);
+		const Variant last = last_answer(slot);
 		StringName if_near = setting_of<&Kind::true_event>(action);
 		StringName if_far = setting_of<&Kind::false_event>(action);
 		int32_t was_near = last.get_type() == Variant::BOOL ? int32_t(bool(last)) : -1;
@@ -108,6 +109,7 @@ class Check : public SCNativeAction {
 		const int32_t job = lane->add_distance_check(
 				action->wants_physics(), machine, asked.body, asked.group, asked.to_node, asked.distance, asked.ignore_height, if_near, if_far, was_near);
 		if (job != SCFastLane::NO_JOB) {
+			lane->keep_answer_in(job, slot, condition->invert);
 			machine->rest_in_lane(index, lane, job);
 		}
 	}

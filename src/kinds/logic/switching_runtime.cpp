@@ -107,7 +107,7 @@ public:
 		}
 		if (!machine->has_value(variable)) {
 			warn(machine, action, index, NO_SUCH_VARIABLE,
-					vformat(": this machine has no variable called %s, so it takes it as holding nothing. Add %s in its Variables tab, or pick another beside "
+					vformat(": this machine has no variable called %s, so it takes it as holding nothing. Add %s under its Variables, or pick another beside "
 							"Variable Name.",
 							variable, variable));
 		}

@@ -301,7 +301,7 @@ class MachineVariable : public OnceOrRepeating<MachineVariable> {
 
 	static void say_it_lacks(SCMachineBase *machine, SCMachineAction *action, SCMachineBase *lacking, const StringName &variable, const char *instead) {
 		verbs::warn(machine, action,
-				vformat("%s has no variable called %s, so %s. Add it in that machine's Variables tab, or pick one it has.", lacking->name_in_messages(),
+				vformat("%s has no variable called %s, so %s. Add it under that machine's Variables, or pick one it has.", lacking->name_in_messages(),
 						variable, instead));
 	}
 

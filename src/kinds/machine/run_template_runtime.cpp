@@ -9,6 +9,7 @@
 #include "kinds/machine/run_template.hpp"
 #include "machine/machine_run.hpp"
 #include "machine/names.hpp"
+#include "machine/own_copy.hpp"
 #include "machine_node/sc_machine.hpp"
 
 #include <godot_cpp/core/error_macros.hpp>
@@ -23,17 +24,6 @@ struct RunTemplateNames {
 	StringName is_end_state = "is_end_state";
 	StringName ready = "ready";
 };
-
-Variant own_copy(const Variant &value) {
-	switch (value.get_type()) {
-		case Variant::ARRAY:
-			return Array(value).duplicate(true);
-		case Variant::DICTIONARY:
-			return Dictionary(value).duplicate(true);
-		default:
-			return value;
-	}
-}
 
 SCMachineBase *machine_of(uint64_t id) {
 	return Object::cast_to<SCMachineBase>(ObjectDB::get_instance(id));

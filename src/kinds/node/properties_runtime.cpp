@@ -2,6 +2,7 @@
 
 #include "action/add_kind.hpp"
 #include "action/native_names.hpp"
+#include "action/own_value.hpp"
 #include "action/property_paths.hpp"
 #include "action/runtime_shapes.hpp"
 #include "action/shared_verbs.hpp"
@@ -76,6 +77,11 @@ class SetProperty : public OnceOrRepeating<SetProperty> {
 		}
 	}
 
+	// The engine takes any text there but none.
+	static bool takes_no_name(const NodePath &path, const Variant &fitted) {
+		return path.get_subname_count() == 1 && path.get_subname(0) == names().name && String(fitted).is_empty();
+	}
+
 	static String why(const Node *node, const Variant &value, const property_paths::Wanted &wanted) {
 		if (wanted.is_there && has_a_nan(value)) {
 			return "Value holds a number that is none, as 0 divided by 0 is";
@@ -121,9 +127,9 @@ public:
 		if (!here || node == nullptr) {
 			return;
 		}
-		const Variant value = setting_of<&Kind::value>(action);
+		const Variant value = contents::own_value<&Kind::value>(action);
 		Variant fitted;
-		if (wanted.is_there && !has_a_nan(value) && property_paths::fit(wanted, value, node, fitted)) {
+		if (wanted.is_there && !has_a_nan(value) && property_paths::fit(wanted, value, node, fitted) && !takes_no_name(path, fitted)) {
 			node->set_indexed(path, fitted);
 		} else {
 			tell(machine, action, slot, node, value, wanted);

@@ -3,6 +3,7 @@
 #include "kinds/time/time.hpp"
 #include "action/add_kind.hpp"
 #include "action/checked.hpp"
+#include "action/holders.hpp"
 #include "action/native_names.hpp"
 #include "action/runtime_shapes.hpp"
 #include "action/shared_verbs.hpp"
@@ -24,9 +25,7 @@ struct TimeNames {
 	StringName year = "year";
 	StringName weekday = "weekday";
 	StringName holds = "holds";
-	// On the engine: how many actions will put the speed back, and what it was before the first of them.
-	StringName holders = "quillstead_time_scale_holders";
-	StringName before = "quillstead_time_scale_before";
+	StringName time_scale = "time_scale";
 };
 
 const TimeNames &names() {
@@ -81,45 +80,17 @@ public:
 	}
 };
 
-// Several may hold the speed for a while at once, such as two hit stops that overlap: it is put back when
-// the last of them lets go, and to what it was before the first.
+// Several may hold the speed for a while at once, such as a hit stop within slow motion.
 class SetTimeScale : public SCNativeAction {
 	using Kind = SCSetTimeScaleAction;
 
 	static constexpr int LET_GO = 3;
 	static constexpr double FASTEST = 1000.0;
 
-	static void hold(Dictionary memory) {
-		Engine *engine = Engine::get_singleton();
-		const int64_t holders = engine->get_meta(names().holders, 0);
-		if (holders == 0) {
-			engine->set_meta(names().before, engine->get_time_scale());
-		}
-		engine->set_meta(names().holders, holders + 1);
-		memory[names().holds] = true;
-	}
-
 	static void let_go(Dictionary memory) {
-		if (!memory.erase(names().holds)) {
-			return;
-		}
-		Engine *engine = Engine::get_singleton();
-		const int64_t holders = int64_t(engine->get_meta(names().holders, 0)) - 1;
-		if (holders > 0) {
-			engine->set_meta(names().holders, holders);
-			return;
-		}
-		engine->set_time_scale(engine->get_meta(names().before, 1.0));
-		engine->remove_meta(names().holders);
-		engine->remove_meta(names().before);
-	}
-
-	// A change that is to stay is what those who hold the speed put back to.
-	static void change_for_good(double scale) {
-		Engine *engine = Engine::get_singleton();
-		if (engine->has_meta(names().before)) {
-			engine->set_meta(names().before, scale);
-		}
+		const int64_t ticket = memory.get(names().holds, 0);
+		memory.erase(names().holds);
+		holders::let_go(ticket);
 	}
 
 	// False when it is no number, and the game is to go on as it did.
@@ -155,15 +126,18 @@ public:
 		const double duration = machine->is_inside_tree() ? MAX(checked::number<&Kind::duration>(machine, action), 0.0) : 0.0;
 		const double lasts = MAX(checked::number<&Kind::lasts>(machine, action), 0.0);
 		if (lasts > 0.0 || setting_of<&Kind::put_back_when_left>(action)) {
-			hold(machine->slot(index));
+			Dictionary memory = machine->slot(index);
+			const int64_t former = memory.get(names().holds, 0);
+			memory[names().holds] = holders::hold(engine, names().time_scale, machine, scale);
+			holders::let_go(former);
 		} else {
-			change_for_good(scale);
+			holders::change_for_good(engine, names().time_scale, scale);
 		}
 		Ref<Tween> tween;
 		if (duration > 0.0) {
 			tween = machine->create_tween();
 			tween->set_ignore_time_scale(true);
-			tween->tween_property(engine, "time_scale", scale, duration);
+			tween->tween_property(engine, String(names().time_scale), scale, duration);
 		} else {
 			engine->set_time_scale(scale);
 		}

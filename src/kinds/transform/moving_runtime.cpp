@@ -5,6 +5,7 @@
 #include "action/native_names.hpp"
 #include "action/runtime_shapes.hpp"
 #include "action/shared_verbs.hpp"
+#include "action/sides.hpp"
 #include "action/spaces.hpp"
 #include "kinds/transform/moving.hpp"
 
@@ -52,6 +53,9 @@ class MoveTo : public SCNativeAction {
 	static bool find_goal(SCMachineBase *machine, const SCMachineAction *action, const Node *placed, Goal &goal) {
 		if (goes_to_a_node(action)) {
 			const Node *target = spaces::placed_or_warn<&Kind::to_path>(machine, action);
+			if (target != nullptr) {
+				sides::same_or_warn(machine, action, placed, target, "so its x and y were taken as they are", verbs::name_of<&Kind::to_path>());
+			}
 			goal.place = target != nullptr ? spaces::on_side_of(placed, places::position_of(target)) : Variant();
 			return target != nullptr;
 		}
@@ -122,7 +126,8 @@ public:
 	void enter(SCMachineBase *machine, SCMachineAction *action, int index) override {
 		Node *placed = spaces::placed_or_warn<&Kind::node_path>(machine, action);
 		Goal goal;
-		if (placed == nullptr || !find_goal(machine, action, placed, goal) || !can_be_reached(machine, action, placed, goal)) {
+		if (placed == nullptr || !find_goal(machine, action, placed, goal) || !can_be_reached(machine, action, placed, goal) ||
+				(!goal.local && !spaces::has_size_or_warn(machine, action, placed, false))) {
 			machine->finish(index);
 			return;
 		}
@@ -152,7 +157,8 @@ public:
 		const Node *target = spaces::placed<&Kind::to_path>(machine, action);
 		const StillHere here(machine);
 		// Whoever has gone meanwhile cannot be reached any more.
-		const bool arrived = placed == nullptr || target == nullptr || step_after(machine, placed, target, action, memory, delta);
+		const bool arrived = placed == nullptr || target == nullptr || !spaces::has_size_or_warn(machine, action, placed, false) ||
+				step_after(machine, placed, target, action, memory, delta);
 		if (arrived && here) {
 			machine->finish(index);
 		}
@@ -173,7 +179,7 @@ public:
 
 	void update(SCMachineBase *machine, SCMachineAction *action, int, double delta) override {
 		Node *placed = spaces::placed<&Kind::node_path>(machine, action);
-		if (placed == nullptr || !spaces::place_or_warn<&Kind::direction>(machine, action)) {
+		if (placed == nullptr || !spaces::place_or_warn<&Kind::direction>(machine, action) || !spaces::has_size_or_warn(machine, action, placed, false)) {
 			return;
 		}
 		const Variant direction = setting_of<&Kind::direction>(action);

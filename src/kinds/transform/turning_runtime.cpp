@@ -6,6 +6,7 @@
 #include "action/native_names.hpp"
 #include "action/runtime_shapes.hpp"
 #include "action/shared_verbs.hpp"
+#include "action/sides.hpp"
 #include "action/spaces.hpp"
 #include "kinds/transform/turning.hpp"
 
@@ -52,11 +53,16 @@ class LookAt : public SCNativeAction {
 		return spaces::with_vectors(placed, places::position_of(placed), place, [](auto from, auto to) { return to - from; });
 	}
 
-	static Variant direction_to_mouse(const Node *placed) {
+	static Variant direction_to_mouse(SCMachineBase *machine, const SCMachineAction *action, const Node *placed) {
 		if (const CanvasItem *item = Object::cast_to<CanvasItem>(placed)) {
 			return item->is_inside_tree() ? direction_to(placed, item->get_global_mouse_position()) : Variant();
 		}
 		const Node3D *node_3d = Object::cast_to<Node3D>(placed);
+		if (node_3d != nullptr && node_3d->is_inside_tree() && node_3d->get_viewport()->get_camera_3d() == nullptr) {
+			verbs::warn(machine, action,
+					vformat("there is no camera to look through, so there is no telling what the mouse points at, and %s was not turned. Add a Camera3D.",
+							placed->get_name()));
+		}
 		Vector3 pointed_at;
 		return node_3d != nullptr && mouse_on_the_level(node_3d, pointed_at) ? direction_to(placed, pointed_at) : Variant();
 	}
@@ -86,10 +92,12 @@ class LookAt : public SCNativeAction {
 					verbs::warn(machine, action, vformat("%s cannot face itself, so it was not turned. Pick another node under At Path.", placed->get_name()));
 					return Variant();
 				}
-				return at != nullptr ? direction_to(placed, places::position_of(at)) : Variant();
+				const bool is_seen =
+						at != nullptr && sides::same_or_warn(machine, action, placed, at, "so it was not turned", verbs::name_of<&Kind::at_path>());
+				return is_seen ? direction_to(placed, places::position_of(at)) : Variant();
 			}
 			case Kind::THE_MOUSE:
-				return direction_to_mouse(placed);
+				return direction_to_mouse(machine, action, placed);
 			case Kind::A_PLACE:
 				return spaces::place_or_warn<&Kind::place>(machine, action) ? direction_to(placed, setting_of<&Kind::place>(action)) : Variant();
 			case Kind::A_DIRECTION:
@@ -100,7 +108,7 @@ class LookAt : public SCNativeAction {
 
 	static Variant goal_of(SCMachineBase *machine, const SCMachineAction *action, const Node *placed) {
 		const Variant direction = direction_of(machine, action, placed);
-		if (direction.get_type() == Variant::NIL) {
+		if (direction.get_type() == Variant::NIL || !spaces::has_size_or_warn(machine, action, placed, true)) {
 			return Variant();
 		}
 		facing::Stance stance;
@@ -167,7 +175,11 @@ public:
 
 	void update(SCMachineBase *machine, SCMachineAction *action, int, double delta) override {
 		const double angle = Math::deg_to_rad(checked::number<&Kind::speed>(machine, action)) * delta;
-		spaces::visit(spaces::placed<&Kind::node_path>(machine, action), [action, angle](auto *node) { turn(node, action, angle); });
+		Node *placed = spaces::placed<&Kind::node_path>(machine, action);
+		if (setting_of<&Kind::space>(action) != Kind::LOCAL && !spaces::has_size_or_warn(machine, action, placed, false)) {
+			return;
+		}
+		spaces::visit(placed, [action, angle](auto *node) { turn(node, action, angle); });
 	}
 };
 
@@ -208,6 +220,9 @@ public:
 		} else if (const Node3D *node_3d = Object::cast_to<Node3D>(placed)) {
 			const int axis = CLAMP(int(setting_of<&Kind::axis>(action)), 0, 2);
 			const bool global = setting_of<&Kind::space>(action) == Kind::GLOBAL && node_3d->is_inside_tree();
+			if (global && !spaces::has_size_or_warn(machine, action, placed, true)) {
+				return {};
+			}
 			property = global ? names().global_angles[axis] : names().local_angles[axis];
 			now = global ? node_3d->get_global_rotation()[axis] : node_3d->get_rotation()[axis];
 			by = turn_from(machine, action, now);

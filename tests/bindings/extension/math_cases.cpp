@@ -28,9 +28,9 @@ using RigidTransform3D = Transform3D;
 
 } // namespace
 
-#define MATH_CASE(m_types, m_takes, m_script, m_expression)                                         \
-	{                                                                                               \
-		m_script, m_types, [](const Variant *arguments) -> Variant { m_takes return m_expression; } \
+#define MATH_CASE(m_types, m_takes, m_script, m_expression)                                                                                                    \
+	{                                                                                                                                                          \
+		m_script, m_types, [](const Variant *arguments) -> Variant { m_takes return m_expression; }                                                            \
 	}
 #define TAKE(m_type, m_name, m_index) const m_type m_name = arguments[m_index];
 #define TAKE_2(m_a, m_b) TAKE(m_a, a, 0) TAKE(m_b, b, 1)
@@ -41,7 +41,8 @@ using RigidTransform3D = Transform3D;
 #define SPELLED_1(m_a, m_script, m_expression) MATH_CASE(#m_a, TAKE(m_a, a, 0), m_script, m_expression)
 #define SPELLED_2(m_a, m_b, m_script, m_expression) MATH_CASE(#m_a "," #m_b, TAKE_2(m_a, m_b), m_script, m_expression)
 #define SPELLED_3(m_a, m_b, m_c, m_script, m_expression) MATH_CASE(#m_a "," #m_b "," #m_c, TAKE_3(m_a, m_b, m_c), m_script, m_expression)
-#define SPELLED_5(m_a, m_b, m_c, m_d, m_e, m_script, m_expression) MATH_CASE(#m_a "," #m_b "," #m_c "," #m_d "," #m_e, TAKE_5(m_a, m_b, m_c, m_d, m_e), m_script, m_expression)
+#define SPELLED_5(m_a, m_b, m_c, m_d, m_e, m_script, m_expression)                                                                                             \
+	MATH_CASE(#m_a "," #m_b "," #m_c "," #m_d "," #m_e, TAKE_5(m_a, m_b, m_c, m_d, m_e), m_script, m_expression)
 #define MATH_1(m_a, m_expression) SPELLED_1(m_a, #m_expression, m_expression)
 #define MATH_2(m_a, m_b, m_expression) SPELLED_2(m_a, m_b, #m_expression, m_expression)
 #define MATH_3(m_a, m_b, m_c, m_expression) SPELLED_3(m_a, m_b, m_c, #m_expression, m_expression)

@@ -16,16 +16,11 @@ class ReplyCallable : public CallableCustom {
 	ObjectID target;
 	Variant reply;
 
-	static bool is_same(const CallableCustom *a, const CallableCustom *b) {
-		return a->get_object() == b->get_object();
-	}
-	static bool comes_before(const CallableCustom *a, const CallableCustom *b) {
-		return a->get_object() < b->get_object();
-	}
+	static bool is_same(const CallableCustom *a, const CallableCustom *b) { return a->get_object() == b->get_object(); }
+	static bool comes_before(const CallableCustom *a, const CallableCustom *b) { return a->get_object() < b->get_object(); }
 
 public:
-	ReplyCallable(ObjectID target_id, const Variant &value) :
-			target(target_id), reply(value) {}
+	ReplyCallable(ObjectID target_id, const Variant &value) : target(target_id), reply(value) {}
 
 	uint32_t hash() const override { return static_cast<uint32_t>(static_cast<uint64_t>(target)); }
 	String get_as_text() const override { return "Reply"; }

@@ -108,6 +108,7 @@ func _show_a_design() -> void:
 	await _frames(SETTLE)
 	machine = EditorInterface.get_edited_scene_root().get_node(^"Door/Machine")
 	EditorInterface.edit_node(machine)
+	EditorInterface.get_script_editor().goto_help("class_name:SCMachineCondition")
 	await _frames(SETTLE)
 	_take("machine")
 	EditorInterface.edit_resource(machine.states[0])

@@ -57,8 +57,7 @@ public:
 	Ref(std::nullptr_t) {}
 
 	Ref(const Ref &p_other) { share(p_other.reference); }
-	Ref(Ref &&p_other) noexcept :
-			reference(std::exchange(p_other.reference, nullptr)) {}
+	Ref(Ref &&p_other) noexcept : reference(std::exchange(p_other.reference, nullptr)) {}
 	template <class U>
 	Ref(const Ref<U> &p_other) {
 		share(convert(p_other.reference));
@@ -144,9 +143,7 @@ struct PtrToArg<Ref<T>> {
 		}
 		return Ref<T>(static_cast<T *>(internal::get_binding_of_class(gdextension_interface::ref_get_object(p_argument), internal::class_tag_of<T>())));
 	}
-	static void encode(const Ref<T> &p_value, void *r_value) {
-		gdextension_interface::ref_set_object(r_value, internal::get_owner(p_value.ptr()));
-	}
+	static void encode(const Ref<T> &p_value, void *r_value) { gdextension_interface::ref_set_object(r_value, internal::get_owner(p_value.ptr())); }
 };
 
 template <class T>

@@ -169,9 +169,7 @@ public:
 
 	virtual const internal::ClassTag *_get_class_tag() const = 0;
 
-	_FORCE_INLINE_ bool _has_class_tag(const void *p_tag) const {
-		return _get_class_tag()->is_or_inherits(static_cast<const internal::ClassTag *>(p_tag));
-	}
+	_FORCE_INLINE_ bool _has_class_tag(const void *p_tag) const { return _get_class_tag()->is_or_inherits(static_cast<const internal::ClassTag *>(p_tag)); }
 
 	static void *operator new(size_t p_size, internal::MemnewTag) noexcept { return Memory::alloc_static(p_size); }
 	static void operator delete(void *p_memory) { Memory::free_static(p_memory); }
@@ -209,66 +207,63 @@ constexpr ClassTag ClassAccess::make_tag() {
 
 } // namespace internal
 
-#define GODOT_WRAPPED_CLASS_(m_class, m_name, m_inherits, m_is_extension)      \
-private:                                                                       \
-	friend class ::godot::ClassDB;                                             \
-	friend struct ::godot::internal::ClassAccess;                              \
-	static constexpr const char *_class_name_text = m_name;                    \
-	static constexpr bool _is_extension_class_static = m_is_extension;         \
-                                                                               \
-public:                                                                        \
-	typedef m_class self_type;                                                 \
-	typedef m_inherits parent_type;                                            \
-                                                                               \
-	const ::godot::internal::ClassTag *_get_class_tag() const override {       \
-		return ::godot::internal::class_tag_of<m_class>();                     \
-	}                                                                          \
-	static const ::godot::StringName &get_class_static() {                     \
-		return ::godot::internal::class_tag_of<m_class>()->get_name();         \
-	}                                                                          \
-	static const ::godot::StringName &get_parent_class_static() {              \
-		return ::godot::internal::class_tag_of<m_class>()->parent->get_name(); \
+#define GODOT_WRAPPED_CLASS_(m_class, m_name, m_inherits, m_is_extension)                                                                                      \
+private:                                                                                                                                                       \
+	friend class ::godot::ClassDB;                                                                                                                             \
+	friend struct ::godot::internal::ClassAccess;                                                                                                              \
+	static constexpr const char *_class_name_text = m_name;                                                                                                    \
+	static constexpr bool _is_extension_class_static = m_is_extension;                                                                                         \
+                                                                                                                                                               \
+public:                                                                                                                                                        \
+	typedef m_class self_type;                                                                                                                                 \
+	typedef m_inherits parent_type;                                                                                                                            \
+                                                                                                                                                               \
+	const ::godot::internal::ClassTag *_get_class_tag() const override {                                                                                       \
+		return ::godot::internal::class_tag_of<m_class>();                                                                                                     \
+	}                                                                                                                                                          \
+	static const ::godot::StringName &get_class_static() {                                                                                                     \
+		return ::godot::internal::class_tag_of<m_class>()->get_name();                                                                                         \
+	}                                                                                                                                                          \
+	static const ::godot::StringName &get_parent_class_static() {                                                                                              \
+		return ::godot::internal::class_tag_of<m_class>()->parent->get_name();                                                                                 \
 	}
 
 // Opens an extension class. What follows is private, as in any class.
-#define GDCLASS(m_class, m_inherits)                          \
-	GODOT_WRAPPED_CLASS_(m_class, #m_class, m_inherits, true) \
-                                                              \
+#define GDCLASS(m_class, m_inherits)                                                                                                                           \
+	GODOT_WRAPPED_CLASS_(m_class, #m_class, m_inherits, true)                                                                                                  \
+                                                                                                                                                               \
 private:
 
 // Opens the wrapper of an engine class; m_alias_for is the engine's name for it.
-#define GDEXTENSION_CLASS_ALIAS(m_class, m_alias_for, m_inherits)                                                                             \
-	GODOT_WRAPPED_CLASS_(m_class, #m_alias_for, m_inherits, false)                                                                            \
-	m_class() :                                                                                                                               \
-			m_class(*::godot::internal::class_tag_of<m_class>()) {}                                                                           \
-                                                                                                                                              \
-	static void *_gde_binding_create_callback(void *, void *p_instance) {                                                                     \
-		return static_cast<::godot::Wrapped *>(new (::godot::internal::memnew_tag) m_class(static_cast<::godot::GodotObject *>(p_instance))); \
-	}                                                                                                                                         \
-	static constexpr GDExtensionInstanceBindingCallbacks _gde_binding_callbacks = {                                                           \
-		&_gde_binding_create_callback,                                                                                                        \
-		&::godot::internal::free_engine_binding,                                                                                              \
-		&::godot::internal::keep_engine_binding,                                                                                              \
-	};                                                                                                                                        \
-                                                                                                                                              \
-protected:                                                                                                                                    \
-	explicit m_class(const ::godot::internal::ClassTag &p_engine_class) :                                                                     \
-			m_inherits(p_engine_class) {}                                                                                                     \
-	explicit m_class(::godot::GodotObject *p_owner) :                                                                                         \
-			m_inherits(p_owner) {}                                                                                                            \
-                                                                                                                                              \
+#define GDEXTENSION_CLASS_ALIAS(m_class, m_alias_for, m_inherits)                                                                                              \
+	GODOT_WRAPPED_CLASS_(m_class, #m_alias_for, m_inherits, false)                                                                                             \
+	m_class() : m_class(*::godot::internal::class_tag_of<m_class>()) {}                                                                                        \
+                                                                                                                                                               \
+	static void *_gde_binding_create_callback(void *, void *p_instance) {                                                                                      \
+		return static_cast<::godot::Wrapped *>(new (::godot::internal::memnew_tag) m_class(static_cast<::godot::GodotObject *>(p_instance)));                  \
+	}                                                                                                                                                          \
+	static constexpr GDExtensionInstanceBindingCallbacks _gde_binding_callbacks = {                                                                            \
+		&_gde_binding_create_callback,                                                                                                                         \
+		&::godot::internal::free_engine_binding,                                                                                                               \
+		&::godot::internal::keep_engine_binding,                                                                                                               \
+	};                                                                                                                                                         \
+                                                                                                                                                               \
+protected:                                                                                                                                                     \
+	explicit m_class(const ::godot::internal::ClassTag &p_engine_class) : m_inherits(p_engine_class) {}                                                        \
+	explicit m_class(::godot::GodotObject *p_owner) : m_inherits(p_owner) {}                                                                                   \
+                                                                                                                                                               \
 private:
 
 #define GDEXTENSION_CLASS(m_class, m_inherits) GDEXTENSION_CLASS_ALIAS(m_class, m_class, m_inherits)
 
 // Inside register_virtuals() of an engine class, for a virtual that m_class overrides.
-#define BIND_VIRTUAL_METHOD(m_class, m_method, m_hash)                                                                            \
-	::godot::internal::bind_virtual_method(                                                                                       \
-			::godot::internal::class_tag_of<m_class>(), #m_method,                                                                \
-			[](GDExtensionClassInstancePtr p_instance, const GDExtensionConstTypePtr *p_arguments, GDExtensionTypePtr r_return) { \
-				m_class *instance = static_cast<m_class *>(static_cast<::godot::Wrapped *>(p_instance));                          \
-				::godot::call_with_ptr_args(instance, &m_class::m_method, p_arguments, r_return);                                 \
-			},                                                                                                                    \
+#define BIND_VIRTUAL_METHOD(m_class, m_method, m_hash)                                                                                                         \
+	::godot::internal::bind_virtual_method(                                                                                                                    \
+			::godot::internal::class_tag_of<m_class>(), #m_method,                                                                                             \
+			[](GDExtensionClassInstancePtr p_instance, const GDExtensionConstTypePtr *p_arguments, GDExtensionTypePtr r_return) {                              \
+				m_class *instance = static_cast<m_class *>(static_cast<::godot::Wrapped *>(p_instance));                                                       \
+				::godot::call_with_ptr_args(instance, &m_class::m_method, p_arguments, r_return);                                                              \
+			},                                                                                                                                                 \
 			m_hash)
 
 } // namespace godot

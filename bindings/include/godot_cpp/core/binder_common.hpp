@@ -13,16 +13,16 @@
 
 namespace godot {
 
-#define VARIANT_ENUM_CAST(m_enum) \
-	namespace godot {             \
-	MAKE_ENUM_TYPE_INFO(m_enum)   \
-	}                             \
+#define VARIANT_ENUM_CAST(m_enum)                                                                                                                              \
+	namespace godot {                                                                                                                                          \
+	MAKE_ENUM_TYPE_INFO(m_enum)                                                                                                                                \
+	}                                                                                                                                                          \
 	static_assert(true)
 
-#define VARIANT_BITFIELD_CAST(m_enum) \
-	namespace godot {                 \
-	MAKE_BITFIELD_TYPE_INFO(m_enum)   \
-	}                                 \
+#define VARIANT_BITFIELD_CAST(m_enum)                                                                                                                          \
+	namespace godot {                                                                                                                                          \
+	MAKE_BITFIELD_TYPE_INFO(m_enum)                                                                                                                            \
+	}                                                                                                                                                          \
 	static_assert(true)
 
 namespace internal {

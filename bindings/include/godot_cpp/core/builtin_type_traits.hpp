@@ -20,11 +20,11 @@ struct BuiltinType {
 	static constexpr bool is_builtin = false;
 };
 
-#define GODOT_BUILTIN_TYPE(m_type, m_enumerator)                                                 \
-	template <>                                                                                  \
-	struct BuiltinType<m_type> {                                                                 \
-		static constexpr bool is_builtin = true;                                                 \
-		static constexpr GDExtensionVariantType value = GDEXTENSION_VARIANT_TYPE_##m_enumerator; \
+#define GODOT_BUILTIN_TYPE(m_type, m_enumerator)                                                                                                               \
+	template <>                                                                                                                                                \
+	struct BuiltinType<m_type> {                                                                                                                               \
+		static constexpr bool is_builtin = true;                                                                                                               \
+		static constexpr GDExtensionVariantType value = GDEXTENSION_VARIANT_TYPE_##m_enumerator;                                                               \
 	};
 
 GODOT_BUILTIN_TYPE(Variant, NIL)

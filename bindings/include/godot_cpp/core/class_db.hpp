@@ -23,12 +23,9 @@ struct MethodDefinition {
 	std::vector<StringName> args;
 
 	MethodDefinition() {}
-	MethodDefinition(const char *p_name) :
-			name(p_name) {}
-	MethodDefinition(const StringName &p_name) :
-			name(p_name) {}
-	MethodDefinition(const StringName &p_name, std::vector<StringName> &&p_args) :
-			name(p_name), args(std::move(p_args)) {}
+	MethodDefinition(const char *p_name) : name(p_name) {}
+	MethodDefinition(const StringName &p_name) : name(p_name) {}
+	MethodDefinition(const StringName &p_name, std::vector<StringName> &&p_args) : name(p_name), args(std::move(p_args)) {}
 };
 
 // Arguments by value, so that texts of different lengths share an instance.
@@ -86,7 +83,8 @@ struct MethodOwner<F T::*> {
 
 class ClassDB {
 	static void register_extension_class(const internal::ClassRegistration &p_registration);
-	static MethodBind *register_method(const StringName &p_class, MethodBind *p_bind, const MethodDefinition &p_definition, const Variant *p_defaults, size_t p_default_count);
+	static MethodBind *register_method(
+			const StringName &p_class, MethodBind *p_bind, const MethodDefinition &p_definition, const Variant *p_defaults, size_t p_default_count);
 
 	template <class T, bool is_abstract>
 	static void register_class_of_kind(bool p_virtual, bool p_exposed, bool p_runtime) {
@@ -142,21 +140,25 @@ public:
 	}
 
 	template <class M>
-	static MethodBind *bind_vararg_method(uint32_t p_flags, const StringName &p_name, M p_method, const MethodInfo &p_info = MethodInfo(), const std::vector<Variant> &p_defaults = std::vector<Variant>(), bool p_return_nil_is_variant = true) {
+	static MethodBind *bind_vararg_method(uint32_t p_flags, const StringName &p_name, M p_method, const MethodInfo &p_info = MethodInfo(),
+			const std::vector<Variant> &p_defaults = std::vector<Variant>(), bool p_return_nil_is_variant = true) {
 		MethodDefinition definition(p_name);
 		for (const PropertyInfo &argument : p_info.arguments) {
 			definition.args.push_back(argument.name);
 		}
-		return register_method(internal::MethodOwner<M>::Type::get_class_static(), create_vararg_method_bind(p_method, p_info, p_return_nil_is_variant, p_flags), definition, p_defaults.data(), p_defaults.size());
+		return register_method(internal::MethodOwner<M>::Type::get_class_static(),
+				create_vararg_method_bind(p_method, p_info, p_return_nil_is_variant, p_flags), definition, p_defaults.data(), p_defaults.size());
 	}
 
 	static void add_property(const StringName &p_class, const PropertyInfo &p_info, const StringName &p_setter, const StringName &p_getter, int p_index = -1);
 	static void add_property_group(const StringName &p_class, const String &p_name, const String &p_prefix);
 	static void add_property_subgroup(const StringName &p_class, const String &p_name, const String &p_prefix);
 	static void add_signal(const StringName &p_class, const MethodInfo &p_signal);
-	static void bind_integer_constant(const StringName &p_class, const StringName &p_enum, const StringName &p_name, GDExtensionInt p_value, bool p_is_bitfield = false);
+	static void bind_integer_constant(
+			const StringName &p_class, const StringName &p_enum, const StringName &p_name, GDExtensionInt p_value, bool p_is_bitfield = false);
 	// A method that scripts may define, see core/gdvirtual.hpp.
-	static void add_virtual_method(const StringName &p_class, const MethodInfo &p_method, const std::vector<StringName> &p_argument_names = std::vector<StringName>());
+	static void add_virtual_method(
+			const StringName &p_class, const MethodInfo &p_method, const std::vector<StringName> &p_argument_names = std::vector<StringName>());
 
 	// Null when the class, or one that it inherits in this extension, has not bound it.
 	static MethodBind *get_method(const StringName &p_class, const StringName &p_method);
@@ -179,14 +181,17 @@ StringName enum_name_of(E) {
 
 } // namespace internal
 
-#define BIND_CONSTANT(m_constant) \
-	::godot::ClassDB::bind_integer_constant(get_class_static(), ::godot::StringName(), ::godot::internal::constant_name(#m_constant), static_cast<GDExtensionInt>(m_constant));
+#define BIND_CONSTANT(m_constant)                                                                                                                              \
+	::godot::ClassDB::bind_integer_constant(                                                                                                                   \
+			get_class_static(), ::godot::StringName(), ::godot::internal::constant_name(#m_constant), static_cast<GDExtensionInt>(m_constant));
 
-#define BIND_ENUM_CONSTANT(m_constant) \
-	::godot::ClassDB::bind_integer_constant(get_class_static(), ::godot::internal::enum_name_of(m_constant), ::godot::internal::constant_name(#m_constant), static_cast<GDExtensionInt>(m_constant));
+#define BIND_ENUM_CONSTANT(m_constant)                                                                                                                         \
+	::godot::ClassDB::bind_integer_constant(get_class_static(), ::godot::internal::enum_name_of(m_constant), ::godot::internal::constant_name(#m_constant),    \
+			static_cast<GDExtensionInt>(m_constant));
 
-#define BIND_BITFIELD_FLAG(m_constant) \
-	::godot::ClassDB::bind_integer_constant(get_class_static(), ::godot::internal::enum_name_of(m_constant), ::godot::internal::constant_name(#m_constant), static_cast<GDExtensionInt>(m_constant), true);
+#define BIND_BITFIELD_FLAG(m_constant)                                                                                                                         \
+	::godot::ClassDB::bind_integer_constant(get_class_static(), ::godot::internal::enum_name_of(m_constant), ::godot::internal::constant_name(#m_constant),    \
+			static_cast<GDExtensionInt>(m_constant), true);
 
 #define ADD_SIGNAL(m_signal) ::godot::ClassDB::add_signal(get_class_static(), m_signal)
 #define ADD_GROUP(m_name, m_prefix) ::godot::ClassDB::add_property_group(get_class_static(), m_name, m_prefix)

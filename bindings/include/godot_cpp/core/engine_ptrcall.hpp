@@ -31,8 +31,7 @@ class EngineMethod {
 	GDExtensionMethodBindPtr look_up();
 
 public:
-	constexpr EngineMethod(const char *p_class, const char *p_method, GDExtensionInt p_hash) :
-			class_name(p_class), method_name(p_method), hash(p_hash) {}
+	constexpr EngineMethod(const char *p_class, const char *p_method, GDExtensionInt p_hash) : class_name(p_class), method_name(p_method), hash(p_hash) {}
 
 	// Null where the engine has no such method; that was reported by the time it returns.
 	GDExtensionMethodBindPtr get() {
@@ -50,8 +49,7 @@ class EngineSingleton {
 	Object *look_up();
 
 public:
-	constexpr explicit EngineSingleton(const char *p_name) :
-			name(p_name) {}
+	constexpr explicit EngineSingleton(const char *p_name) : name(p_name) {}
 
 	Object *get() {
 		Object *known = object.load(std::memory_order_acquire);
@@ -65,48 +63,42 @@ public:
 template <class T, class = void>
 struct PtrcallArgument {
 	const T &value;
-	explicit PtrcallArgument(const T &p_value) :
-			value(p_value) {}
+	explicit PtrcallArgument(const T &p_value) : value(p_value) {}
 	GDExtensionConstTypePtr address() const { return &value; }
 };
 
 template <class T>
 struct PtrcallArgument<T, std::enable_if_t<std::is_integral_v<T> || std::is_enum_v<T>>> {
 	std::conditional_t<std::is_same_v<T, bool>, GDExtensionBool, int64_t> value;
-	explicit PtrcallArgument(T p_value) :
-			value(static_cast<decltype(value)>(p_value)) {}
+	explicit PtrcallArgument(T p_value) : value(static_cast<decltype(value)>(p_value)) {}
 	GDExtensionConstTypePtr address() const { return &value; }
 };
 
 template <class T>
 struct PtrcallArgument<T, std::enable_if_t<std::is_floating_point_v<T>>> {
 	double value;
-	explicit PtrcallArgument(T p_value) :
-			value(p_value) {}
+	explicit PtrcallArgument(T p_value) : value(p_value) {}
 	GDExtensionConstTypePtr address() const { return &value; }
 };
 
 template <class T>
 struct PtrcallArgument<BitField<T>, void> {
 	int64_t value;
-	explicit PtrcallArgument(BitField<T> p_value) :
-			value(static_cast<int64_t>(p_value)) {}
+	explicit PtrcallArgument(BitField<T> p_value) : value(static_cast<int64_t>(p_value)) {}
 	GDExtensionConstTypePtr address() const { return &value; }
 };
 
 template <class T>
 struct PtrcallArgument<T *, void> {
 	GDExtensionObjectPtr value;
-	explicit PtrcallArgument(T *p_value) :
-			value(p_value != nullptr ? p_value->_owner : nullptr) {}
+	explicit PtrcallArgument(T *p_value) : value(p_value != nullptr ? p_value->_owner : nullptr) {}
 	GDExtensionConstTypePtr address() const { return &value; }
 };
 
 template <class T>
 struct PtrcallArgument<Ref<T>, void> {
 	GDExtensionObjectPtr value;
-	explicit PtrcallArgument(const Ref<T> &p_value) :
-			value(p_value.ptr() != nullptr ? p_value.ptr()->_owner : nullptr) {}
+	explicit PtrcallArgument(const Ref<T> &p_value) : value(p_value.ptr() != nullptr ? p_value.ptr()->_owner : nullptr) {}
 	GDExtensionConstTypePtr address() const { return &value; }
 };
 

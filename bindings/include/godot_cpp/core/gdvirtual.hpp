@@ -81,22 +81,22 @@ std::vector<StringName> argument_names(Names... p_names) {
 } // namespace internal
 
 // After the count come the return type and those of the arguments, which may hold commas of their own.
-#define GODOT_GDVIRTUAL_(m_count, m_name, m_const, m_flags, ...)                                                                            \
-	static const ::godot::StringName &_gdvirtual_##m_name##_sn() {                                                                          \
-		static ::godot::internal::StaticName name(#m_name);                                                                                 \
-		return name.get();                                                                                                                  \
-	}                                                                                                                                       \
-	template <class... Args>                                                                                                                \
-	bool _gdvirtual_##m_name##_call(Args &&...p_args) m_const {                                                                             \
-		return ::godot::internal::VirtualSignature<__VA_ARGS__>::call(_owner, _gdvirtual_##m_name##_sn(), static_cast<Args &&>(p_args)...); \
-	}                                                                                                                                       \
-	bool _gdvirtual_##m_name##_overridden() const {                                                                                         \
-		return ::godot::internal::has_script_virtual(_owner, _gdvirtual_##m_name##_sn());                                                   \
-	}                                                                                                                                       \
-	static ::godot::MethodInfo _gdvirtual_##m_name##_get_method_info() {                                                                    \
-		static_assert(::godot::internal::VirtualSignature<__VA_ARGS__>::COUNT == m_count, "The digit of the macro counts the arguments.");  \
-		return ::godot::internal::VirtualSignature<__VA_ARGS__>::describe(                                                                  \
-				_gdvirtual_##m_name##_sn(), GDEXTENSION_METHOD_FLAGS_DEFAULT | GDEXTENSION_METHOD_FLAG_VIRTUAL | m_flags);                  \
+#define GODOT_GDVIRTUAL_(m_count, m_name, m_const, m_flags, ...)                                                                                               \
+	static const ::godot::StringName &_gdvirtual_##m_name##_sn() {                                                                                             \
+		static ::godot::internal::StaticName name(#m_name);                                                                                                    \
+		return name.get();                                                                                                                                     \
+	}                                                                                                                                                          \
+	template <class... Args>                                                                                                                                   \
+	bool _gdvirtual_##m_name##_call(Args &&...p_args) m_const {                                                                                                \
+		return ::godot::internal::VirtualSignature<__VA_ARGS__>::call(_owner, _gdvirtual_##m_name##_sn(), static_cast<Args &&>(p_args)...);                    \
+	}                                                                                                                                                          \
+	bool _gdvirtual_##m_name##_overridden() const {                                                                                                            \
+		return ::godot::internal::has_script_virtual(_owner, _gdvirtual_##m_name##_sn());                                                                      \
+	}                                                                                                                                                          \
+	static ::godot::MethodInfo _gdvirtual_##m_name##_get_method_info() {                                                                                       \
+		static_assert(::godot::internal::VirtualSignature<__VA_ARGS__>::COUNT == m_count, "The digit of the macro counts the arguments.");                     \
+		return ::godot::internal::VirtualSignature<__VA_ARGS__>::describe(                                                                                     \
+				_gdvirtual_##m_name##_sn(), GDEXTENSION_METHOD_FLAGS_DEFAULT | GDEXTENSION_METHOD_FLAG_VIRTUAL | m_flags);                                     \
 	}
 
 #define GODOT_GDVIRTUAL_MUTABLE_(m_count, m_name, ...) GODOT_GDVIRTUAL_(m_count, m_name, , 0, __VA_ARGS__)
@@ -151,7 +151,7 @@ std::vector<StringName> argument_names(Names... p_names) {
 #define GDVIRTUAL_CALL_PTR(m_object, m_name, ...) (m_object)->_gdvirtual_##m_name##_call(__VA_ARGS__)
 #define GDVIRTUAL_IS_OVERRIDDEN(m_name) _gdvirtual_##m_name##_overridden()
 #define GDVIRTUAL_IS_OVERRIDDEN_PTR(m_object, m_name) (m_object)->_gdvirtual_##m_name##_overridden()
-#define GDVIRTUAL_BIND(m_name, ...) \
+#define GDVIRTUAL_BIND(m_name, ...)                                                                                                                            \
 	::godot::ClassDB::add_virtual_method(get_class_static(), _gdvirtual_##m_name##_get_method_info(), ::godot::internal::argument_names(__VA_ARGS__));
 
 } // namespace godot

@@ -390,9 +390,7 @@ template <typename A, typename B, typename C, typename D, typename W, typename R
 constexpr R cubic_interpolate(A from_value, B to_value, C pre_value, D post_value, W weight_value) {
 	const R from = from_value, to = to_value, pre = pre_value, post = post_value, weight = weight_value;
 	return R(0.5) *
-			((from * R(2)) +
-					(-pre + to) * weight +
-					(R(2) * pre - R(5) * from + R(4) * to - post) * (weight * weight) +
+			((from * R(2)) + (-pre + to) * weight + (R(2) * pre - R(5) * from + R(4) * to - post) * (weight * weight) +
 					(-pre + R(3) * from - R(3) * to + post) * (weight * weight * weight));
 }
 

@@ -58,8 +58,7 @@ const ClassTag *class_tag_of();
 
 template <class T>
 struct WrappedConstructionFrame : ConstructionFrame {
-	WrappedConstructionFrame() :
-			ConstructionFrame(class_tag_of<T>(), nullptr) {}
+	WrappedConstructionFrame() : ConstructionFrame(class_tag_of<T>(), nullptr) {}
 };
 
 template <class T>
@@ -100,9 +99,8 @@ namespace godot {
 #define memrealloc(m_memory, m_size) ::godot::Memory::realloc_static(m_memory, m_size)
 #define memfree(m_memory) ::godot::Memory::free_static(m_memory)
 
-#define memnew(m_class)                                                                                                                \
-	(static_cast<void>(                                                                                                                \
-			 ::godot::internal::ConstructionFrameFor<std::remove_pointer_t<decltype(new (::godot::internal::memnew_tag) m_class)>>()), \
+#define memnew(m_class)                                                                                                                                        \
+	(static_cast<void>(::godot::internal::ConstructionFrameFor<std::remove_pointer_t<decltype(new (::godot::internal::memnew_tag) m_class)>>()),               \
 			::godot::internal::finish_construction(new (::godot::internal::memnew_tag) m_class))
 
 #define memnew_placement(m_placement, m_class) (::new (static_cast<void *>(m_placement)) m_class)
@@ -122,11 +120,11 @@ void memdelete(T *p_object) {
 	}
 }
 
-#define memdelete_notnull(m_object)       \
-	{                                     \
-		if (m_object) {                   \
-			::godot::memdelete(m_object); \
-		}                                 \
+#define memdelete_notnull(m_object)                                                                                                                            \
+	{                                                                                                                                                          \
+		if (m_object) {                                                                                                                                        \
+			::godot::memdelete(m_object);                                                                                                                      \
+		}                                                                                                                                                      \
 	}
 
 template <class T>

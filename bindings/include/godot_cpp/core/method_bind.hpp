@@ -110,7 +110,8 @@ public:
 	virtual void ptrcall(Wrapped *p_instance, const GDExtensionConstTypePtr *p_arguments, GDExtensionTypePtr r_return) const = 0;
 
 	// What the engine calls.
-	static void bind_call(void *p_bind, GDExtensionClassInstancePtr p_instance, const GDExtensionConstVariantPtr *p_arguments, GDExtensionInt p_count, GDExtensionVariantPtr r_return, GDExtensionCallError *r_error);
+	static void bind_call(void *p_bind, GDExtensionClassInstancePtr p_instance, const GDExtensionConstVariantPtr *p_arguments, GDExtensionInt p_count,
+			GDExtensionVariantPtr r_return, GDExtensionCallError *r_error);
 	static void bind_ptrcall(void *p_bind, GDExtensionClassInstancePtr p_instance, const GDExtensionConstTypePtr *p_arguments, GDExtensionTypePtr r_return);
 };
 
@@ -138,8 +139,7 @@ protected:
 	}
 
 public:
-	MethodBindMember(M p_method, uint32_t p_flags) :
-			MethodBind(internal::Signature<R, P...>::types, sizeof...(P), p_flags), method(p_method) {}
+	MethodBindMember(M p_method, uint32_t p_flags) : MethodBind(internal::Signature<R, P...>::types, sizeof...(P), p_flags), method(p_method) {}
 
 	void ptrcall(Wrapped *p_instance, const GDExtensionConstTypePtr *p_arguments, GDExtensionTypePtr r_return) const override {
 		call_with_ptr_args(p_instance, method, p_arguments, r_return);
@@ -182,7 +182,8 @@ protected:
 
 public:
 	explicit MethodBindStatic(R (*p_function)(P...)) :
-			MethodBind(internal::Signature<R, P...>::types, sizeof...(P), GDEXTENSION_METHOD_FLAGS_DEFAULT | GDEXTENSION_METHOD_FLAG_STATIC), function(p_function) {}
+			MethodBind(internal::Signature<R, P...>::types, sizeof...(P), GDEXTENSION_METHOD_FLAGS_DEFAULT | GDEXTENSION_METHOD_FLAG_STATIC),
+			function(p_function) {}
 
 	void ptrcall(Wrapped *, const GDExtensionConstTypePtr *p_arguments, GDExtensionTypePtr r_return) const override {
 		ptrcall_indexed(p_arguments, r_return, std::index_sequence_for<P...>());
@@ -206,9 +207,7 @@ protected:
 public:
 	MethodBindVararg(Method p_method, const MethodInfo &p_info, bool p_return_nil_is_variant, uint32_t p_flags) :
 			MethodBind(internal::Signature<R>::types, static_cast<uint32_t>(p_info.arguments.size()), p_flags | GDEXTENSION_METHOD_FLAG_VARARG),
-			method(p_method),
-			info(p_info),
-			return_nil_is_variant(p_return_nil_is_variant) {}
+			method(p_method), info(p_info), return_nil_is_variant(p_return_nil_is_variant) {}
 
 	PropertyInfo get_argument_info(int p_index) const override {
 		if (p_index >= 0) {
@@ -261,7 +260,8 @@ MethodBind *create_static_method_bind(R (*p_function)(P...)) {
 }
 
 template <class T, class R>
-MethodBind *create_vararg_method_bind(R (T::*p_method)(const Variant **, GDExtensionInt, GDExtensionCallError &), const MethodInfo &p_info, bool p_return_nil_is_variant, uint32_t p_flags = GDEXTENSION_METHOD_FLAGS_DEFAULT) {
+MethodBind *create_vararg_method_bind(R (T::*p_method)(const Variant **, GDExtensionInt, GDExtensionCallError &), const MethodInfo &p_info,
+		bool p_return_nil_is_variant, uint32_t p_flags = GDEXTENSION_METHOD_FLAGS_DEFAULT) {
 	return memnew(MethodBindVararg<R>(static_cast<typename MethodBindVararg<R>::Method>(p_method), p_info, p_return_nil_is_variant, p_flags));
 }
 

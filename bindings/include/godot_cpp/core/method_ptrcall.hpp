@@ -68,7 +68,8 @@ struct PtrToArg<T *> {
 			if (p_argument == nullptr) {
 				return nullptr;
 			}
-			return static_cast<T *>(internal::get_binding_of_class(*static_cast<const GDExtensionObjectPtr *>(p_argument), internal::class_tag_of<std::remove_const_t<T>>()));
+			return static_cast<T *>(
+					internal::get_binding_of_class(*static_cast<const GDExtensionObjectPtr *>(p_argument), internal::class_tag_of<std::remove_const_t<T>>()));
 		} else {
 			return *static_cast<T *const *>(p_argument);
 		}

@@ -10,12 +10,8 @@ class MutexLock {
 	M &mutex;
 
 public:
-	explicit MutexLock(M &p_mutex) :
-			mutex(p_mutex) {
-		mutex.lock();
-	}
-	explicit MutexLock(const M &p_mutex) :
-			MutexLock(const_cast<M &>(p_mutex)) {}
+	explicit MutexLock(M &p_mutex) : mutex(p_mutex) { mutex.lock(); }
+	explicit MutexLock(const M &p_mutex) : MutexLock(const_cast<M &>(p_mutex)) {}
 	MutexLock(const MutexLock &) = delete;
 	MutexLock &operator=(const MutexLock &) = delete;
 	~MutexLock() { mutex.unlock(); }

@@ -40,12 +40,10 @@ struct MethodInfo {
 	std::vector<GDExtensionClassMethodArgumentMetadata> arguments_metadata;
 
 	MethodInfo() {}
-	explicit MethodInfo(const StringName &p_name) :
-			name(p_name) {}
+	explicit MethodInfo(const StringName &p_name) : name(p_name) {}
 
 	template <class... Args>
-	MethodInfo(const StringName &p_name, const Args &...p_arguments) :
-			name(p_name), arguments{ p_arguments... } {}
+	MethodInfo(const StringName &p_name, const Args &...p_arguments) : name(p_name), arguments{ p_arguments... } {}
 
 	template <class... Args>
 	MethodInfo(Variant::Type p_return, const StringName &p_name, const Args &...p_arguments) :

@@ -13,10 +13,8 @@ class ObjectID {
 
 public:
 	constexpr ObjectID() = default;
-	explicit constexpr ObjectID(const uint64_t p_id) :
-			id(p_id) {}
-	explicit constexpr ObjectID(const int64_t p_id) :
-			id(static_cast<uint64_t>(p_id)) {}
+	explicit constexpr ObjectID(const uint64_t p_id) : id(p_id) {}
+	explicit constexpr ObjectID(const int64_t p_id) : id(static_cast<uint64_t>(p_id)) {}
 
 	ObjectID &operator=(int64_t p_id) {
 		id = static_cast<uint64_t>(p_id);

@@ -27,11 +27,11 @@ void print_error(const Variant &p_value, const Args &...p_args) {
 }
 
 // A macro, so that a text nobody wants to see is not put together.
-#define print_verbose(m_text)                      \
-	do {                                           \
-		if (::godot::is_print_verbose_enabled()) { \
-			::godot::print_line(m_text);           \
-		}                                          \
+#define print_verbose(m_text)                                                                                                                                  \
+	do {                                                                                                                                                       \
+		if (::godot::is_print_verbose_enabled()) {                                                                                                             \
+			::godot::print_line(m_text);                                                                                                                       \
+		}                                                                                                                                                      \
 	} while (false)
 
 } // namespace godot

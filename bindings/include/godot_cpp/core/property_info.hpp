@@ -22,33 +22,29 @@ struct PropertyInfo {
 
 	PropertyInfo() {}
 
-	PropertyInfo(Variant::Type p_type, const StringName &p_name, PropertyHint p_hint = PROPERTY_HINT_NONE, const String &p_hint_string = String(), uint32_t p_usage = PROPERTY_USAGE_DEFAULT, const StringName &p_class_name = StringName()) :
+	PropertyInfo(Variant::Type p_type, const StringName &p_name, PropertyHint p_hint = PROPERTY_HINT_NONE, const String &p_hint_string = String(),
+			uint32_t p_usage = PROPERTY_USAGE_DEFAULT, const StringName &p_class_name = StringName()) :
 			type(p_type),
 			name(p_name),
 			// For resources the hint names the class.
-			class_name(p_hint == PROPERTY_HINT_RESOURCE_TYPE ? StringName(p_hint_string) : p_class_name),
-			hint(p_hint),
-			hint_string(p_hint_string),
+			class_name(p_hint == PROPERTY_HINT_RESOURCE_TYPE ? StringName(p_hint_string) : p_class_name), hint(p_hint), hint_string(p_hint_string),
 			usage(p_usage) {}
 
-	PropertyInfo(GDExtensionVariantType p_type, const StringName &p_name, PropertyHint p_hint = PROPERTY_HINT_NONE, const String &p_hint_string = String(), uint32_t p_usage = PROPERTY_USAGE_DEFAULT, const StringName &p_class_name = StringName()) :
+	PropertyInfo(GDExtensionVariantType p_type, const StringName &p_name, PropertyHint p_hint = PROPERTY_HINT_NONE, const String &p_hint_string = String(),
+			uint32_t p_usage = PROPERTY_USAGE_DEFAULT, const StringName &p_class_name = StringName()) :
 			PropertyInfo(static_cast<Variant::Type>(p_type), p_name, p_hint, p_hint_string, p_usage, p_class_name) {}
 
 	// An object of this class.
-	explicit PropertyInfo(const StringName &p_class_name) :
-			type(Variant::OBJECT),
-			class_name(p_class_name) {}
+	explicit PropertyInfo(const StringName &p_class_name) : type(Variant::OBJECT), class_name(p_class_name) {}
 
 	explicit PropertyInfo(const GDExtensionPropertyInfo *p_info) :
-			type(static_cast<Variant::Type>(p_info->type)),
-			name(*static_cast<const StringName *>(p_info->name)),
-			class_name(*static_cast<const StringName *>(p_info->class_name)),
-			hint(p_info->hint),
-			hint_string(*static_cast<const String *>(p_info->hint_string)),
-			usage(p_info->usage) {}
+			type(static_cast<Variant::Type>(p_info->type)), name(*static_cast<const StringName *>(p_info->name)),
+			class_name(*static_cast<const StringName *>(p_info->class_name)), hint(p_info->hint),
+			hint_string(*static_cast<const String *>(p_info->hint_string)), usage(p_info->usage) {}
 
 	bool operator==(const PropertyInfo &p_other) const {
-		return type == p_other.type && name == p_other.name && class_name == p_other.class_name && hint == p_other.hint && hint_string == p_other.hint_string && usage == p_other.usage;
+		return type == p_other.type && name == p_other.name && class_name == p_other.class_name && hint == p_other.hint && hint_string == p_other.hint_string &&
+				usage == p_other.usage;
 	}
 	bool operator!=(const PropertyInfo &p_other) const { return !(*this == p_other); }
 	bool operator<(const PropertyInfo &p_other) const { return name < p_other.name; }

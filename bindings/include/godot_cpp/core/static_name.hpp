@@ -21,8 +21,7 @@ class StaticName {
 	const StringName &make();
 
 public:
-	constexpr explicit StaticName(const char *p_text) :
-			text(p_text) {}
+	constexpr explicit StaticName(const char *p_text) : text(p_text) {}
 
 	const StringName &get() {
 		StringName *known = name.load(std::memory_order_acquire);

@@ -17,12 +17,9 @@ class BitField {
 
 public:
 	constexpr BitField() = default;
-	constexpr BitField(T p_value) :
-			value(static_cast<uint64_t>(p_value)) {}
-	constexpr BitField(int64_t p_value) :
-			value(static_cast<uint64_t>(p_value)) {}
-	constexpr BitField(uint64_t p_value) :
-			value(p_value) {}
+	constexpr BitField(T p_value) : value(static_cast<uint64_t>(p_value)) {}
+	constexpr BitField(int64_t p_value) : value(static_cast<uint64_t>(p_value)) {}
+	constexpr BitField(uint64_t p_value) : value(p_value) {}
 
 	constexpr BitField &set_flag(T p_flag) {
 		value |= static_cast<uint64_t>(p_flag);
@@ -40,7 +37,8 @@ public:
 	constexpr BitField operator^(BitField p_other) const { return BitField(value ^ p_other.value); }
 };
 
-inline PropertyInfo make_property_info(Variant::Type p_type, const StringName &p_name, uint32_t p_hint = PROPERTY_HINT_NONE, const String &p_hint_string = String(), uint32_t p_usage = PROPERTY_USAGE_DEFAULT, const StringName &p_class_name = StringName()) {
+inline PropertyInfo make_property_info(Variant::Type p_type, const StringName &p_name, uint32_t p_hint = PROPERTY_HINT_NONE,
+		const String &p_hint_string = String(), uint32_t p_usage = PROPERTY_USAGE_DEFAULT, const StringName &p_class_name = StringName()) {
 	return PropertyInfo(p_type, p_name, static_cast<PropertyHint>(p_hint), p_hint_string, p_usage, p_class_name);
 }
 
@@ -131,17 +129,17 @@ template <class T>
 struct GetTypeInfo<T &> : GetTypeInfo<T> {};
 
 // An enumeration whose name the engine is told, so that scripts and the documentation show it.
-#define MAKE_ENUM_INFO(m_type, m_name, m_usage)                                                                             \
-	template <>                                                                                                             \
-	struct GetTypeInfo<m_type> {                                                                                            \
-		static constexpr GDExtensionVariantType VARIANT_TYPE = GDEXTENSION_VARIANT_TYPE_INT;                                \
-		static constexpr GDExtensionClassMethodArgumentMetadata METADATA = GDEXTENSION_METHOD_ARGUMENT_METADATA_NONE;       \
-		static PropertyInfo get_class_info() { return internal::make_enum_info(m_name, PROPERTY_USAGE_DEFAULT | m_usage); } \
+#define MAKE_ENUM_INFO(m_type, m_name, m_usage)                                                                                                                \
+	template <>                                                                                                                                                \
+	struct GetTypeInfo<m_type> {                                                                                                                               \
+		static constexpr GDExtensionVariantType VARIANT_TYPE = GDEXTENSION_VARIANT_TYPE_INT;                                                                   \
+		static constexpr GDExtensionClassMethodArgumentMetadata METADATA = GDEXTENSION_METHOD_ARGUMENT_METADATA_NONE;                                          \
+		static PropertyInfo get_class_info() { return internal::make_enum_info(m_name, PROPERTY_USAGE_DEFAULT | m_usage); }                                    \
 	};
 
 #define MAKE_ENUM_TYPE_INFO(m_enum) MAKE_ENUM_INFO(m_enum, #m_enum, PROPERTY_USAGE_CLASS_IS_ENUM)
-#define MAKE_BITFIELD_TYPE_INFO(m_enum)                               \
-	MAKE_ENUM_INFO(m_enum, #m_enum, PROPERTY_USAGE_CLASS_IS_BITFIELD) \
+#define MAKE_BITFIELD_TYPE_INFO(m_enum)                                                                                                                        \
+	MAKE_ENUM_INFO(m_enum, #m_enum, PROPERTY_USAGE_CLASS_IS_BITFIELD)                                                                                          \
 	MAKE_ENUM_INFO(BitField<m_enum>, #m_enum, PROPERTY_USAGE_CLASS_IS_BITFIELD)
 
 } // namespace godot

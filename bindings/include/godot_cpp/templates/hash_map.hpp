@@ -142,7 +142,9 @@ public:
 	}
 
 	template <typename C = KeyValueSort<TKey, TValue>>
-	void sort_custom() { table.sort(C()); }
+	void sort_custom() {
+		table.sort(C());
+	}
 	void sort() { sort_custom(); }
 
 	Iterator begin() { return Iterator(table.first()); }

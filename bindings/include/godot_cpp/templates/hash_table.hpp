@@ -20,8 +20,7 @@ struct HashNode {
 	TContent content;
 
 	template <typename... Args>
-	explicit HashNode(Args &&...arguments) :
-			content(std::forward<Args>(arguments)...) {}
+	explicit HashNode(Args &&...arguments) : content(std::forward<Args>(arguments)...) {}
 };
 
 // Walks the list; `TContent` may be const.
@@ -30,8 +29,7 @@ struct HashIterator {
 	TNode *node = nullptr;
 
 	HashIterator() = default;
-	explicit HashIterator(TNode *at) :
-			node(at) {}
+	explicit HashIterator(TNode *at) : node(at) {}
 
 	TContent &operator*() const { return node->content; }
 	TContent *operator->() const { return node ? &node->content : nullptr; }

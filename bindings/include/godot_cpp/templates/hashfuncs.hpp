@@ -39,7 +39,8 @@ template <typename T, typename... Choices>
 inline constexpr bool is_one_of = (std::is_same_v<T, Choices> || ...);
 
 template <typename T>
-inline constexpr bool is_real_math_type = is_one_of<T, Vector2, Vector3, Vector4, Rect2, AABB, Basis, Color, Plane, Projection, Quaternion, Transform2D, Transform3D>;
+inline constexpr bool is_real_math_type =
+		is_one_of<T, Vector2, Vector3, Vector4, Rect2, AABB, Basis, Color, Plane, Projection, Quaternion, Transform2D, Transform3D>;
 
 // The kind of number that a math type consists of.
 template <typename T>
@@ -177,14 +178,20 @@ struct HashMapHasherDefault {
 	}
 
 	template <typename T>
-	static uint32_t hash(const Ref<T> &reference) { return hash(reference.ptr()); }
+	static uint32_t hash(const Ref<T> &reference) {
+		return hash(reference.ptr());
+	}
 
 private:
 	template <typename T>
-	static auto _object(const T &value, int) -> decltype(uint32_t(value.hash())) { return uint32_t(value.hash()); }
+	static auto _object(const T &value, int) -> decltype(uint32_t(value.hash())) {
+		return uint32_t(value.hash());
+	}
 
 	template <typename T>
-	static auto _object(const T &value, int) -> decltype(uint32_t(value.get_id())) { return hash_one_uint64(uint64_t(value.get_id())); }
+	static auto _object(const T &value, int) -> decltype(uint32_t(value.get_id())) {
+		return hash_one_uint64(uint64_t(value.get_id()));
+	}
 
 	// What is left are the math types, which consist of numbers of one kind.
 	template <typename T>

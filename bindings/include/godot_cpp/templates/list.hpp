@@ -23,8 +23,7 @@ public:
 		List *owner = nullptr;
 
 	public:
-		explicit Element(T held) :
-				value(std::move(held)) {}
+		explicit Element(T held) : value(std::move(held)) {}
 
 		const Element *next() const { return next_element; }
 		Element *next() { return next_element; }
@@ -194,7 +193,9 @@ public:
 		merge(upper, C());
 	}
 	template <typename C>
-	void sort_custom_inplace() { sort_custom<C>(); }
+	void sort_custom_inplace() {
+		sort_custom<C>();
+	}
 
 	Iterator begin() { return Iterator{ first }; }
 	Iterator end() { return Iterator(); }

@@ -188,7 +188,9 @@ public:
 	bool has(const T &value) const { return find(value) >= 0; }
 
 	template <typename C>
-	void sort_custom() { SortArray<T, C>().sort(data, int64_t(count)); }
+	void sort_custom() {
+		SortArray<T, C>().sort(data, int64_t(count));
+	}
 	void sort() { sort_custom<_DefaultComparator<T>>(); }
 
 	T *begin() { return data; }

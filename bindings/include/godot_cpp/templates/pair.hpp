@@ -17,12 +17,9 @@ struct KeyValue {
 	KeyValue(const KeyValue &other) = default;
 	KeyValue(KeyValue &&other) = default;
 	void operator=(const KeyValue &other) = delete;
-	constexpr KeyValue(const K &key_value, const V &value_value) :
-			key(key_value), value(value_value) {}
-	constexpr KeyValue(const K &key_value, V &&value_value) :
-			key(key_value), value(std::move(value_value)) {}
-	constexpr KeyValue(K &&key_value, V &&value_value) :
-			key(std::move(key_value)), value(std::move(value_value)) {}
+	constexpr KeyValue(const K &key_value, const V &value_value) : key(key_value), value(value_value) {}
+	constexpr KeyValue(const K &key_value, V &&value_value) : key(key_value), value(std::move(value_value)) {}
+	constexpr KeyValue(K &&key_value, V &&value_value) : key(std::move(key_value)), value(std::move(value_value)) {}
 };
 
 template <typename K, typename V>

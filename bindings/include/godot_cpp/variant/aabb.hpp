@@ -14,8 +14,7 @@ struct [[nodiscard]] AABB {
 	Vector3 size;
 
 	constexpr AABB() = default;
-	constexpr AABB(const Vector3 &corner, const Vector3 &extent) :
-			position(corner), size(extent) {}
+	constexpr AABB(const Vector3 &corner, const Vector3 &extent) : position(corner), size(extent) {}
 
 	const Vector3 &get_position() const { return position; }
 	void set_position(const Vector3 &value) { position = value; }

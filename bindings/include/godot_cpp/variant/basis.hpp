@@ -42,9 +42,7 @@ struct [[nodiscard]] Basis {
 	void invert() { *this = inverse(); }
 	Basis inverse() const;
 	void transpose() { *this = transposed(); }
-	constexpr Basis transposed() const {
-		return Basis(rows[0].x, rows[1].x, rows[2].x, rows[0].y, rows[1].y, rows[2].y, rows[0].z, rows[1].z, rows[2].z);
-	}
+	constexpr Basis transposed() const { return Basis(rows[0].x, rows[1].x, rows[2].x, rows[0].y, rows[1].y, rows[2].y, rows[0].z, rows[1].z, rows[2].z); }
 	real_t determinant() const;
 	void orthonormalize() { *this = orthonormalized(); }
 	Basis orthonormalized() const;
@@ -99,8 +97,7 @@ struct [[nodiscard]] Basis {
 
 	void operator*=(const Basis &basis) { *this = *this * basis; }
 	constexpr Basis operator*(const Basis &basis) const {
-		return Basis(basis.tdotx(rows[0]), basis.tdoty(rows[0]), basis.tdotz(rows[0]),
-				basis.tdotx(rows[1]), basis.tdoty(rows[1]), basis.tdotz(rows[1]),
+		return Basis(basis.tdotx(rows[0]), basis.tdoty(rows[0]), basis.tdotz(rows[0]), basis.tdotx(rows[1]), basis.tdoty(rows[1]), basis.tdotz(rows[1]),
 				basis.tdotx(rows[2]), basis.tdoty(rows[2]), basis.tdotz(rows[2]));
 	}
 	void operator+=(const Basis &basis) { *this = *this + basis; }
@@ -115,9 +112,7 @@ struct [[nodiscard]] Basis {
 	explicit operator String() const;
 
 private:
-	static constexpr Basis _from_rows(const Vector3 &x, const Vector3 &y, const Vector3 &z) {
-		return Basis(x.x, x.y, x.z, y.x, y.y, y.z, z.x, z.y, z.z);
-	}
+	static constexpr Basis _from_rows(const Vector3 &x, const Vector3 &y, const Vector3 &z) { return Basis(x.x, x.y, x.z, y.x, y.y, y.z, z.x, z.y, z.z); }
 };
 
 inline Basis Vector3::outer(const Vector3 &with) const {

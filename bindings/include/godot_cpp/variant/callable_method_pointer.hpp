@@ -55,8 +55,7 @@ class MethodPointerCallable : public CallableCustom {
 	int argument_count;
 
 protected:
-	MethodPointerCallable(ObjectID p_target, const char *p_text, int p_argument_count) :
-			target(p_target), text(p_text), argument_count(p_argument_count) {}
+	MethodPointerCallable(ObjectID p_target, const char *p_text, int p_argument_count) : target(p_target), text(p_text), argument_count(p_argument_count) {}
 
 	// The method pointer's own bytes; its first word alone tells most methods apart, and has no padding on any platform.
 	virtual const void *method_bytes() const = 0;
@@ -92,8 +91,7 @@ protected:
 public:
 	ObjectMethodCallable(T *p_instance, Method p_method, const char *p_text) :
 			MethodPointerCallable(p_instance ? ObjectID(p_instance->get_instance_id()) : ObjectID(), p_text, static_cast<int>(sizeof...(P))),
-			instance(p_instance),
-			method(p_method) {}
+			instance(p_instance), method(p_method) {}
 
 	bool is_valid() const override { return instance != nullptr && has_live_target(); }
 	CompareEqualFunc get_compare_equal_func() const override { return &ObjectMethodCallable::is_same; }
@@ -104,9 +102,8 @@ public:
 			r_call_error.error = GDEXTENSION_CALL_ERROR_INSTANCE_IS_NULL;
 			return;
 		}
-		VariantInvoker<R, P...>::call(
-				[this](auto &&...p_values) -> R { return (instance->*method)(std::forward<decltype(p_values)>(p_values)...); }, p_arguments,
-				p_argcount, r_return_value, r_call_error);
+		VariantInvoker<R, P...>::call([this](auto &&...p_values) -> R { return (instance->*method)(std::forward<decltype(p_values)>(p_values)...); },
+				p_arguments, p_argcount, r_return_value, r_call_error);
 	}
 };
 

@@ -19,12 +19,9 @@ struct [[nodiscard]] Color {
 		float components[4];
 	};
 
-	constexpr Color() :
-			r(0), g(0), b(0), a(1) {}
-	constexpr Color(float red, float green, float blue, float alpha = 1) :
-			r(red), g(green), b(blue), a(alpha) {}
-	constexpr Color(const Color &color, float alpha) :
-			r(color.r), g(color.g), b(color.b), a(alpha) {}
+	constexpr Color() : r(0), g(0), b(0), a(1) {}
+	constexpr Color(float red, float green, float blue, float alpha = 1) : r(red), g(green), b(blue), a(alpha) {}
+	constexpr Color(const Color &color, float alpha) : r(color.r), g(color.g), b(color.b), a(alpha) {}
 	// An HTML code or a colour's name; a string that is neither is reported, and gives black.
 	Color(const String &code);
 	Color(const String &code, float alpha);

@@ -47,10 +47,7 @@ protected:
 		}
 	}
 
-	OpaqueValue(OpaqueValue &&p_other) noexcept :
-			OpaqueValue() {
-		_swap(p_other);
-	}
+	OpaqueValue(OpaqueValue &&p_other) noexcept : OpaqueValue() { _swap(p_other); }
 
 	~OpaqueValue() {
 		if (!_is_zero()) {

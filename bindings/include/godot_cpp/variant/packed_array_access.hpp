@@ -34,13 +34,9 @@ protected:
 	}
 
 public:
-	const T *ptr() const {
-		return array().is_empty() ? nullptr : static_cast<const T *>(packed_array_element(TYPE, this->_native_ptr(), 0));
-	}
+	const T *ptr() const { return array().is_empty() ? nullptr : static_cast<const T *>(packed_array_element(TYPE, this->_native_ptr(), 0)); }
 
-	T *ptrw() {
-		return array().is_empty() ? nullptr : static_cast<T *>(packed_array_element_writable(TYPE, this->_native_ptr(), 0));
-	}
+	T *ptrw() { return array().is_empty() ? nullptr : static_cast<T *>(packed_array_element_writable(TYPE, this->_native_ptr(), 0)); }
 
 	const T &operator[](int64_t p_index) const {
 		const T *element = static_cast<const T *>(packed_array_element(TYPE, this->_native_ptr(), p_index));

@@ -14,12 +14,9 @@ struct [[nodiscard]] Plane {
 	real_t d = 0;
 
 	constexpr Plane() = default;
-	constexpr Plane(real_t a, real_t b, real_t c, real_t distance) :
-			normal(a, b, c), d(distance) {}
-	constexpr Plane(const Vector3 &direction, real_t distance = 0) :
-			normal(direction), d(distance) {}
-	constexpr Plane(const Vector3 &direction, const Vector3 &point) :
-			normal(direction), d(direction.dot(point)) {}
+	constexpr Plane(real_t a, real_t b, real_t c, real_t distance) : normal(a, b, c), d(distance) {}
+	constexpr Plane(const Vector3 &direction, real_t distance = 0) : normal(direction), d(distance) {}
+	constexpr Plane(const Vector3 &direction, const Vector3 &point) : normal(direction), d(direction.dot(point)) {}
 	Plane(const Vector3 &point1, const Vector3 &point2, const Vector3 &point3, ClockDirection direction = CLOCKWISE);
 
 	void set_normal(const Vector3 &value) { normal = value; }

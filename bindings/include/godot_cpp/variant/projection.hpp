@@ -23,8 +23,7 @@ struct [[nodiscard]] Projection {
 	Vector4 columns[4] = { Vector4(1, 0, 0, 0), Vector4(0, 1, 0, 0), Vector4(0, 0, 1, 0), Vector4(0, 0, 0, 1) };
 
 	constexpr Projection() = default;
-	constexpr Projection(const Vector4 &x, const Vector4 &y, const Vector4 &z, const Vector4 &w) :
-			columns{ x, y, z, w } {}
+	constexpr Projection(const Vector4 &x, const Vector4 &y, const Vector4 &z, const Vector4 &w) : columns{ x, y, z, w } {}
 	Projection(const Transform3D &transform);
 	operator Transform3D() const;
 
@@ -37,8 +36,10 @@ struct [[nodiscard]] Projection {
 	static Projection create_depth_correction(bool flip_y);
 	static Projection create_light_atlas_rect(const Rect2 &rect);
 	static Projection create_perspective(real_t fovy_degrees, real_t aspect, real_t z_near, real_t z_far, bool flip_fov = false);
-	static Projection create_perspective_hmd(real_t fovy_degrees, real_t aspect, real_t z_near, real_t z_far, bool flip_fov, int eye, real_t intraocular_dist, real_t convergence_dist);
-	static Projection create_for_hmd(int eye, real_t aspect, real_t intraocular_dist, real_t display_width, real_t display_to_lens, real_t oversample, real_t z_near, real_t z_far);
+	static Projection create_perspective_hmd(
+			real_t fovy_degrees, real_t aspect, real_t z_near, real_t z_far, bool flip_fov, int eye, real_t intraocular_dist, real_t convergence_dist);
+	static Projection create_for_hmd(
+			int eye, real_t aspect, real_t intraocular_dist, real_t display_width, real_t display_to_lens, real_t oversample, real_t z_near, real_t z_far);
 	static Projection create_orthogonal(real_t left, real_t right, real_t bottom, real_t top, real_t z_near, real_t z_far);
 	static Projection create_orthogonal_aspect(real_t size, real_t aspect, real_t z_near, real_t z_far, bool flip_fov = false);
 	static Projection create_frustum(real_t left, real_t right, real_t bottom, real_t top, real_t z_near, real_t z_far);

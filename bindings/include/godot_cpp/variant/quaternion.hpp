@@ -18,10 +18,8 @@ struct [[nodiscard]] Quaternion {
 		real_t components[4];
 	};
 
-	constexpr Quaternion() :
-			x(0), y(0), z(0), w(1) {}
-	constexpr Quaternion(real_t x_value, real_t y_value, real_t z_value, real_t w_value) :
-			x(x_value), y(y_value), z(z_value), w(w_value) {}
+	constexpr Quaternion() : x(0), y(0), z(0), w(1) {}
+	constexpr Quaternion(real_t x_value, real_t y_value, real_t z_value, real_t w_value) : x(x_value), y(y_value), z(z_value), w(w_value) {}
 	Quaternion(const Vector3 &axis, real_t angle);
 	// The shortest way from one direction to another.
 	Quaternion(const Vector3 &arc_from, const Vector3 &arc_to);
@@ -52,16 +50,15 @@ struct [[nodiscard]] Quaternion {
 	Quaternion slerp(const Quaternion &to, real_t weight) const;
 	Quaternion slerpni(const Quaternion &to, real_t weight) const;
 	Quaternion spherical_cubic_interpolate(const Quaternion &b, const Quaternion &pre_a, const Quaternion &post_b, real_t weight) const;
-	Quaternion spherical_cubic_interpolate_in_time(const Quaternion &b, const Quaternion &pre_a, const Quaternion &post_b, real_t weight, real_t b_t, real_t pre_a_t, real_t post_b_t) const;
+	Quaternion spherical_cubic_interpolate_in_time(
+			const Quaternion &b, const Quaternion &pre_a, const Quaternion &post_b, real_t weight, real_t b_t, real_t pre_a_t, real_t post_b_t) const;
 
 	Vector3 xform(const Vector3 &v) const;
 	Vector3 xform_inv(const Vector3 &v) const { return inverse().xform(v); }
 
 	void operator*=(const Quaternion &q) { *this = *this * q; }
 	constexpr Quaternion operator*(const Quaternion &q) const {
-		return Quaternion(w * q.x + x * q.w + y * q.z - z * q.y,
-				w * q.y + y * q.w + z * q.x - x * q.z,
-				w * q.z + z * q.w + x * q.y - y * q.x,
+		return Quaternion(w * q.x + x * q.w + y * q.z - z * q.y, w * q.y + y * q.w + z * q.x - x * q.z, w * q.z + z * q.w + x * q.y - y * q.x,
 				w * q.w - x * q.x - y * q.y - z * q.z);
 	}
 	constexpr Quaternion operator+(const Quaternion &q) const { return Quaternion(x + q.x, y + q.y, z + q.z, w + q.w); }

@@ -15,10 +15,8 @@ struct [[nodiscard]] Rect2 {
 	Size2 size;
 
 	constexpr Rect2() = default;
-	constexpr Rect2(real_t x, real_t y, real_t width, real_t height) :
-			position(x, y), size(width, height) {}
-	constexpr Rect2(const Point2 &corner, const Size2 &extent) :
-			position(corner), size(extent) {}
+	constexpr Rect2(real_t x, real_t y, real_t width, real_t height) : position(x, y), size(width, height) {}
+	constexpr Rect2(const Point2 &corner, const Size2 &extent) : position(corner), size(extent) {}
 
 	const Vector2 &get_position() const { return position; }
 	void set_position(const Vector2 &value) { position = value; }

@@ -12,10 +12,8 @@ struct [[nodiscard]] Rect2i {
 	Size2i size;
 
 	constexpr Rect2i() = default;
-	constexpr Rect2i(int32_t x, int32_t y, int32_t width, int32_t height) :
-			position(x, y), size(width, height) {}
-	constexpr Rect2i(const Point2i &corner, const Size2i &extent) :
-			position(corner), size(extent) {}
+	constexpr Rect2i(int32_t x, int32_t y, int32_t width, int32_t height) : position(x, y), size(width, height) {}
+	constexpr Rect2i(const Point2i &corner, const Size2i &extent) : position(corner), size(extent) {}
 
 	const Vector2i &get_position() const { return position; }
 	void set_position(const Vector2i &value) { position = value; }

@@ -12,10 +12,8 @@ struct [[nodiscard]] Transform2D {
 	Vector2 columns[3] = { Vector2(1, 0), Vector2(0, 1), Vector2() };
 
 	constexpr Transform2D() = default;
-	constexpr Transform2D(real_t xx, real_t xy, real_t yx, real_t yy, real_t ox, real_t oy) :
-			columns{ Vector2(xx, xy), Vector2(yx, yy), Vector2(ox, oy) } {}
-	constexpr Transform2D(const Vector2 &x_axis, const Vector2 &y_axis, const Vector2 &origin) :
-			columns{ x_axis, y_axis, origin } {}
+	constexpr Transform2D(real_t xx, real_t xy, real_t yx, real_t yy, real_t ox, real_t oy) : columns{ Vector2(xx, xy), Vector2(yx, yy), Vector2(ox, oy) } {}
+	constexpr Transform2D(const Vector2 &x_axis, const Vector2 &y_axis, const Vector2 &origin) : columns{ x_axis, y_axis, origin } {}
 	Transform2D(real_t rotation, const Vector2 &position);
 	Transform2D(real_t rotation, const Size2 &scale, real_t skew, const Vector2 &position);
 

@@ -15,10 +15,8 @@ struct [[nodiscard]] Transform3D {
 	Vector3 origin;
 
 	constexpr Transform3D() = default;
-	constexpr Transform3D(const Basis &rotation_and_scale, const Vector3 &position = Vector3()) :
-			basis(rotation_and_scale), origin(position) {}
-	constexpr Transform3D(const Vector3 &x, const Vector3 &y, const Vector3 &z, const Vector3 &position) :
-			basis(x, y, z), origin(position) {}
+	constexpr Transform3D(const Basis &rotation_and_scale, const Vector3 &position = Vector3()) : basis(rotation_and_scale), origin(position) {}
+	constexpr Transform3D(const Vector3 &x, const Vector3 &y, const Vector3 &z, const Vector3 &position) : basis(x, y, z), origin(position) {}
 	constexpr Transform3D(real_t xx, real_t xy, real_t xz, real_t yx, real_t yy, real_t yz, real_t zx, real_t zy, real_t zz, real_t ox, real_t oy, real_t oz) :
 			basis(xx, xy, xz, yx, yy, yz, zx, zy, zz), origin(ox, oy, oz) {}
 

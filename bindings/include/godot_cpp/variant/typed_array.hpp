@@ -73,8 +73,7 @@ public:
 	TypedArray &operator=(const TypedArray &) = default;
 	TypedArray &operator=(TypedArray &&) = default;
 
-	TypedArray(const Array &p_array) :
-			TypedArray() {
+	TypedArray(const Array &p_array) : TypedArray() {
 		if (is_same_typed(p_array)) {
 			Array::operator=(p_array);
 		} else {
@@ -82,11 +81,9 @@ public:
 		}
 	}
 
-	TypedArray(const Variant &p_value) :
-			TypedArray(p_value.operator Array()) {}
+	TypedArray(const Variant &p_value) : TypedArray(p_value.operator Array()) {}
 
-	TypedArray(std::initializer_list<Variant> p_elements) :
-			TypedArray() {
+	TypedArray(std::initializer_list<Variant> p_elements) : TypedArray() {
 		for (const Variant &element : p_elements) {
 			append(element);
 		}
@@ -109,9 +106,7 @@ template <typename T>
 struct GetTypeInfo<TypedArray<T>> {
 	static constexpr GDExtensionVariantType VARIANT_TYPE = GDEXTENSION_VARIANT_TYPE_ARRAY;
 	static constexpr GDExtensionClassMethodArgumentMetadata METADATA = GDEXTENSION_METHOD_ARGUMENT_METADATA_NONE;
-	static PropertyInfo get_class_info() {
-		return PropertyInfo(Variant::ARRAY, StringName(), PROPERTY_HINT_ARRAY_TYPE, internal::ElementType<T>::hint());
-	}
+	static PropertyInfo get_class_info() { return PropertyInfo(Variant::ARRAY, StringName(), PROPERTY_HINT_ARRAY_TYPE, internal::ElementType<T>::hint()); }
 };
 
 } // namespace godot

@@ -26,8 +26,7 @@ public:
 	TypedDictionary &operator=(const TypedDictionary &) = default;
 	TypedDictionary &operator=(TypedDictionary &&) = default;
 
-	TypedDictionary(const Dictionary &p_dictionary) :
-			TypedDictionary() {
+	TypedDictionary(const Dictionary &p_dictionary) : TypedDictionary() {
 		if (is_same_typed(p_dictionary)) {
 			Dictionary::operator=(p_dictionary);
 		} else {
@@ -35,8 +34,7 @@ public:
 		}
 	}
 
-	TypedDictionary(const Variant &p_value) :
-			TypedDictionary(p_value.operator Dictionary()) {}
+	TypedDictionary(const Variant &p_value) : TypedDictionary(p_value.operator Dictionary()) {}
 
 	TypedDictionary &operator=(const Dictionary &p_dictionary) {
 		*this = TypedDictionary(p_dictionary);

@@ -120,10 +120,9 @@ private:
 	alignas(8) uint8_t payload[PAYLOAD_SIZE] = {};
 
 	// Types whose 24 bytes are the whole value: copying the bytes copies the value, and nothing has to be released.
-	static constexpr uint64_t PLAIN_TYPES = uint64_t(1) << NIL | uint64_t(1) << BOOL | uint64_t(1) << INT | uint64_t(1) << FLOAT |
-			uint64_t(1) << VECTOR2 | uint64_t(1) << VECTOR2I | uint64_t(1) << RECT2 | uint64_t(1) << RECT2I |
-			uint64_t(1) << VECTOR3 | uint64_t(1) << VECTOR3I | uint64_t(1) << VECTOR4 | uint64_t(1) << VECTOR4I |
-			uint64_t(1) << PLANE | uint64_t(1) << QUATERNION | uint64_t(1) << COLOR | uint64_t(1) << RID;
+	static constexpr uint64_t PLAIN_TYPES = uint64_t(1) << NIL | uint64_t(1) << BOOL | uint64_t(1) << INT | uint64_t(1) << FLOAT | uint64_t(1) << VECTOR2 |
+			uint64_t(1) << VECTOR2I | uint64_t(1) << RECT2 | uint64_t(1) << RECT2I | uint64_t(1) << VECTOR3 | uint64_t(1) << VECTOR3I | uint64_t(1) << VECTOR4 |
+			uint64_t(1) << VECTOR4I | uint64_t(1) << PLANE | uint64_t(1) << QUATERNION | uint64_t(1) << COLOR | uint64_t(1) << RID;
 
 	_FORCE_INLINE_ bool is_plain() const { return ((PLAIN_TYPES >> tag) & 1) != 0; }
 
@@ -199,29 +198,19 @@ public:
 
 	_FORCE_INLINE_ Variant(bool p_value) { write(BOOL, p_value); }
 	_FORCE_INLINE_ Variant(int64_t p_value) { write(INT, p_value); }
-	_FORCE_INLINE_ Variant(int32_t p_value) :
-			Variant(static_cast<int64_t>(p_value)) {}
-	_FORCE_INLINE_ Variant(int16_t p_value) :
-			Variant(static_cast<int64_t>(p_value)) {}
-	_FORCE_INLINE_ Variant(int8_t p_value) :
-			Variant(static_cast<int64_t>(p_value)) {}
-	_FORCE_INLINE_ Variant(uint64_t p_value) :
-			Variant(static_cast<int64_t>(p_value)) {}
-	_FORCE_INLINE_ Variant(uint32_t p_value) :
-			Variant(static_cast<int64_t>(p_value)) {}
-	_FORCE_INLINE_ Variant(uint16_t p_value) :
-			Variant(static_cast<int64_t>(p_value)) {}
-	_FORCE_INLINE_ Variant(uint8_t p_value) :
-			Variant(static_cast<int64_t>(p_value)) {}
+	_FORCE_INLINE_ Variant(int32_t p_value) : Variant(static_cast<int64_t>(p_value)) {}
+	_FORCE_INLINE_ Variant(int16_t p_value) : Variant(static_cast<int64_t>(p_value)) {}
+	_FORCE_INLINE_ Variant(int8_t p_value) : Variant(static_cast<int64_t>(p_value)) {}
+	_FORCE_INLINE_ Variant(uint64_t p_value) : Variant(static_cast<int64_t>(p_value)) {}
+	_FORCE_INLINE_ Variant(uint32_t p_value) : Variant(static_cast<int64_t>(p_value)) {}
+	_FORCE_INLINE_ Variant(uint16_t p_value) : Variant(static_cast<int64_t>(p_value)) {}
+	_FORCE_INLINE_ Variant(uint8_t p_value) : Variant(static_cast<int64_t>(p_value)) {}
 	template <typename T, std::enable_if_t<std::is_enum_v<T>, int> = 0>
-	_FORCE_INLINE_ Variant(T p_value) :
-			Variant(static_cast<int64_t>(p_value)) {}
+	_FORCE_INLINE_ Variant(T p_value) : Variant(static_cast<int64_t>(p_value)) {}
 	template <typename T>
-	_FORCE_INLINE_ Variant(const BitField<T> &p_value) :
-			Variant(static_cast<int64_t>(p_value)) {}
+	_FORCE_INLINE_ Variant(const BitField<T> &p_value) : Variant(static_cast<int64_t>(p_value)) {}
 	_FORCE_INLINE_ Variant(double p_value) { write(FLOAT, p_value); }
-	_FORCE_INLINE_ Variant(float p_value) :
-			Variant(static_cast<double>(p_value)) {}
+	_FORCE_INLINE_ Variant(float p_value) : Variant(static_cast<double>(p_value)) {}
 
 	Variant(const char *p_value);
 	Variant(const char32_t *p_value);
@@ -252,8 +241,7 @@ public:
 	// Takes pointers to every wrapped class. It also stands in the way of the silent conversion to bool that a pointer to a class which is only
 	// declared would take: that is an error here, with the remedy of including the class's header.
 	template <typename T, std::enable_if_t<std::is_class_v<T>, int> = 0>
-	_FORCE_INLINE_ Variant(T *p_value) :
-			Variant(static_cast<const Object *>(p_value)) {}
+	_FORCE_INLINE_ Variant(T *p_value) : Variant(static_cast<const Object *>(p_value)) {}
 
 	Variant(const Callable &p_value);
 	Variant(const Signal &p_value);
@@ -350,8 +338,8 @@ public:
 	bool operator<(const Variant &p_other) const;
 
 	void callp(const StringName &p_method, const Variant **p_args, int p_argcount, Variant &r_ret, GDExtensionCallError &r_error);
-	static void callp_static(Variant::Type p_type, const StringName &p_method, const Variant **p_args, int p_argcount, Variant &r_ret,
-			GDExtensionCallError &r_error);
+	static void callp_static(
+			Variant::Type p_type, const StringName &p_method, const Variant **p_args, int p_argcount, Variant &r_ret, GDExtensionCallError &r_error);
 
 	template <typename... Args>
 	Variant call(const StringName &p_method, const Args &...p_args) {

@@ -22,8 +22,7 @@ class VariantArguments {
 
 public:
 	template <typename... Args>
-	explicit VariantArguments(const Args &...p_arguments) :
-			values{ V(p_arguments)... } {
+	explicit VariantArguments(const Args &...p_arguments) : values{ V(p_arguments)... } {
 		for (size_t index = 0; index < CAPACITY; index++) {
 			addresses[index] = &values[index];
 		}

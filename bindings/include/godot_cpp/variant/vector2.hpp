@@ -29,10 +29,8 @@ struct [[nodiscard]] Vector2 : internal::RealVector<Vector2> {
 		real_t coord[2];
 	};
 
-	constexpr Vector2() :
-			x(0), y(0) {}
-	constexpr Vector2(real_t x_value, real_t y_value) :
-			x(x_value), y(y_value) {}
+	constexpr Vector2() : x(0), y(0) {}
+	constexpr Vector2(real_t x_value, real_t y_value) : x(x_value), y(y_value) {}
 
 	_FORCE_INLINE_ real_t &operator[](int axis) { return coord[axis]; }
 	_FORCE_INLINE_ const real_t &operator[](int axis) const { return coord[axis]; }

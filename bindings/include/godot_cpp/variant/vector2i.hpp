@@ -27,10 +27,8 @@ struct [[nodiscard]] Vector2i : internal::IntVector<Vector2i> {
 		int32_t coord[2];
 	};
 
-	constexpr Vector2i() :
-			x(0), y(0) {}
-	constexpr Vector2i(int32_t x_value, int32_t y_value) :
-			x(x_value), y(y_value) {}
+	constexpr Vector2i() : x(0), y(0) {}
+	constexpr Vector2i(int32_t x_value, int32_t y_value) : x(x_value), y(y_value) {}
 
 	_FORCE_INLINE_ int32_t &operator[](int axis) { return coord[axis]; }
 	_FORCE_INLINE_ const int32_t &operator[](int axis) const { return coord[axis]; }

@@ -26,10 +26,8 @@ struct [[nodiscard]] Vector3 : internal::RealVector<Vector3> {
 		real_t coord[3];
 	};
 
-	constexpr Vector3() :
-			x(0), y(0), z(0) {}
-	constexpr Vector3(real_t x_value, real_t y_value, real_t z_value) :
-			x(x_value), y(y_value), z(z_value) {}
+	constexpr Vector3() : x(0), y(0), z(0) {}
+	constexpr Vector3(real_t x_value, real_t y_value, real_t z_value) : x(x_value), y(y_value), z(z_value) {}
 
 	_FORCE_INLINE_ real_t &operator[](int axis) { return coord[axis]; }
 	_FORCE_INLINE_ const real_t &operator[](int axis) const { return coord[axis]; }

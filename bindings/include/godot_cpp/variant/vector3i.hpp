@@ -23,10 +23,8 @@ struct [[nodiscard]] Vector3i : internal::IntVector<Vector3i> {
 		int32_t coord[3];
 	};
 
-	constexpr Vector3i() :
-			x(0), y(0), z(0) {}
-	constexpr Vector3i(int32_t x_value, int32_t y_value, int32_t z_value) :
-			x(x_value), y(y_value), z(z_value) {}
+	constexpr Vector3i() : x(0), y(0), z(0) {}
+	constexpr Vector3i(int32_t x_value, int32_t y_value, int32_t z_value) : x(x_value), y(y_value), z(z_value) {}
 
 	_FORCE_INLINE_ int32_t &operator[](int axis) { return coord[axis]; }
 	_FORCE_INLINE_ const int32_t &operator[](int axis) const { return coord[axis]; }

@@ -27,10 +27,8 @@ struct [[nodiscard]] Vector4 : internal::RealVector<Vector4> {
 		real_t coord[4];
 	};
 
-	constexpr Vector4() :
-			x(0), y(0), z(0), w(0) {}
-	constexpr Vector4(real_t x_value, real_t y_value, real_t z_value, real_t w_value) :
-			x(x_value), y(y_value), z(z_value), w(w_value) {}
+	constexpr Vector4() : x(0), y(0), z(0), w(0) {}
+	constexpr Vector4(real_t x_value, real_t y_value, real_t z_value, real_t w_value) : x(x_value), y(y_value), z(z_value), w(w_value) {}
 
 	_FORCE_INLINE_ real_t &operator[](int axis) { return coord[axis]; }
 	_FORCE_INLINE_ const real_t &operator[](int axis) const { return coord[axis]; }

@@ -25,10 +25,8 @@ struct [[nodiscard]] Vector4i : internal::IntVector<Vector4i> {
 		int32_t coord[4];
 	};
 
-	constexpr Vector4i() :
-			x(0), y(0), z(0), w(0) {}
-	constexpr Vector4i(int32_t x_value, int32_t y_value, int32_t z_value, int32_t w_value) :
-			x(x_value), y(y_value), z(z_value), w(w_value) {}
+	constexpr Vector4i() : x(0), y(0), z(0), w(0) {}
+	constexpr Vector4i(int32_t x_value, int32_t y_value, int32_t z_value, int32_t w_value) : x(x_value), y(y_value), z(z_value), w(w_value) {}
 
 	_FORCE_INLINE_ int32_t &operator[](int axis) { return coord[axis]; }
 	_FORCE_INLINE_ const int32_t &operator[](int axis) const { return coord[axis]; }

@@ -220,7 +220,8 @@ struct RealVector : VectorBase<V, real_t> {
 		return _self()._each([weight](S from, S to, S pre, S post) { return Math::cubic_interpolate(from, to, pre, post, weight); }, b, pre_a, post_b);
 	}
 	V cubic_interpolate_in_time(const V &b, const V &pre_a, const V &post_b, S weight, S b_t, S pre_a_t, S post_b_t) const {
-		return _self()._each([=](S from, S to, S pre, S post) { return Math::cubic_interpolate_in_time(from, to, pre, post, weight, b_t, pre_a_t, post_b_t); }, b, pre_a, post_b);
+		return _self()._each([=](S from, S to, S pre, S post) { return Math::cubic_interpolate_in_time(from, to, pre, post, weight, b_t, pre_a_t, post_b_t); },
+				b, pre_a, post_b);
 	}
 	V bezier_interpolate(const V &control_1, const V &control_2, const V &end, S t) const {
 		return _self()._each([t](S a, S c1, S c2, S e) { return Math::bezier_interpolate(a, c1, c2, e, t); }, control_1, control_2, end);
