@@ -1,13 +1,15 @@
 #include "machine_node/sc_machine.hpp"
 
-#include "machine_node/design_hooks.hpp"
-
+#include "machine/companion_scripts.hpp"
 #include "machine/debugger_channel.hpp"
 #include "machine/machine_run.hpp"
 #include "machine/names.hpp"
+#include "machine_node/design_hooks.hpp"
 #include "machine_node/shared_machine_data.hpp"
 #include "machine_node/values_setup.hpp"
 #include "settings/object_arguments.hpp"
+
+#include <godot_cpp/variant/callable_method_pointer.hpp>
 
 TypedArray<SCMachineState> SCMachine::get_states() const {
 	if (!states.is_made() && started_with.is_valid()) {
@@ -103,10 +105,33 @@ PackedStringArray SCMachine::_get_configuration_warnings() const {
 	return design_hooks::warnings_of != nullptr ? design_hooks::warnings_of(const_cast<SCMachine *>(this)) : PackedStringArray();
 }
 
+void SCMachine::set_machine_template(const Ref<SCMachineTemplate> &given) {
+	machine_template = given;
+	if (setting_edits::in_editor) {
+		update_configuration_warnings();
+	}
+#ifdef DEBUG_ENABLED
+	if (given.is_valid() && is_running()) {
+		// Not at once: whoever changes it starts the machine anew in the next line, as a rule.
+		callable_mp(this, &SCMachine::tell_of_waiting_template).call_deferred();
+	}
+#endif
+}
+
+void SCMachine::tell_of_waiting_template() {
+	const bool goes_by_another = machine_template.is_valid() && is_running() && started_with.ptr() != machine_template->reading().ptr();
+	if (goes_by_another) {
+		MakerWarnings::once_for(this, "template while running",
+				vformat("Machine on %s was given another template while it runs, and goes on with the one it started with. Call start() to begin with the new "
+						"one.",
+						name_in_messages()));
+	}
+}
+
 void SCMachine::_bind_methods() {
 	ClassTable<SCMachine> table("A state machine for the node it is put under: a door, a lift, an enemy, a camera. Give it states of its own, or a template "
 								"that any number of machines share, and it runs while the game plays.");
-	table.setting<&SCMachine::machine_template>("template",
+	table.property("template", PropertyOf<Ref<SCMachineTemplate>>::info("template"), &SCMachine::set_machine_template, &SCMachine::get_machine_template,
 			"The machine to run, saved as a file. When it is set, its states, its initial state and its variables are used in place of the ones below.");
 	table.setting<&SCMachine::target_path>("target_path", "The node the machine works on. Empty means the node it is put under.");
 	table.setting<&SCMachine::autostart>("autostart", "Start by itself as the scene begins. Off, it waits until its start method is called.");

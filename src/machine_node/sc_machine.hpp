@@ -32,6 +32,8 @@ public:
 	OnFirstUse<TypedDictionary<StringName, Variant>> handed_values;
 	OnFirstUse<TypedDictionary<StringName, Variant>> starting_values;
 
+	void set_machine_template(const Ref<SCMachineTemplate> &given);
+	Ref<SCMachineTemplate> get_machine_template() const { return machine_template; }
 	void set_states(const TypedArray<SCMachineState> &list) { states = list; }
 	TypedArray<SCMachineState> get_states() const;
 	void set_variables(const TypedArray<SCMachineVariable> &list) { variables = list; }
@@ -53,7 +55,6 @@ public:
 
 	// The scene tree's warning sign.
 	PackedStringArray _get_configuration_warnings() const override;
-
 
 	// starting.cpp
 	void start();
@@ -146,6 +147,7 @@ private:
 	static void collect_moving(Node *moving, Node *at, LocalVector<ObjectID> &machines);
 
 	void warn_never_sent(const StringName &wanted);
+	void tell_of_waiting_template();
 
 	// Made when they are asked for, while they are copies of a template's lists.
 	mutable OnFirstUse<TypedArray<SCMachineState>> states;

@@ -296,14 +296,40 @@ void SCMachineBase::set_value(const StringName &variable_name, const Variant &va
 	machine_run->set_value(variable_name, value);
 }
 
+#ifdef DEBUG_ENABLED
+namespace {
+
+bool is_text(const Variant &value) {
+	return value.get_type() == Variant::STRING || value.get_type() == Variant::STRING_NAME;
+}
+
+bool is_number(const Variant &value) {
+	return value.get_type() == Variant::INT || value.get_type() == Variant::FLOAT;
+}
+
+// A variable takes any value. Words where a number was, or a number where words were, are nearly always a slip, though.
+void tell_of_another_kind(SCMachineBase *machine, const StringName &variable, const Variant &held, const Variant &given) {
+	if ((is_text(held) && is_number(given)) || (is_number(held) && is_text(given))) {
+		MakerWarnings::once_for(machine, vformat("another kind:%s", variable),
+				vformat("Machine on %s: set_value gave %s %s, and it held %s. It holds the new value now. Give it the kind of value that it was declared with, "
+						"or declare it with another.",
+						machine->name_in_messages(), variable, is_text(given) ? "words" : "a number", is_text(held) ? "words" : "a number"));
+	}
+}
+
+} // namespace
+#endif
+
 void SCMachineBase::set_value_from_script(const StringName &variable_name, const Variant &value) {
 	if (!has_begun()) {
 		MakerWarnings::once_for(this, "value before start",
 				vformat("Machine on %s: set_value(\"%s\") came before the machine has started, and starting gives every variable the value it starts with. Put "
-						"the "
-						"value into starting_values, or set it once the machine runs.",
+						"the value into starting_values, or set it once the machine runs.",
 						name_in_messages(), variable_name));
 	}
+#ifdef DEBUG_ENABLED
+	tell_of_another_kind(this, variable_name, get_value(variable_name, Variant()), value);
+#endif
 	machine_run->set_value(variable_name, value);
 }
 

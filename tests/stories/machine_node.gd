@@ -165,6 +165,24 @@ func test_what_comes_too_early_is_answered() -> void:
 	expect(made.go_to("B"))
 
 
+func test_words_for_a_number_and_another_template_are_told_of() -> void:
+	var made := start(running(template([state("A")], {"variables": {"hp": 1, "title": "Sir"}})))
+	made.set_value("hp", 2.5)
+	made.set_value("title", &"Dame")
+	made.set_value("hp", "many")
+	expect_warning("set_value gave hp words, and it held a number. It holds the new value now.")
+	made.set_value("title", 3)
+	expect_warning("set_value gave title a number, and it held words.")
+	made.template = template([state("B")])
+	made.start()
+	await frames(1)
+	expect_state(made, "B")
+	made.template = template([state("C")])
+	await frames(1)
+	expect_warning("was given another template while it runs, and goes on with the one it started with. Call start()")
+	expect_state(made, "B")
+
+
 func test_an_index_that_no_list_is_long_enough_for() -> void:
 	var made := start(machine([state("A", [act("a")])]))
 	for index: int in [1 << 32, (1 << 32) + 1, -(1 << 32), -1, 1 << 40]:

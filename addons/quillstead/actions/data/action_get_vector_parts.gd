@@ -1,2 +1,2 @@
 extends SCGetVectorComponentsAction
-## Take a Vector apart into Numbers, such as how high something is or how fast it moves sideways.
+## Take a Vector apart into Numbers. How high something is, for one, or how fast it moves sideways.

@@ -1,2 +1,2 @@
 extends SCSetVectorComponentsAction
-## Change one part of a Vector variable and leave the rest as they are, such as the height of a place.
+## Change one part of a Vector variable and leave the rest as they are. The height of a place, for one.
