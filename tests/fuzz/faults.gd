@@ -270,7 +270,7 @@ func _plant_path(to: NodePath, is_no_fault: Callable) -> Fault:
 			var path: String = property["name"]
 			if property["type"] != TYPE_NODE_PATH or is_no_fault.call(kind, path) or _of.dice.one_in(3):
 				continue
-			for number in Design.rehearsed.get(kind, PackedInt64Array([1])):
+			for number: int in Design.rehearsed.get(kind, PackedInt64Array([1])):
 				var made := Filling.made_of(kind)
 				var filling := Design.of_filling(kind, number)
 				var well := Filling.made_of(kind)

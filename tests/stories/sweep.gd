@@ -56,7 +56,7 @@ func test_each_can_be_made_and_tells_what_it_is() -> void:
 func test_each_setting_has_its_words() -> void:
 	for kind in Filling.kinds():
 		_expect_words(String(kind), SCMachineAction.doc_of(kind, &""))
-		for property in Filling.settings_of(kind):
+		for property: Dictionary in Filling.settings_of(kind):
 			if property["usage"] & PROPERTY_USAGE_EDITOR:
 				_expect_words("%s.%s" % [kind, property["name"]], SCMachineAction.doc_of(kind, property["name"]))
 
@@ -64,7 +64,7 @@ func test_each_setting_has_its_words() -> void:
 func test_each_starts_with_what_its_settings_allow() -> void:
 	for kind in Filling.kinds():
 		var made := _bare(kind)
-		for property in Filling.settings_of(kind):
+		for property: Dictionary in Filling.settings_of(kind):
 			var fault := _out_of_place(property, made.get(property["name"]))
 			expect(fault.is_empty(), "%s.%s starts as %s" % [kind, property["name"], fault])
 
@@ -311,7 +311,7 @@ func _saved_and_loaded(made: Resource) -> Resource:
 
 
 func _expect_same(made: Resource, loaded: Resource, whose: StringName) -> void:
-	for property in Filling.stored_of(StringName(made.get_class())):
+	for property: Dictionary in Filling.stored_of(StringName(made.get_class())):
 		var setting: String = property["name"]
 		expect(_same(made.get(setting), loaded.get(setting)), "%s.%s was saved as %s and loaded as %s" % [whose, setting, made.get(setting), loaded.get(setting)])
 
@@ -338,7 +338,7 @@ func _same(a: Variant, b: Variant) -> bool:
 
 func _expect_suited(kind: StringName, way: StringName, suited: Resource, settled: Dictionary[String, Variant]) -> void:
 	var bare := _bare(kind)
-	for property in Filling.stored_of(kind):
+	for property: Dictionary in Filling.stored_of(kind):
 		var setting: String = property["name"]
 		var key := "%s:%s" % [kind, setting]
 		if settled.has(key):
