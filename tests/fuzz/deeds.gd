@@ -89,7 +89,7 @@ func do_one(where: String, machine: SCMachine, index: int = -1) -> void:
 	trail.append("%s: %s %s" % [where, deed, machine.name])
 	if trail.size() > TRAIL:
 		trail.remove_at(0)
-	if (deed in ROUGH_ONES and not _rough) or (deed in TO_ALL and not _may_reach_all()):
+	if (deed in ROUGH_ONES and not _rough) or (deed in TO_ALL and not _may_reach_all()) or (deed == &"take a node away" and where != "outside"):
 		return
 	if deed in TO_MACHINES:
 		_do_to_machine(deed, machine, index)

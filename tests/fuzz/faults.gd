@@ -218,8 +218,10 @@ func _plant_in_values(fault: String) -> Fault:
 		"a_kind_with_nothing_filled_in":
 			# What its line asks to be picked, a kind asks for when it runs, too.
 			var bare := Filling.made_of(_of.next_kind())
+			while _holes(bare) == 0:
+				bare = Filling.made_of(_of.next_kind())
 			_plant(bare)
-			return _says([_palette(bare.get_class()) + " on"]) if _holes(bare) > 0 else _silent("%s can do with nothing filled in" % bare.get_class())
+			return _says([_palette(bare.get_class()) + " on"])
 		"a_path_to_nowhere":
 			return _plant_path(^"../Nowhere", func(kind: StringName, _path: String) -> bool: return kind in MISSES_NO_NODE)
 		"a_path_to_a_node_of_the_wrong_class":
@@ -270,7 +272,7 @@ func _plant_path(to: NodePath, is_no_fault: Callable) -> Fault:
 			var path: String = property["name"]
 			if property["type"] != TYPE_NODE_PATH or is_no_fault.call(kind, path) or _of.dice.one_in(3):
 				continue
-			for number in Design.rehearsed.get(kind, PackedInt64Array([1])):
+			for number: int in Design.rehearsed.get(kind, PackedInt64Array([1])):
 				var made := Filling.made_of(kind)
 				var filling := Design.of_filling(kind, number)
 				var well := Filling.made_of(kind)

@@ -13,7 +13,7 @@ const WIDTH: float = 2000.0
 var tree: SceneTree
 var dice: Dice
 var designs: Array[Design] = []
-## Where the nodes stand.
+## Where the nodes stand. Plain ones, as a node that shows or hides cannot have its children changed meanwhile.
 var places: Array[Node] = []
 ## Told of every new machine, not yet in the tree.
 var told: Callable
@@ -35,17 +35,13 @@ func _init(stage: Node, with_dice: Dice, with_designs: Array[Design]) -> void:
 	tree = stage.get_tree()
 	dice = with_dice
 	designs = with_designs
-	var words := StoryDesigns.new()
+	var words := designs[0]
 	_mate = words.template([words.state("Listen", [], {"go": "Nod"}), words.state("Nod", [words.wait(0.05)], {"FINISHED": "Listen"})], {"variables": {"heard": 0.0}})
 	for i in 3:
-		var place := Node2D.new()
+		var place := Node.new()
 		place.name = "Place%d" % i
 		stage.add_child(place)
 		places.append(place)
-
-
-class StoryDesigns:
-	extends StoryWords
 
 
 func size() -> int:

@@ -161,9 +161,9 @@ func _end(stage: Node) -> void:
 	# Lanes notice in their next call that there is nothing to do; what is drawn stays for a while.
 	for i in ceili(Filling.LONGEST * 60.0) + 2:
 		await tree.process_frame
+		_put_the_game_back()
 		await tree.physics_frame
 	await tree.process_frame
-	_put_the_game_back()
 	CarryOver.forget()
 	DirAccess.remove_absolute(SCENE_FILE)
 	SCMachine._core_global_values().clear()

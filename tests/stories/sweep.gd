@@ -56,7 +56,7 @@ func test_each_can_be_made_and_tells_what_it_is() -> void:
 func test_each_setting_has_its_words() -> void:
 	for kind in Filling.kinds():
 		_expect_words(String(kind), SCMachineAction.doc_of(kind, &""))
-		for property in Filling.settings_of(kind):
+		for property: Dictionary in Filling.settings_of(kind):
 			if property["usage"] & PROPERTY_USAGE_EDITOR:
 				_expect_words("%s.%s" % [kind, property["name"]], SCMachineAction.doc_of(kind, property["name"]))
 
@@ -64,7 +64,7 @@ func test_each_setting_has_its_words() -> void:
 func test_each_starts_with_what_its_settings_allow() -> void:
 	for kind in Filling.kinds():
 		var made := _bare(kind)
-		for property in Filling.settings_of(kind):
+		for property: Dictionary in Filling.settings_of(kind):
 			var fault := _out_of_place(property, made.get(property["name"]))
 			expect(fault.is_empty(), "%s.%s starts as %s" % [kind, property["name"], fault])
 
@@ -181,7 +181,9 @@ func test_settings_of_one_side_are_there() -> void:
 
 func test_each_runs_with_nothing_filled_in() -> void:
 	for kind in Filling.kinds():
-		await _run_everywhere(kind, func(_made: Resource) -> void: pass)
+		var said := await _run_everywhere(kind, func(_made: Resource) -> void: pass)
+		var asks := SCMachineAction.not_picked() in (_bare(kind).call(&"shown_summary") as String)
+		expect(said or not asks or kind in Filling.ENDS_THE_GAME, "%s shows that something is to be picked, and runs without a word" % kind)
 
 
 func test_each_runs_reading_variables_that_nobody_has() -> void:
@@ -190,10 +192,10 @@ func test_each_runs_reading_variables_that_nobody_has() -> void:
 
 
 ## In machines on a node without a place, on a node_2d and on a node_3d, once and every frame; left, stopped, and freed
-## while they run.
-func _run_everywhere(kind: StringName, prepare: Callable) -> void:
+## while they run. Whether anything was said.
+func _run_everywhere(kind: StringName, prepare: Callable) -> bool:
 	if kind in Filling.ENDS_THE_GAME:
-		return
+		return false
 	var left := _put_to_work(kind, Node2D.new(), SCMachineAction.EVERY_FRAME, prepare)
 	var stopped := _put_to_work(kind, Node.new(), SCMachineAction.ONCE, prepare)
 	_put_to_work(kind, CharacterBody3D.new(), SCMachineAction.EVERY_FRAME, prepare)
@@ -212,10 +214,12 @@ func _run_everywhere(kind: StringName, prepare: Callable) -> void:
 	_put_the_game_back()
 	await frames(1)
 	# What it lacks it may tell the game maker, and must say of which machine.
-	for line in output.unclaimed():
+	var lines := output.unclaimed()
+	for line in lines:
 		expect(line.begins_with("warning: ") and MACHINE in line, "%s: %s" % [kind, line])
 	output.forget()
 	MakerWarnings._said.clear()
+	return not lines.is_empty()
 
 
 func _put_to_work(kind: StringName, host: Node, mode: int, prepare: Callable) -> SCMachine:
@@ -311,7 +315,7 @@ func _saved_and_loaded(made: Resource) -> Resource:
 
 
 func _expect_same(made: Resource, loaded: Resource, whose: StringName) -> void:
-	for property in Filling.stored_of(StringName(made.get_class())):
+	for property: Dictionary in Filling.stored_of(StringName(made.get_class())):
 		var setting: String = property["name"]
 		expect(_same(made.get(setting), loaded.get(setting)), "%s.%s was saved as %s and loaded as %s" % [whose, setting, made.get(setting), loaded.get(setting)])
 
@@ -338,7 +342,7 @@ func _same(a: Variant, b: Variant) -> bool:
 
 func _expect_suited(kind: StringName, way: StringName, suited: Resource, settled: Dictionary[String, Variant]) -> void:
 	var bare := _bare(kind)
-	for property in Filling.stored_of(kind):
+	for property: Dictionary in Filling.stored_of(kind):
 		var setting: String = property["name"]
 		var key := "%s:%s" % [kind, setting]
 		if settled.has(key):
