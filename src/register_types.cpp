@@ -66,7 +66,9 @@ void terminate_quillstead(ModuleInitializationLevel level) {
 	}
 	SCMachine::stop_all_before_unloading();
 	design_check::free_shared();
+#ifdef DEBUG_ENABLED
 	design_check::forget_what_was_told();
+#endif
 	EventRegistry::free_shared();
 	ScriptMethods::free_shared();
 	CompiledDesign::free_shared();

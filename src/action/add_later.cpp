@@ -15,7 +15,7 @@ void add(int64_t parent_id, int64_t child_id, int64_t internal) {
 		child->queue_free();
 		return;
 	}
-	parent->add_child(child, false, Node::InternalMode(internal));
+	parent->add_child(child, true, Node::InternalMode(internal));
 }
 
 } // namespace

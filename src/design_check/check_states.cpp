@@ -73,7 +73,7 @@ void check_ways_in(CheckedDesign &design) {
 		}
 		if (!checked.state->state_name.is_empty() && !checked.is_a_start && !inside_is_led_to && !led_to.has(checked.state->state_name)) {
 			design.find(DesignFinding::HINT, "never_reached", checked.place, checked.state, "no transition leads to it",
-					"Draw one, or take the state away. A script or a Go To State may lead there, of course.");
+					"Add one, or take the state away. A script or a Go To State may lead there, of course.");
 		}
 	}
 }

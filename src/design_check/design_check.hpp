@@ -29,6 +29,9 @@ void check_machine(CheckedDesign &design, SCMachine &machine);
 // Binds what scripts ask, and offers itself to the machines.
 void register_check();
 void free_shared();
+#ifdef DEBUG_ENABLED
+void offer_to_machines();
 void forget_what_was_told();
+#endif
 
 } // namespace design_check

@@ -1,5 +1,8 @@
 #include "design_check/near_names.hpp"
 
+#include <godot_cpp/core/defs.hpp>
+#include <godot_cpp/variant/variant.hpp>
+
 namespace near_names {
 
 int64_t letters_apart(const String &left, const String &right) {

@@ -23,7 +23,7 @@ func test_each_mistake_gets_its_sentence() -> void:
 			"Guard > Chase > Rest: another state is called Rest as well (Guard > Rest), and a transition to that name always leads to the same one. Give each a name of its own."],
 		["nameless_state", template([state("Rest"), state("")]), "Guard > a state without a name: it has no name, so no transition can lead to it. Type one under State Name."],
 		["never_reached", template([state("Rest"), state("Attic")]),
-			"Guard > Attic: no transition leads to it. Draw one, or take the state away. A script or a Go To State may lead there, of course."],
+			"Guard > Attic: no transition leads to it. Add one, or take the state away. A script or a Go To State may lead there, of course."],
 		["empty_row", template([state("Rest"), null]), "Guard: row 2 of its states holds no state. Take the row away."],
 		["empty_row", template([state("Rest", [null])]),
 			"Guard > Rest: row 1 of its actions holds nothing, so nothing is done there. Pick an action for it, or take the row away."],

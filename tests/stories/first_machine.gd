@@ -75,6 +75,8 @@ func _as_the_page_says() -> SCMachineTemplate:
 			continue
 		if not cells[1].strip_edges().is_empty():
 			last = ClassDB.instantiate(cells[1].strip_edges())
+			# The door is in 2D, and an action added there starts as it should be there.
+			SCMachineAction.suit_settings_2d(last)
 			_list_for(made, last).append(last)
 		_set_as_typed(last, cells[2].strip_edges(), cells[3].strip_edges())
 	made.initial_state = made.states[0]
@@ -102,8 +104,8 @@ func _set_as_typed(on: Resource, label: String, typed: String) -> void:
 			on.set(name, labels.find(typed))
 		elif now is String or now is StringName:
 			on.set(name, typed)
-		elif now is Vector3:
-			on.set(name, str_to_var("Vector3" + typed))
+		elif now is Vector2:
+			on.set(name, str_to_var("Vector2" + typed))
 		else:
 			on.set(name, type_convert(str_to_var(typed), typeof(now)))
 		return

@@ -29,7 +29,7 @@ func test_a_design_is_put_together_in_the_inspector() -> void:
 			told[line.trim_prefix("TOLD ").get_slice(": ", 0)] = line.get_slice(": ", 1) if ": " in line else ""
 	expect(told.has("end"), "the editor has not come to the end and says:\n%s" % said)
 	for row: Array in [
-		["side", "1"], ["starts in", '["(the first)", "Watch", "Chase"]'], ["state is called", "Watch"], ["state is called then", "Look"],
+		["side", "1"], ["starts in", '["(pick one)", "Watch", "Chase"]'], ["state is called", "Watch"], ["state is called then", "Look"],
 		["action is called", "Wait 1 s"], ["transition is called", "on seen to Chase"],
 		["added", "4, speed 160.0"], ["undone", "3"], ["redone", "4"],
 		["path in a template that does not run", "[]"], ["path in a template that runs", '[^"../../Lamp"]'],

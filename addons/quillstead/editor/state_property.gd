@@ -28,7 +28,9 @@ func _update_property() -> void:
 			_states.append(state)
 	if held not in _states:
 		_states.append(held)
+	# A machine without a state to start in does not start, while a state with others in it takes the first of them.
+	var none := "(pick one)" if get_edited_property() == &"initial_state" else "(the first)"
 	_choice.clear()
 	for state in _states:
-		_choice.add_item("(the first)" if state == null else String(state.state_name))
+		_choice.add_item(none if state == null else String(state.state_name))
 	_choice.select(_states.find(held))

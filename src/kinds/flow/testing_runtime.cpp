@@ -4,6 +4,7 @@
 #include "action/machines.hpp"
 #include "action/native_names.hpp"
 #include "action/shared_verbs.hpp"
+#include "action/spaces.hpp"
 #include "kinds/flow/debug_drawings.hpp"
 #include "kinds/flow/testing.hpp"
 
@@ -80,7 +81,7 @@ public:
 constexpr int CIRCLE_STEPS = 32;
 
 // What the two worlds have in common: how a place is read, and which corners and rings a shape has.
-struct Flat {
+struct In2D {
 	using Drawings = SCDebugDrawings2D;
 	using Place = Vector2;
 	static constexpr int AXES = 2;
@@ -98,7 +99,7 @@ struct Flat {
 	static constexpr int RINGS = 1;
 };
 
-struct Deep {
+struct In3D {
 	using Drawings = SCDebugDrawings3D;
 	using Place = Vector3;
 	static constexpr int AXES = 3;
@@ -106,11 +107,11 @@ struct Deep {
 	static Place place(const Variant &value) { return places::as_vector3(value); }
 	static Place to_world(const Node *from, const Place &there) {
 		const Node3D *node = Object::cast_to<Node3D>(from);
-		return node != nullptr ? node->get_global_transform().xform(there) : there;
+		return node != nullptr ? spaces::world_of(node).xform(there) : there;
 	}
 	static Place turned(const Node *from, const Place &there) {
 		const Node3D *node = Object::cast_to<Node3D>(from);
-		return node != nullptr ? node->get_global_transform().get_basis().orthonormalized().xform(there) : there;
+		return node != nullptr ? spaces::world_of(node).basis.orthonormalized().xform(there) : there;
 	}
 	// A ring round each axis, so that it is seen from every side.
 	static Place on_circle(int ring, double angle) {
@@ -239,9 +240,9 @@ class DrawDebug : public SCNativeAction {
 			return;
 		}
 		if (places::is_2d(from)) {
-			draw_in<Flat>(machine, action, index, from);
+			draw_in<In2D>(machine, action, index, from);
 		} else {
-			draw_in<Deep>(machine, action, index, from);
+			draw_in<In3D>(machine, action, index, from);
 		}
 	}
 
