@@ -34,8 +34,7 @@ public:
 		if (++watchers_called > MOST_WATCHERS_CALLED && machine != nullptr) {
 			MakerWarnings::once_for(machine, "watchers without end",
 					vformat("Machine on %s: one change of a variable set off %d more, each because of another, so the actions that wait for changes have not "
-							"been "
-							"told of the rest. Look for actions that write a variable which one of them waits for.",
+							"been told of the rest. Look for actions that write a variable which one of them waits for.",
 							machine->name_in_messages(), MOST_WATCHERS_CALLED));
 		}
 		return watchers_called <= MOST_WATCHERS_CALLED;

@@ -227,8 +227,7 @@ void SCMachineBase::send_event_from_script(StringName event_name, Variant data) 
 	if (!has_begun() && !is_node_ready()) {
 		MakerWarnings::once_for(this, "event before ready",
 				vformat("Machine on %s: the event %s was sent before the machine is ready, so no state could take it. Wait for the machine's ready signal, or "
-						"send it "
-						"with call_deferred(\"send_event\", \"%s\").",
+						"send it with call_deferred(\"send_event\", \"%s\").",
 						name_in_messages(), event_name, event_name));
 	}
 	machine_run->send_event(event_name, data);

@@ -22,30 +22,21 @@ constexpr char EVENT[] = "SCMachineEvent";
 constexpr HelpText CLASSES[] = {
 	{ MACHINE, "",
 			"Put it under the node it is to drive and press play. A script sends it events with [method SCMachineBase.send_event], reads and writes its "
-			"variables "
-			"with [method SCMachineBase.get_value] and [method SCMachineBase.set_value], and hears of its states from [signal state_changed].\n"
-			"[codeblock]\n@onready var door: SCMachine = $Door/Machine\n\nfunc ring() -> "
+			"variables with [method SCMachineBase.get_value] and [method SCMachineBase.set_value], and hears of its states from [signal "
+			"state_changed].\n[codeblock]\n@onready var door: SCMachine = $Door/Machine\n\nfunc ring() -> "
 			"void:\n\tdoor.send_event(&\"called\")\n\tprint(door.get_value(&\"times_opened\"))\n[/codeblock]" },
 	{ ACTION, "",
 			"An action of your own is a script that extends this class or one of the ready-made kinds. With a [code]class_name[/code] it is listed under Add "
-			"Action. "
-			"Its exported variables are its settings. One resource serves every machine that runs its state, so it keeps nothing between calls: what a machine "
-			"has to "
-			"remember goes into [method SCMachineBase.slot].\n"
-			"[codeblock]\nclass_name FlipAction\nextends SCMachineAction\n\n@export var seconds: float = 0.3\n\nfunc _enter(m: SCMachine, index: int) -> "
-			"void:\n"
-			"\tvar tween := m.create_tween()\n\ttween.tween_property(m.target, ^\"rotation\", PI, seconds).as_relative()\n\tm.finish_with_tween(index, "
-			"tween)\n[/codeblock]" },
+			"Action. Its exported variables are its settings. One resource serves every machine that runs its state, so it keeps nothing between calls: what a "
+			"machine has to remember goes into [method SCMachineBase.slot].\n[codeblock]\nclass_name FlipAction\nextends SCMachineAction\n\n@export var "
+			"seconds: float = 0.3\n\nfunc _enter(m: SCMachine, index: int) -> void:\n\tvar tween := m.create_tween()\n\ttween.tween_property(m.target, "
+			"^\"rotation\", PI, seconds).as_relative()\n\tm.finish_with_tween(index, tween)\n[/codeblock]" },
 	{ CONDITION, "",
 			"A condition of your own is a script that extends this class. With a [code]class_name[/code] it is listed under Add Condition of a Check. Its "
-			"exported "
-			"variables are its settings. It answers in [method _check], and keeps what it has to remember in the slot it is handed. Turning the answer round "
-			"is not "
-			"its business.\n"
-			"[codeblock]\nclass_name IsDarkCondition\nextends SCMachineCondition\n\n@export var darker_than: float = 0.2\n\nfunc _check(m: SCMachine, slot: "
-			"Dictionary) -> bool:\n"
-			"\treturn m.get_value(&\"light\", 1.0) < darker_than\n\nfunc _summary() -> String:\n\treturn \"It is darker than %s\" % "
-			"darker_than\n[/codeblock]" },
+			"exported variables are its settings. It answers in [method _check], and keeps what it has to remember in the slot it is handed. Turning the "
+			"answer round is not its business.\n[codeblock]\nclass_name IsDarkCondition\nextends SCMachineCondition\n\n@export var darker_than: float = "
+			"0.2\n\nfunc _check(m: SCMachine, slot: Dictionary) -> bool:\n\treturn m.get_value(&\"light\", 1.0) < darker_than\n\nfunc _summary() -> "
+			"String:\n\treturn \"It is darker than %s\" % darker_than\n[/codeblock]" },
 	{ TEMPLATE, "",
 			"Save it as a file and put it under Template of any number of machines. None of them changes it: each has its own values and its own place in "
 			"it." },
@@ -261,8 +252,7 @@ constexpr HelpText OPERATIONS[] = {
 	{ TEMPLATE, "missing_state_names", "The names that transitions lead to and no state has." },
 	{ TEMPLATE, "findings_in",
 			"Looks through a template or a machine and tells what would keep it from doing what it looks like: names that lead nowhere, states that nothing "
-			"leads to, "
-			"variables that are not there." },
+			"leads to, variables that are not there." },
 
 	{ STATE, "contains", "Whether a state is this one or lies anywhere inside it." },
 	{ STATE, "first_sub_state", "The state inside it that is entered first, null when there is none." },
