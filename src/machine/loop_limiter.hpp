@@ -4,7 +4,7 @@
 // somewhere. One event may pass through `loop_limit` states, a frame as a whole through a hundred
 // times that many.
 
-#include <godot_cpp/core/defs.hpp>
+#include <godot_cpp/core/math.hpp>
 #include <godot_cpp/templates/local_vector.hpp>
 
 #include <cstdint>

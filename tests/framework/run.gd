@@ -20,9 +20,12 @@ var _failed: int = 0
 func _initialize() -> void:
 	var long := false
 	var only_seed := -1
+	var released := false
 	for argument in OS.get_cmdline_user_args():
 		if argument == "--long":
 			long = true
+		elif argument == "--released":
+			released = true
 		elif argument.begins_with("--seed="):
 			only_seed = argument.trim_prefix("--seed=").to_int()
 		elif argument.begins_with("--file="):
@@ -37,6 +40,7 @@ func _initialize() -> void:
 	var story: GDScript = load("res://tests/framework/story.gd")
 	story.set(&"long", long)
 	story.set(&"only_seed", only_seed)
+	story.set(&"released", released)
 	# Stories are about what a machine does, with designs that would get a sentence each; the check has stories of its own.
 	ProjectSettings.set_setting("quillstead/debug/check_designs", false)
 	await process_frame

@@ -54,7 +54,7 @@ func test_the_mistake_gets_the_sentence_that_the_page_shows() -> void:
 	var heading := "The design that Machine runs cannot work as it stands:"
 	expect(shown.begins_with(heading), shown)
 	# It has no file of its own here.
-	expect_warning(heading + "\n" + shown.trim_prefix(heading).strip_edges().replace("door > ", "Template > "))
+	expect_debug_warning(heading + "\n" + shown.trim_prefix(heading).strip_edges().replace("door > ", "Template > "))
 	_click(at.target as Control)
 	expect_state(at, "Closed")
 

@@ -69,7 +69,7 @@ func test_the_game_maker_is_told_once() -> void:
 	guard.set_value("label", 0.75)
 	holder.read_variables(guard)
 	expect_equal(holder.share, 0.75)
-	expect_warning("set_value gave label a number, and it held words.")
+	expect_debug_warning("set_value gave label a number, and it held words.")
 
 
 func test_a_path_leads_to_the_node_a_variable_holds() -> void:

@@ -14,7 +14,7 @@ func test_a_value_stays_within_its_limits() -> void:
 		made.set_value("held", row[3])
 		expect_equal(made.get_value("held"), row[4], "%s between %s and %s" % [row[3], row[1], row[2]])
 		made.free()
-	expect_warning("set_value gave held words, and it held a number.")
+	expect_debug_warning("set_value gave held words, and it held a number.")
 
 
 func test_a_limit_may_be_another_variable() -> void:
@@ -39,7 +39,7 @@ func test_a_limit_may_be_another_variable() -> void:
 	var limited := play([], {}, {"variables": rows[0][0]})
 	for row: Array in [["hp", [0.0, 100]], ["top", [null, null]], ["nothing", [null, null]]]:
 		expect_equal(limited.limits_of(row[0]), row[1])
-	expect_warning("set_value gave top words, and it held a number.")
+	expect_debug_warning("set_value gave top words, and it held a number.")
 
 
 func test_the_starting_values_are_brought_within_limits() -> void:

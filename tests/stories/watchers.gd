@@ -31,7 +31,7 @@ func test_a_watcher_hears_of_what_really_changed() -> void:
 	made.stop()
 	made.set_value("hp", 4)
 	expect_log(["bar exit"])
-	expect_warning("set_value gave hp words, and it held a number.")
+	expect_debug_warning("set_value gave hp words, and it held a number.")
 
 
 func test_several_watchers_hear_in_order() -> void:
