@@ -238,3 +238,21 @@ class PlainAction:
 
 class PlainMachine:
 	extends SCMachineBase
+
+
+func test_states_are_freed_on_another_thread_while_machines_start() -> void:
+	for round in 20:
+		var designs: Array[SCMachineTemplate] = []
+		for count in 10:
+			var design := template([state("A", [], {"go": "B"}), state("B")])
+			start(running(design)).free()
+			designs.append(design)
+		var thread := Thread.new()
+		thread.start(designs.clear)
+		for count in 10:
+			var made := start(running(template([state("A", [], {"go": "B"}), state("B")])))
+			made.send_event("go")
+			expect_state(made, "B")
+			made.free()
+		thread.wait_to_finish()
+		await frames(1)
