@@ -102,7 +102,7 @@ void BoundSettings::work_out(Object *object, const Dictionary &named, const Dict
 		if (declared != nullptr && (declared->any_type || declared->info.type == bound.typed_in.get_type())) {
 			bound.assign = declared->assign;
 		}
-		fresh->in_order = fresh->in_order || bound.assign == nullptr || declared->relists;
+		fresh->in_order = fresh->in_order || bound.assign == nullptr;
 		fresh->settings.push_back(bound);
 	}
 	rows = fresh;

@@ -89,7 +89,8 @@ bool set(Object *object, const StringName &property, const Variant &value) {
 	}
 	const KindFields fields = KindFields::of(object);
 	const StringName variable = value;
-	const uint64_t shown_before = setting_edits::shown(object, fields.row);
+	const bool listed = setting_edits::is_listed(object);
+	const uint64_t shown_before = listed ? setting_edits::shown(object, fields.row) : 0;
 	if (!variable.is_empty()) {
 		(*fields.from_variables)[*setting] = variable;
 		fields.bound->note_names();
@@ -105,7 +106,7 @@ bool set(Object *object, const StringName &property, const Variant &value) {
 	if (SCMachineAction *action = Object::cast_to<SCMachineAction>(object)) {
 		action->forget_variables_used();
 	}
-	if (setting_edits::shown(object, fields.row) != shown_before) {
+	if (listed && setting_edits::shown(object, fields.row) != shown_before) {
 		object->notify_property_list_changed();
 	}
 	object->emit_signal(ActionShared::get().changed);

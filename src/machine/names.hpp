@@ -73,6 +73,7 @@ struct MachineNames {
 	StringName physics_frame = "physics_frame";
 	StringName tree_exiting = "tree_exiting";
 	StringName timeout = "timeout";
+	StringName property_list_changed = "property_list_changed";
 	StringName add_child = "add_child";
 
 	// Called on the fast lane when the state of a resting action is left.

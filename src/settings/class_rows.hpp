@@ -56,9 +56,9 @@ struct SettingRow {
 	LocalVector<SettingRule> written_if;
 	// Takes a value of any type: the inspector offers every one.
 	bool any_type = false;
-	// Writes the field as the setter does, for what knows the object's class already. The value is of the setting's own type. False
-	// when that can have called user code: by telling of the change, or by the destructor of what the field held. Null where a
-	// class has a setter of its own.
+	// Writes the field and tells nobody, for what knows the object's class already and writes at run time. The value is of the
+	// setting's own type. False when that can have called user code, by the destructor of what the field held. Null where a class
+	// has a setter of its own.
 	using Assign = bool (*)(Object *object, const Variant &value);
 	Assign assign = nullptr;
 	// How the default, which is written for 3D in metres, is suited to a 2D machine.

@@ -51,7 +51,7 @@ public:                                                                         
 	void put_field(typename FieldOf<Field>::Argument given_) {                                                                                                 \
 		const auto fresh_ = typename FieldOf<Field>::Value(given_);                                                                                            \
 		const ClassRow *row_ = setting_edits::row_of(this);                                                                                                    \
-		if (!setting_edits::matter(row_, FieldOf<Field>::row)) {                                                                                               \
+		if (!setting_edits::matter(this, row_, FieldOf<Field>::row)) {                                                                                               \
 			this->*Field = fresh_;                                                                                                                             \
 			return;                                                                                                                                            \
 		}                                                                                                                                                      \
@@ -179,13 +179,13 @@ class ClassTable : public ClassTableBase {
 		using Value = typename FieldOf<Field>::Value;
 		using Bound = typename FieldOf<Field>::Bound;
 		T *owner = static_cast<T *>(object);
-		bool quiet = !FieldOf<Field>::relists();
+		bool quiet = true;
 		if constexpr (std::is_same_v<Value, Variant>) {
-			quiet = quiet && !ValueKinds::may_call_out((owner->*Field).get_type());
+			quiet = !ValueKinds::may_call_out((owner->*Field).get_type());
 		} else {
-			quiet = quiet && !ValueKinds::may_call_out(Variant::Type(GetTypeInfo<Bound>::VARIANT_TYPE));
+			quiet = !ValueKinds::may_call_out(Variant::Type(GetTypeInfo<Bound>::VARIANT_TYPE));
 		}
-		owner->template put_field<Field>(Bound(value));
+		owner->*Field = Value(Bound(value));
 		return quiet;
 	}
 

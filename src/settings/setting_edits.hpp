@@ -1,7 +1,7 @@
 #pragma once
 
 // What follows when somebody edits a setting: the inspector lists the settings anew when other ones are shown now, and in the
-// editor the object says that it changed, for whoever draws it. In a running game that is one look at the class.
+// editor the object says that it changed, for whoever draws it. In a running game nobody lists settings unless he listens.
 
 #include "settings/class_rows.hpp"
 
@@ -29,8 +29,11 @@ const ClassRow *row_of(const T *object) {
 	}
 }
 
-inline bool matter(const ClassRow *row, const SettingRow *setting) {
-	return in_editor || (row != nullptr && row->has_rules) || (setting != nullptr && setting->relists);
+// Somebody lists the settings of this object and is told when the list changes.
+bool is_listed(const Object *object);
+
+inline bool matter(const Object *object, const ClassRow *row, const SettingRow *setting) {
+	return in_editor || (((row != nullptr && row->has_rules) || (setting != nullptr && setting->relists)) && is_listed(object));
 }
 
 // A bit for each setting that is shown only now and then.

@@ -1,5 +1,6 @@
 #include "settings/setting_rules.hpp"
 
+#include "machine/names.hpp"
 #include "settings/setting_edits.hpp"
 
 namespace setting_rules {
@@ -33,6 +34,10 @@ bool any_holds(const LocalVector<SettingRule> &rules, const Object *object) {
 }
 
 } // namespace setting_rules
+
+bool setting_edits::is_listed(const Object *object) {
+	return in_editor || object->has_connections(MachineNames::shared().property_list_changed);
+}
 
 uint64_t setting_edits::shown(const Object *object, const ClassRow *row) {
 	uint64_t bits = 0;
