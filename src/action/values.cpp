@@ -31,6 +31,16 @@ bool is_text(const Variant &value) {
 	return value.get_type() == Variant::STRING || value.get_type() == Variant::STRING_NAME;
 }
 
+Node *as_node(const Variant &value) {
+	return value.get_type() == Variant::OBJECT ? Object::cast_to<Node>(value.get_validated_object()) : nullptr;
+}
+
+} // namespace
+
+bool is_number(const Variant &value) {
+	return ValueKinds::is_number(value);
+}
+
 bool is_vector(const Variant &value) {
 	switch (value.get_type()) {
 		case Variant::VECTOR2:
@@ -41,16 +51,6 @@ bool is_vector(const Variant &value) {
 		default:
 			return false;
 	}
-}
-
-Node *as_node(const Variant &value) {
-	return value.get_type() == Variant::OBJECT ? Object::cast_to<Node>(value.get_validated_object()) : nullptr;
-}
-
-} // namespace
-
-bool is_number(const Variant &value) {
-	return ValueKinds::is_number(value);
 }
 
 bool is_list(const Variant &value) {

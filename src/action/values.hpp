@@ -17,6 +17,8 @@ class SCMachineBase;
 namespace values {
 
 bool is_number(const Variant &value);
+// Of two or three parts, whole ones or not.
+bool is_vector(const Variant &value);
 // An Array or a packed one.
 bool is_list(const Variant &value);
 // True counts as 1; what is no number as 0.

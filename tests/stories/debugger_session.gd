@@ -9,6 +9,8 @@ const Session := preload("res://tests/debugger/session.gd")
 
 const DOOR: String = "/root/Session/Door/Machine"
 const LAMP: String = "/root/Session/Lamp/Machine"
+## All that ticks in it does so in the physics frame.
+const MAT: String = "/root/Session/Mat/Machine"
 ## The game runs in real time, and under the sanitizers slowly.
 const MOST_SECONDS: float = 60.0
 
@@ -229,7 +231,7 @@ func _until(holds: Callable) -> bool:
 	return false
 
 
-func test_a_write_is_told_though_the_machine_is_paused_right_after() -> void:
+func test_a_write_is_told_though_no_frame_of_the_machine_follows_it() -> void:
 	if not await _begin():
 		return
 	for word: String in ["one", "two"]:
@@ -238,6 +240,12 @@ func test_a_write_is_told_though_the_machine_is_paused_right_after() -> void:
 			var values: Variant = _field(_listener.take(Messages.VALUES, [DOOR]), Messages.ValuesField.VALUES)
 			return values is Dictionary and (values as Dictionary).get("word") == word)
 		expect(told, "nobody was told of %s" % word)
+	for weight: int in [3, 4]:
+		await _send(Session.SET, [MAT, &"weight", weight, false])
+		var told := await _until(func() -> bool:
+			var values: Variant = _field(_listener.take(Messages.VALUES, [MAT]), Messages.ValuesField.VALUES)
+			return values is Dictionary and (values as Dictionary).get("weight") == str(weight))
+		expect(told, "nobody was told of the weight %d" % weight)
 	await _end()
 
 

@@ -151,19 +151,14 @@ bool is_so(SCMachineBase *machine, SCMachineCondition *condition) {
 	return node->is_in_group(group);
 }
 
-bool is_vector(const Variant &value) {
-	return value.get_type() >= Variant::VECTOR2 && value.get_type() <= Variant::VECTOR3I && value.get_type() != Variant::RECT2 &&
-			value.get_type() != Variant::RECT2I;
-}
-
 // How long a vector is; any other value as it is.
 Variant in_order_by(const Variant &value) {
-	return is_vector(value) ? Variant(double(places::as_vector3(value).length())) : value;
+	return values::is_vector(value) ? Variant(double(places::as_vector3(value).length())) : value;
 }
 
 bool answers(const Variant &held, comparing::Test test, const Variant &value) {
 	if (test == comparing::EQUALS || test == comparing::NOT_EQUALS) {
-		const bool spread = is_vector(held) && values::is_number(value);
+		const bool spread = values::is_vector(held) && values::is_number(value);
 		const bool is_2d = held.get_type() == Variant::VECTOR2 || held.get_type() == Variant::VECTOR2I;
 		const Variant parts = is_2d ? Variant(places::as_vector2(value)) : Variant(places::as_vector3(value));
 		return comparing::passes(held, test, spread ? parts : value);

@@ -25,14 +25,6 @@ bool is_vector_2d(const Variant &value) {
 	return value.get_type() == Variant::VECTOR2 || value.get_type() == Variant::VECTOR2I;
 }
 
-bool is_vector_3d(const Variant &value) {
-	return value.get_type() == Variant::VECTOR3 || value.get_type() == Variant::VECTOR3I;
-}
-
-bool is_vector(const Variant &value) {
-	return is_vector_2d(value) || is_vector_3d(value);
-}
-
 Vector3 in_three_parts(const Variant &value, bool in_2d) {
 	if (!in_2d) {
 		return places::as_vector3(value);
@@ -48,7 +40,7 @@ Variant as_place(const Vector3 &value, bool in_2d) {
 // A place, a direction or a number out of what a setting holds, where a node stands for its place.
 // Nil, and the game maker told, when it is none of these.
 Variant operand(SCMachineBase *machine, const SCMachineAction *action, const Variant &held, const char *setting) {
-	if (is_vector(held) || values::is_number(held)) {
+	if (values::is_vector(held) || values::is_number(held)) {
 		return held;
 	}
 	if (const Node *node = held.get_type() == Variant::OBJECT ? Object::cast_to<Node>(held.get_validated_object()) : nullptr) {
@@ -67,10 +59,10 @@ Variant operand(SCMachineBase *machine, const SCMachineAction *action, const Var
 // What a variable holds decides, then the node the machine works on.
 bool is_2d_there(SCMachineBase *machine, const StringName &variable, const Variant &otherwise) {
 	const Variant held = variable.is_empty() ? Variant() : machine->get_value(variable);
-	if (is_vector(held)) {
+	if (values::is_vector(held)) {
 		return is_vector_2d(held);
 	}
-	return is_vector(otherwise) ? is_vector_2d(otherwise) : places::is_2d(machine->target_node());
+	return values::is_vector(otherwise) ? is_vector_2d(otherwise) : places::is_2d(machine->target_node());
 }
 
 class GetVectorParts : public OnceOrRepeating<GetVectorParts> {
@@ -101,7 +93,7 @@ public:
 			return;
 		}
 		const Variant held = machine->get_value(name);
-		if (!is_vector(held) && !ValueKinds::is_nothing(held)) {
+		if (!values::is_vector(held) && !ValueKinds::is_nothing(held)) {
 			verbs::warn(machine, action,
 					vformat("%s holds %s, which has no parts, so it was left alone. Make it a Vector2 or a Vector3 under Variables, or pick another under "
 							"Variable Name.",
@@ -115,7 +107,7 @@ public:
 					vformat("%s is a Vector2, which has no z, so it changed nothing. Pick X or Y beside Part, or make it a Vector3 under Variables.", name));
 			return;
 		}
-		Vector3 parts = is_vector(held) ? in_three_parts(held, in_2d) : Vector3();
+		Vector3 parts = values::is_vector(held) ? in_three_parts(held, in_2d) : Vector3();
 		const double value = setting_of<&Kind::value>(action);
 		const bool each_second = setting_of<&Kind::per_second>(action) && action->repeats();
 		real_t &changed = parts[int(part)];
@@ -323,7 +315,7 @@ public:
 		if (first.get_type() == Variant::NIL || second.get_type() == Variant::NIL) {
 			return;
 		}
-		const bool has_side = is_vector(first) || is_vector(second);
+		const bool has_side = values::is_vector(first) || values::is_vector(second);
 		const bool in_2d = has_side ? is_vector_2d(first) || is_vector_2d(second) : is_2d_there(machine, setting_of<&Kind::store_in>(action), Variant());
 		const Vector3 a = in_three_parts(first, in_2d);
 		const Vector3 b = in_three_parts(second, in_2d);
