@@ -51,7 +51,7 @@ public:                                                                         
 	void put_field(typename FieldOf<Field>::Argument given_) {                                                                                                 \
 		const auto fresh_ = typename FieldOf<Field>::Value(given_);                                                                                            \
 		const ClassRow *row_ = setting_edits::row_of(this);                                                                                                    \
-		if (!setting_edits::matter(this, row_, FieldOf<Field>::row)) {                                                                                               \
+		if (!setting_edits::matter(this, row_, FieldOf<Field>::row)) {                                                                                         \
 			this->*Field = fresh_;                                                                                                                             \
 			return;                                                                                                                                            \
 		}                                                                                                                                                      \
