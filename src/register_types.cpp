@@ -2,10 +2,12 @@
 
 #include "action/action_shared.hpp"
 #include "action/add_kind.hpp"
-#include "action/native_names.hpp"
+#include "machine/native_names.hpp"
 #include "action/sc_action.hpp"
 #include "action/sc_condition.hpp"
 #include "action/sc_native_actions.hpp"
+#include "character/body_notes.hpp"
+#include "character/gravity.hpp"
 #include "design/sc_machine_event.hpp"
 #include "design/sc_machine_note.hpp"
 #include "design/sc_machine_parallel_state.hpp"
@@ -73,6 +75,8 @@ void terminate_quillstead(ModuleInitializationLevel level) {
 	ScriptMethods::free_shared();
 	CompiledDesign::free_shared();
 	SCNativeActions::free_shared();
+	body_notes::free_shared();
+	gravity::forget_project();
 	NativeNames::free_shared();
 	ActionShared::free_shared();
 	SCMachineCore::free_shared();

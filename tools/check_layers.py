@@ -8,8 +8,8 @@ from passed import ROOT, sources
 
 # From the bottom up. A file belongs to the first row that matches it, and may include what stands in its own row and above.
 LAYERS = [
-    ("machine and design", re.compile(r"(machine/|machine_node/|design/|settings/)")),
-    ("action", re.compile(r"(action/|fast_lane/|design_check/)")),
+    ("machine and design", re.compile(r"(machine/|machine_node/|design/|settings/|character/)")),
+    ("action", re.compile(r"(action/|fast_lane/|design_check/|steering/)")),
     ("kinds", re.compile(r"kinds/")),
     ("registration", re.compile(r"register_types")),
 ]

@@ -1,6 +1,6 @@
 #include "action/holders.hpp"
 
-#include "action/native_names.hpp"
+#include "machine/native_names.hpp"
 #include "machine_node/sc_machine_base.hpp"
 
 #include <godot_cpp/core/object_id.hpp>

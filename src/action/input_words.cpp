@@ -1,6 +1,6 @@
 #include "action/input_words.hpp"
 
-#include "action/native_names.hpp"
+#include "machine/native_names.hpp"
 #include "machine/companion_scripts.hpp"
 
 namespace input_words {

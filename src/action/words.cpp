@@ -272,4 +272,8 @@ String listed(const Array &names) {
 	return String(", ").join(shown);
 }
 
+String variable_or(const StringName &variable, const String &typed_in) {
+	return variable.is_empty() ? typed_in : vformat("[%s]", variable);
+}
+
 } // namespace words

@@ -48,6 +48,8 @@ String event_in_words(const StringName &event);
 // A name in a summary: "(pick one)" when there is none. The drawn line fills such a gap by itself, but for a setting that
 // ends in "_variable".
 String picked(const StringName &name);
+// "[pace]" for a setting that is read from a variable, and the words for what is typed in otherwise.
+String variable_or(const StringName &variable, const String &typed_in);
 // A list of names in a summary.
 String listed(const Array &names);
 

@@ -42,9 +42,9 @@ void SCMachine::_ask_the_agent(Node *p_agent, Node *p_body) {
 	ERR_FAIL_NULL(p_body);
 	const MachineNames &names = MachineNames::shared();
 	const uint64_t agent_id = p_agent->get_instance_id();
-	const Callable answered = Callable(this, names.on_velocity_computed).bind(p_agent, p_body);
-	if (p_agent->has_signal(names.velocity_computed) && !p_agent->is_connected(names.velocity_computed, answered)) {
-		p_agent->connect(names.velocity_computed, answered);
+	AskedVelocity &asked = asked_of(agent_id, p_agent, p_body);
+	if (p_agent->has_signal(names.velocity_computed) && !p_agent->is_connected(names.velocity_computed, asked.answered)) {
+		p_agent->connect(names.velocity_computed, asked.answered);
 	}
 	// A body's script may have a say in its velocity.
 	MachineRun &its_run = run();
@@ -53,21 +53,34 @@ void SCMachine::_ask_the_agent(Node *p_agent, Node *p_body) {
 	if (its_run.machine() == nullptr) {
 		return;
 	}
-	if (!asked_velocities.has(agent_id)) {
-		LocalVector<uint64_t> gone;
-		for (const KeyValue<uint64_t, Variant> &asked : asked_velocities) {
-			if (ObjectDB::get_instance(asked.key) == nullptr) {
-				gone.push_back(asked.key);
-			}
-		}
-		for (const uint64_t id : gone) {
-			asked_velocities.erase(id);
-		}
+	if (AskedVelocity *still_asked = asked_velocities.getptr(agent_id)) {
+		still_asked->velocity = wanted;
 	}
-	asked_velocities[agent_id] = wanted;
 	if (Object *agent = ObjectDB::get_instance(agent_id)) {
 		agent->set(names.velocity, wanted);
 	}
+}
+
+SCMachine::AskedVelocity &SCMachine::asked_of(uint64_t agent_id, Node *agent, Node *body) {
+	const uint64_t body_id = body->get_instance_id();
+	AskedVelocity *known = asked_velocities.getptr(agent_id);
+	if (known != nullptr && known->body == body_id) {
+		return *known;
+	}
+	LocalVector<uint64_t> gone;
+	for (const KeyValue<uint64_t, AskedVelocity> &asked : asked_velocities) {
+		if (ObjectDB::get_instance(asked.key) == nullptr) {
+			gone.push_back(asked.key);
+		}
+	}
+	for (const uint64_t id : gone) {
+		asked_velocities.erase(id);
+	}
+	AskedVelocity fresh;
+	fresh.body = body_id;
+	fresh.answered = Callable(this, MachineNames::shared().on_velocity_computed).bind(agent, body);
+	asked_velocities[agent_id] = fresh;
+	return asked_velocities[agent_id];
 }
 
 void SCMachine::on_velocity_computed(const Variant &safe, Node *agent, Node *body) {
@@ -75,9 +88,9 @@ void SCMachine::on_velocity_computed(const Variant &safe, Node *agent, Node *bod
 	if (body == nullptr || !body->has_method(names.move_and_slide)) {
 		return;
 	}
-	const Variant *wanted = agent != nullptr ? asked_velocities.getptr(agent->get_instance_id()) : nullptr;
+	const AskedVelocity *asked = agent != nullptr ? asked_velocities.getptr(agent->get_instance_id()) : nullptr;
 	const ObjectID body_id = ObjectID(body->get_instance_id());
-	body->set(names.velocity, wanted != nullptr ? allowed(safe, *wanted) : safe);
+	body->set(names.velocity, asked != nullptr ? allowed(safe, asked->velocity) : safe);
 	// A script may watch the body's velocity.
 	if (Object *still_there = ObjectDB::get_instance(body_id)) {
 		still_there->call(names.move_and_slide);

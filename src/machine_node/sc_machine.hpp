@@ -123,6 +123,14 @@ private:
 		StringName name;
 	};
 
+	struct AskedVelocity {
+		uint64_t body = 0;
+		Callable answered;
+		Variant velocity;
+	};
+
+	AskedVelocity &asked_of(uint64_t agent_id, Node *agent, Node *body);
+
 	static void bind_scene_life();
 	static void bind_values();
 	static void bind_system_events();
@@ -163,7 +171,7 @@ private:
 	HashSet<StringName> presses;
 	HashMap<NodePath, KnownNode> known_nodes;
 	// What each navigation agent was last asked for, by its id.
-	HashMap<uint64_t, Variant> asked_velocities;
+	HashMap<uint64_t, AskedVelocity> asked_velocities;
 
 	// Out of the tree, or back in it and not ready yet.
 	bool was_let_go = false;

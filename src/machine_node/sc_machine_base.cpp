@@ -1,14 +1,17 @@
 #include "machine_node/sc_machine_base.hpp"
 
+#include "character/body_notes.hpp"
 #include "design/sc_machine_state.hpp"
 #include "machine/companion_scripts.hpp"
 #include "machine/machine_run.hpp"
 #include "machine/scoped_timer.hpp"
 #include "machine/script_methods.hpp"
+#include "settings/object_arguments.hpp"
 
 #include <godot_cpp/classes/engine.hpp>
 #include <godot_cpp/classes/scene_tree.hpp>
 #include <godot_cpp/core/object.hpp>
+#include <godot_cpp/variant/callable_method_pointer.hpp>
 
 namespace {
 
@@ -25,6 +28,10 @@ SCMachineBase::SCMachineBase() {
 
 SCMachineBase::~SCMachineBase() {
 	machine_run->abandon();
+	// Its body goes right after it, as a rule.
+	if (bodies_moved.frame >= 0) {
+		callable_mp_static(&body_notes::drop_the_gone).call_deferred();
+	}
 }
 
 Node *SCMachineBase::target_node() const {
@@ -561,4 +568,13 @@ void SCMachineBase::send_changed_values() {
 
 bool SCMachineBase::get_watching_property() const {
 	return machine_run->values.watching;
+}
+
+bool SCMachineBase::move_character(Node *body, bool falls, double gravity, double delta, double fastest_fall) {
+	return body != nullptr && move_step::move(this, body, falls, gravity, delta, fastest_fall);
+}
+
+bool SCMachineBase::move_character_from_script(const Variant &body, bool falls, double gravity, double delta, double fastest_fall) {
+	bool fits = true;
+	return move_character(object_arguments::taken<Node>(body, "move_character", 1, fits), falls, gravity, delta, fastest_fall);
 }

@@ -4,6 +4,8 @@
 // It owns a MachineRun and binds its operations to scripts; the run does the work and outlives the
 // node for as long as one of its own calls is under way.
 
+#include "character/move_step.hpp"
+
 #include <godot_cpp/classes/node.hpp>
 #include <godot_cpp/classes/resource.hpp>
 #include <godot_cpp/classes/tween.hpp>
@@ -113,6 +115,11 @@ public:
 	bool is_resting(int64_t index) const;
 	void process_mode_changed();
 
+	// Moves a character body as Move Character does: with gravity, and once a physics frame whoever asks. False when it was not
+	// moved by this call.
+	bool move_character(Node *body, bool falls, double gravity, double delta, double fastest_fall = 0.0);
+	MovedBodies &moved_bodies() { return bodies_moved; }
+
 	void set_paused(bool on);
 	bool is_paused() const;
 	void step_once();
@@ -169,6 +176,7 @@ private:
 	static void bind_events();
 	static void bind_values();
 	static void bind_timers();
+	static void bind_moving();
 	static void bind_debugging();
 
 	bool get_watching_property() const;
@@ -178,7 +186,10 @@ private:
 	bool has_begun() const;
 	void note_taken_callbacks();
 
+	bool move_character_from_script(const Variant &body, bool falls, double gravity, double delta, double fastest_fall);
+
 	MachineRun *machine_run = nullptr;
+	MovedBodies bodies_moved;
 	// A script that extends the machine has this callback for itself.
 	bool takes_process = false;
 	bool takes_physics_process = false;

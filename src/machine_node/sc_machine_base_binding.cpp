@@ -1,10 +1,22 @@
 // What scripts can call on a machine, by subject.
 
 #include "action/sc_native_actions.hpp"
+#include "character/body_notes.hpp"
+#include "character/smoothing.hpp"
 #include "design/sc_machine_state.hpp"
 #include "machine/names.hpp"
 #include "machine_node/sc_machine_base.hpp"
 #include "settings/object_arguments.hpp"
+
+namespace {
+
+void note_step(Node *body, int64_t frame) {
+	if (body != nullptr) {
+		body_notes::note_step(body, frame);
+	}
+}
+
+} // namespace
 
 void SCMachineBase::_bind_methods() {
 	MachineNames::shared();
@@ -12,6 +24,7 @@ void SCMachineBase::_bind_methods() {
 	bind_events();
 	bind_values();
 	bind_timers();
+	bind_moving();
 	bind_debugging();
 	BIND_ENUM_CONSTANT(NOTHING);
 	BIND_ENUM_CONSTANT(STOP);
@@ -130,6 +143,16 @@ void SCMachineBase::bind_timers() {
 	ClassDB::bind_method(D_METHOD("_core_wake_resting", "serial", "index"), &SCMachineBase::core_wake_resting);
 	ClassDB::bind_method(D_METHOD("_core_tween_done", "serial", "index"), &SCMachineBase::core_tween_done);
 	ClassDB::bind_method(D_METHOD("_core_time_up", "serial", "index", "then"), &SCMachineBase::core_time_up);
+}
+
+void SCMachineBase::bind_moving() {
+	using object_arguments::guarded;
+	ClassDB::bind_method(
+			D_METHOD("move_character", "body", "falls", "gravity", "delta", "fastest_fall"), &SCMachineBase::move_character_from_script, DEFVAL(0.0));
+	ClassDB::bind_static_method(
+			"SCMachineBase", D_METHOD("core_smooth_moved_in_physics", "node"), guarded<&smoothing::smooth>("core_smooth_moved_in_physics"));
+	ClassDB::bind_static_method("SCMachineBase", D_METHOD("core_smoothing_switched_on"), &smoothing::is_switched_on_here);
+	ClassDB::bind_static_method("SCMachineBase", D_METHOD("core_note_step", "body", "frame"), guarded<&note_step>("core_note_step"));
 }
 
 void SCMachineBase::bind_debugging() {

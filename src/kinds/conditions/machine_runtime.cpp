@@ -3,7 +3,7 @@
 #include "action/add_kind.hpp"
 #include "action/conditions.hpp"
 #include "action/machines.hpp"
-#include "action/native_names.hpp"
+#include "machine/native_names.hpp"
 #include "design/sc_machine_state.hpp"
 #include "kinds/conditions/machine.hpp"
 #include "machine/value_kinds.hpp"

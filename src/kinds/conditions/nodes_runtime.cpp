@@ -3,7 +3,7 @@
 #include "action/add_kind.hpp"
 #include "action/comparing.hpp"
 #include "action/conditions.hpp"
-#include "action/native_names.hpp"
+#include "machine/native_names.hpp"
 #include "action/property_paths.hpp"
 #include "kinds/conditions/nodes.hpp"
 

@@ -4,7 +4,7 @@
 
 #include "action/add_kind.hpp"
 #include "action/checked.hpp"
-#include "action/native_names.hpp"
+#include "machine/native_names.hpp"
 #include "action/settings_in_use.hpp"
 #include "action/values.hpp"
 #include "kinds/data/easing.hpp"

@@ -2,7 +2,7 @@
 // own random numbers, so that one seed holds for all of it.
 
 #include "action/add_kind.hpp"
-#include "action/native_names.hpp"
+#include "machine/native_names.hpp"
 #include "action/runtime_shapes.hpp"
 #include "action/settings_in_use.hpp"
 #include "action/values.hpp"

@@ -1,7 +1,7 @@
 // Compiled runtimes of the kinds that move a machine on, and of the one that reads what an event brought.
 
 #include "action/add_kind.hpp"
-#include "action/native_names.hpp"
+#include "machine/native_names.hpp"
 #include "action/own_value.hpp"
 #include "action/runtime_shapes.hpp"
 #include "action/shared_verbs.hpp"

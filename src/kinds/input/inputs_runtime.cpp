@@ -2,7 +2,7 @@
 
 #include "action/add_kind.hpp"
 #include "action/input_words.hpp"
-#include "action/native_names.hpp"
+#include "machine/native_names.hpp"
 #include "action/own_value.hpp"
 #include "action/runtime_shapes.hpp"
 #include "action/shared_verbs.hpp"

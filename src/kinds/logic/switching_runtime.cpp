@@ -1,7 +1,7 @@
 // Compiled runtimes of the kinds that look at what variables hold.
 
 #include "action/add_kind.hpp"
-#include "action/native_names.hpp"
+#include "machine/native_names.hpp"
 #include "action/runtime_shapes.hpp"
 #include "action/shared_verbs.hpp"
 #include "kinds/logic/switching.hpp"

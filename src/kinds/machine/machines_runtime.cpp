@@ -2,7 +2,7 @@
 
 #include "action/add_kind.hpp"
 #include "action/machines.hpp"
-#include "action/native_names.hpp"
+#include "machine/native_names.hpp"
 #include "action/runtime_shapes.hpp"
 #include "action/shared_verbs.hpp"
 #include "action/storing.hpp"

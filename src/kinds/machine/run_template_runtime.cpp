@@ -3,7 +3,7 @@
 
 #include "action/add_kind.hpp"
 #include "action/add_later.hpp"
-#include "action/native_names.hpp"
+#include "machine/native_names.hpp"
 #include "action/shared_verbs.hpp"
 #include "action/words.hpp"
 #include "kinds/machine/run_template.hpp"

@@ -1,7 +1,7 @@
 // The compiled runtime of Set Property.
 
 #include "action/add_kind.hpp"
-#include "action/native_names.hpp"
+#include "machine/native_names.hpp"
 #include "action/own_value.hpp"
 #include "action/property_paths.hpp"
 #include "action/runtime_shapes.hpp"

@@ -4,7 +4,7 @@
 #include "action/add_kind.hpp"
 #include "action/checked.hpp"
 #include "action/holders.hpp"
-#include "action/native_names.hpp"
+#include "machine/native_names.hpp"
 #include "action/runtime_shapes.hpp"
 #include "action/shared_verbs.hpp"
 

@@ -3,7 +3,7 @@
 #include "action/add_kind.hpp"
 #include "action/checked.hpp"
 #include "action/facing.hpp"
-#include "action/native_names.hpp"
+#include "machine/native_names.hpp"
 #include "action/runtime_shapes.hpp"
 #include "action/shared_verbs.hpp"
 #include "action/sides.hpp"

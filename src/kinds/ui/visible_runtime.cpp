@@ -4,7 +4,7 @@
 
 #include "action/add_kind.hpp"
 #include "action/native_calls.hpp"
-#include "action/native_names.hpp"
+#include "machine/native_names.hpp"
 #include "action/shared_verbs.hpp"
 #include "action/weak.hpp"
 #include "kinds/ui/visible.hpp"

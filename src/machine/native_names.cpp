@@ -1,4 +1,4 @@
-#include "action/native_names.hpp"
+#include "machine/native_names.hpp"
 
 #include <godot_cpp/templates/local_vector.hpp>
 
