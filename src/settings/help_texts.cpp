@@ -120,6 +120,13 @@ constexpr HelpText OPERATIONS[] = {
 	{ BASE, "rest_in_lane", "Lets an action sleep while its job runs in the fast lane." },
 	{ BASE, "is_resting", "Whether an action sleeps until something wakes it." },
 	{ BASE, "process_mode_changed", "Says that the machine, or a node above it, has been switched on or off." },
+	{ BASE, "move_character",
+			"Moves a character body as the Move Character action does: gravity, then one slide, with what other actions have left on the body. Set its velocity "
+			"first. In one physics frame a machine moves a body once, whoever asks. [param gravity] of 0 is the project's, [param fastest_fall] of 0 no bound, "
+			"in metres a second in 3D and pixels a second in 2D. True when it was moved, or handed to its navigation agent to be moved." },
+	{ BASE, "core_smooth_moved_in_physics", "Has a node that is moved in the physics frame drawn smoothly in between, in a project that leaves that off." },
+	{ BASE, "core_smoothing_switched_on", "Whether physics interpolation was switched on by this library and not by the project." },
+	{ BASE, "core_note_step", "Notes that a body was moved in this physics frame, for a script that moves one in a way of its own." },
 	{ BASE, "set_paused", "Holds the machine still, or lets it go on. Events that come meanwhile wait." },
 	{ BASE, "is_paused", "Whether it is being held still." },
 	{ BASE, "step_once", "Lets a machine that is held still do one frame." },

@@ -1,6 +1,7 @@
 extends SceneTree
 ## Plays the stories: [code]-s res://tests/framework/run.gd -- [--long] [--seed=N] [WORDS...][/code] runs the tests whose file
-## or name holds one of the words, all without words; [code]--file=PATH[/code] plays that file alone. Ends with "N passed, N failed", and with 1 when one failed.
+## or name holds one of the words, all without words; [code]--with=TEXT[/code] leaves out files without that text in them;
+## [code]--file=PATH[/code] plays that file alone. Ends with "N passed, N failed", and with 1 when one failed.
 ##
 ## While it runs, the lines that begin and end with the markers below enclose what the engine prints: complaints in
 ## between were either expected by a story or fail it.
@@ -13,6 +14,7 @@ const END: String = "== stories end"
 var _catcher: OutputCatcher = OutputCatcher.new()
 var _words: PackedStringArray = []
 var _file: String = ""
+var _text: String = ""
 var _passed: int = 0
 var _failed: int = 0
 
@@ -28,6 +30,8 @@ func _initialize() -> void:
 			released = true
 		elif argument.begins_with("--seed="):
 			only_seed = argument.trim_prefix("--seed=").to_int()
+		elif argument.begins_with("--with="):
+			_text = argument.trim_prefix("--with=")
 		elif argument.begins_with("--file="):
 			_file = argument.trim_prefix("--file=")
 		else:
@@ -76,6 +80,8 @@ func _collect(folder: String, paths: PackedStringArray) -> void:
 func _play_file(path: String) -> void:
 	var name := path.trim_prefix(STORIES + "/").trim_suffix(".gd")
 	var whole_file := _words.is_empty() or _holds_a_word(name)
+	if not _text.is_empty() and _text not in FileAccess.get_file_as_string(path):
+		return
 	# Reading the text is quicker than compiling a file that has nothing to play.
 	if not whole_file and not _holds_a_word(FileAccess.get_file_as_string(path)):
 		return
