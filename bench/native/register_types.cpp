@@ -1,3 +1,4 @@
+#include "bare_characters.hpp"
 #include "bare_lane.hpp"
 #include "bindings_node.hpp"
 #include "by_hand_node.h"
@@ -16,6 +17,7 @@ GDExtensionClassLibraryPtr own_library = nullptr;
 
 void initialize(ModuleInitializationLevel level) {
 	if (level == MODULE_INITIALIZATION_LEVEL_SCENE) {
+		GDREGISTER_CLASS(BenchBareCharacters);
 		GDREGISTER_CLASS(BenchBareLane);
 		GDREGISTER_CLASS(BenchBindingsNode);
 		GDREGISTER_CLASS(BenchEmptyCalls);

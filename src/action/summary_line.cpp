@@ -347,7 +347,7 @@ bool has_a_hole(const String &line) {
 // 1. Find, for each bound setting on its own, what its name would replace in the line.
 // 2. Put the names in from the end of the line to its start, so that places found before stay good;
 //    one that reaches into another already put in is left out.
-// 3. What found no place is listed behind.
+// 3. What found no place is listed behind, unless the kind itself has named it in its line.
 String with_variables(Object *object, const String &said) {
 	if (object == nullptr || said.is_empty()) {
 		return said;
@@ -357,6 +357,10 @@ String with_variables(Object *object, const String &said) {
 	LocalVector<Change> changes;
 	LocalVector<StringName> placed;
 	for (int64_t i = 0; i < settings.size(); i++) {
+		if (said.contains(in_brackets(behind[settings[i]]))) {
+			placed.push_back(settings[i]);
+			continue;
+		}
 		Change change;
 		change.setting = settings[i];
 		change.order = i + 1;

@@ -268,6 +268,10 @@ constexpr HelpText OPERATIONS[] = {
 	{ PARALLEL, "first_state", "The state that is entered first, null when there is none." },
 	{ PARALLEL, "contains", "Whether a state lies in this set." },
 	{ TRANSITION, "finished_event", "The event that is sent when every action of a state has finished." },
+	{ "SCMoveCharacterAction", "feels",
+			"The ready feels: for each value of Feel an array of five numbers, how many times faster it falls than it rises, its share of gravity at the top, and "
+			"its acceleration, its acceleration in the air and its fastest fall as multiples of the speed." },
+	{ "SCMoveCharacterAction", "the_top_lasts", "The share of a second's gravity below which a vertical speed counts as being around the top of a jump." },
 	{ VARIABLE, "is_number", "Whether it starts with a number, whole or not." },
 	{ VARIABLE, "holds_node", "Whether it is to hold a node: it starts with nothing and is not for a resource." },
 	{ VARIABLE, "starting_value_for", "What it starts with in a machine." },
@@ -289,6 +293,12 @@ constexpr HelpText CONSTANTS[] = {
 	{ BASE, "NOTHING", "It goes on when its node is carried out of the scene." },
 	{ BASE, "STOP", "It stops when its node is carried out of the scene." },
 	{ BASE, "START", "It starts anew when its node is carried out of the scene." },
+};
+
+// Of every kind that asks a character's senses.
+constexpr HelpText SENSES[] = {
+	{ "", "dealing_with", "The node that the action at this place of the state deals with: what its variable holds, or what the character's senses have found." },
+	{ "", "warn_dealing_with", "Tells the game maker, once, when the action at this place of the state can never have anything to deal with." },
 };
 
 // What a condition offers its scripts as an action does.
@@ -338,6 +348,11 @@ LocalVector<help_texts::Line> help_texts::operations_of(const StringName &class_
 					lines.push_back(line);
 				}
 			}
+		}
+	}
+	for (const HelpText &text : SENSES) {
+		if (ClassDB::class_has_method(class_name, text.member, true)) {
+			lines.push_back({ text.member, text.text });
 		}
 	}
 	return lines;

@@ -2,6 +2,7 @@
 
 #include "action/places.hpp"
 #include "action/shared_verbs.hpp"
+#include "action/weak.hpp"
 #include "character/body_keys.hpp"
 #include "character/body_notes.hpp"
 #include "character/facing_along.hpp"
@@ -86,6 +87,13 @@ Vector2 as_goal(NavigationAgent2D *, const Variant &goal) {
 Vector3 as_goal(NavigationAgent3D *, const Variant &goal) {
 	return places::as_vector3(goal);
 }
+// A way that was asked for before there was a mesh to measure on leads past the walker.
+bool is_lifted_anew(NavigationAgent2D *) {
+	return false;
+}
+bool is_lifted_anew(NavigationAgent3D *agent) {
+	return !agent->has_meta(BodyKeys::shared().height) && lift_of(agent) > 0.0f;
+}
 Vector2 lifted(NavigationAgent2D *, const Vector2 &goal) {
 	return goal;
 }
@@ -105,6 +113,9 @@ void give_goal(Agent *agent, const Variant &goal) {
 		const double moved = double(Vector(aim[1]).distance_to(wanted));
 		if (is_fresh && moved <= MAX(double(agent->get_path_desired_distance()) * SAME_WAY, LEAST_MOVE)) {
 			aim[0] = frame;
+			if (is_lifted_anew(agent)) {
+				agent->set_target_position(lifted(agent, as_goal(agent, aim[1])));
+			}
 			return;
 		}
 		aim[0] = frame;
@@ -115,9 +126,8 @@ void give_goal(Agent *agent, const Variant &goal) {
 	agent->set_target_position(lifted(agent, wanted));
 }
 
-// An agent that has finished asks for no other way by itself, though a door may have opened meanwhile.
 template <class Agent>
-void look_for_a_way_again(Agent *agent) {
+void ask_again(Agent *agent) {
 	const uint64_t frame = Engine::get_singleton()->get_physics_frames();
 	if ((frame + agent->get_instance_id()) % FRAMES_BETWEEN_TRIES == 0) {
 		agent->set_target_position(agent->get_target_position());
@@ -130,7 +140,7 @@ Variant next_of(Agent *agent, const Variant &goal) {
 	if (!agent->is_navigation_finished()) {
 		return agent->get_next_path_position();
 	}
-	look_for_a_way_again(agent);
+	ask_again(agent);
 	return goal;
 }
 
@@ -277,6 +287,14 @@ void send_agent(Node *agent, const Variant &goal) {
 	}
 }
 
+void look_for_a_way_again(Node *agent) {
+	if (NavigationAgent3D *agent_3d = Object::cast_to<NavigationAgent3D>(agent)) {
+		ask_again(agent_3d);
+	} else if (NavigationAgent2D *agent_2d = Object::cast_to<NavigationAgent2D>(agent)) {
+		ask_again(agent_2d);
+	}
+}
+
 Variant next_on_the_way(Node *body, const Variant &goal) {
 	Node *agent = body_notes::agent_of(body);
 	if (NavigationAgent3D *agent_3d = Object::cast_to<NavigationAgent3D>(agent)) {
@@ -332,7 +350,13 @@ bool steer(SCMachineBase *machine, Node *body, const Variant &goal, const Pace &
 		stand_still(machine, body, pace.falls, delta);
 		return true;
 	}
-	step_toward(machine, body, next_on_the_way(body, goal), left, pace, delta);
+	// The agent tells a game of what it comes by.
+	const StillHere here(machine);
+	const Weak<Node> walker(body);
+	const Variant aim = next_on_the_way(body, goal);
+	if (here && walker.get() != nullptr) {
+		step_toward(machine, body, aim, left, pace, delta);
+	}
 	return false;
 }
 

@@ -49,6 +49,9 @@ void face(Node *body, const Variant &direction, double turn_speed, double delta)
 
 // Where the agent under the body is to be sent next for this goal, the goal itself without an agent or when it has arrived.
 Variant next_on_the_way(Node *body, const Variant &goal);
+// For an agent that has finished away from its goal, called on each step: it asks for no other way by itself, though a door may
+// have opened meanwhile.
+void look_for_a_way_again(Node *agent);
 // The agent is given the goal, unless it has it already or one so near that the way would be the same.
 void send_agent(Node *agent, const Variant &goal);
 

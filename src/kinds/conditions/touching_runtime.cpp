@@ -4,54 +4,12 @@
 #include "action/add_kind.hpp"
 #include "action/conditions.hpp"
 #include "kinds/conditions/touching.hpp"
-
-#include <godot_cpp/classes/area2d.hpp>
-#include <godot_cpp/classes/area3d.hpp>
-#include <godot_cpp/classes/character_body2d.hpp>
-#include <godot_cpp/classes/character_body3d.hpp>
-#include <godot_cpp/classes/kinematic_collision2d.hpp>
-#include <godot_cpp/classes/kinematic_collision3d.hpp>
-#include <godot_cpp/classes/physics_direct_body_state2d.hpp>
-#include <godot_cpp/classes/physics_direct_body_state3d.hpp>
-#include <godot_cpp/classes/physics_server2d.hpp>
-#include <godot_cpp/classes/physics_server3d.hpp>
-#include <godot_cpp/classes/rigid_body2d.hpp>
-#include <godot_cpp/classes/rigid_body3d.hpp>
-#include <godot_cpp/core/math.hpp>
+#include "space/sides.hpp"
 
 namespace {
 
 using Kind = SCTouchingCondition;
 using Test = Kind::Test;
-
-// What the engine allows a floor beyond its own angle.
-constexpr double ANGLE_SLACK = 0.01;
-constexpr double RIGID_FLOOR_ANGLE = Math::PI / 4.0;
-
-struct In2D {
-	using Vector = Vector2;
-	using Area = Area2D;
-	using Character = CharacterBody2D;
-	using Rigid = RigidBody2D;
-	using Collision = KinematicCollision2D;
-	using Server = PhysicsServer2D;
-	using State = PhysicsDirectBodyState2D;
-	static Vector up() { return Vector2(0, -1); }
-	// How far below its feet a body that stands still looks for the floor.
-	static constexpr double LEAST_REACH = 1.0;
-};
-
-struct In3D {
-	using Vector = Vector3;
-	using Area = Area3D;
-	using Character = CharacterBody3D;
-	using Rigid = RigidBody3D;
-	using Collision = KinematicCollision3D;
-	using Server = PhysicsServer3D;
-	using State = PhysicsDirectBodyState3D;
-	static Vector up() { return Vector3(0, 1, 0); }
-	static constexpr double LEAST_REACH = 0.1;
-};
 
 class Touched {
 	StringName group;
@@ -81,26 +39,16 @@ public:
 	}
 };
 
-template <class Vector>
-Test surface_of(const Vector &normal, const Vector &up, double floor_angle) {
-	const double angle = std::acos(CLAMP(double(normal.dot(up)), -1.0, 1.0));
-	if (angle <= floor_angle + ANGLE_SLACK) {
-		return Test::THE_GROUND;
+Test test_of(surfaces::Surface surface) {
+	switch (surface) {
+		case surfaces::THE_GROUND:
+			return Test::THE_GROUND;
+		case surfaces::A_CEILING:
+			return Test::A_CEILING;
+		case surfaces::A_WALL:
+			break;
 	}
-	return angle >= Math::PI - floor_angle - ANGLE_SLACK ? Test::A_CEILING : Test::A_WALL;
-}
-
-template <class Each>
-void for_each_hit(const Ref<KinematicCollision2D> &collision, Each each) {
-	if (collision.is_valid()) {
-		each(collision->get_collider(), collision->get_normal());
-	}
-}
-template <class Each>
-void for_each_hit(const Ref<KinematicCollision3D> &collision, Each each) {
-	for (int i = 0; collision.is_valid() && i < collision->get_collision_count(); i++) {
-		each(collision->get_collider(i), collision->get_normal(i));
-	}
+	return Test::A_WALL;
 }
 
 template <class Side>
@@ -133,17 +81,15 @@ void find(typename Side::Character *body, Test test, Touched &touched) {
 		return;
 	}
 	const Vector up = body->get_up_direction();
-	const double floor_angle = body->get_floor_max_angle();
-	const bool floats = body->get_motion_mode() == Side::Character::MOTION_MODE_FLOATING;
 	bool named = false;
-	const auto hit = [&](Object *collider, const Vector &normal) {
-		if (test == Test::ANYTHING || (floats ? Test::A_WALL : surface_of(normal, up, floor_angle)) == test) {
+	const auto hit = [&](Object *collider, const Vector &normal, const Vector &) {
+		if (test == Test::ANYTHING || test_of(surfaces::of(body, normal)) == test) {
 			named = true;
 			touched.add(collider);
 		}
 	};
 	for (int i = 0; i < body->get_slide_collision_count(); i++) {
-		for_each_hit(body->get_slide_collision(i), hit);
+		collisions::for_each(body->get_slide_collision(i), hit);
 	}
 	// A body held to the floor by snapping has not hit it in its last move.
 	if (!named && body->is_on_floor() && (test == Test::ANYTHING || test == Test::THE_GROUND)) {
@@ -151,7 +97,7 @@ void find(typename Side::Character *body, Test test, Touched &touched) {
 		below.instantiate();
 		const double reach = MAX(double(body->get_floor_snap_length()), Side::LEAST_REACH);
 		if (body->test_move(body->get_global_transform(), up * real_t(-reach), below)) {
-			for_each_hit(below, hit);
+			collisions::for_each(below, hit);
 		}
 	}
 	// It stands so without anyone knowing on what: the engine's word is enough where the group does not matter.
@@ -166,14 +112,14 @@ void find(typename Side::Rigid *body, Test test, Touched &touched) {
 		touched.add_all(body->get_colliding_bodies());
 		return;
 	}
-	const typename Side::State *state = Side::Server::get_singleton()->body_get_direct_state(body->get_rid());
+	const typename Side::BodyState *state = Side::Server::get_singleton()->body_get_direct_state(body->get_rid());
 	if (state == nullptr) {
 		return;
 	}
 	const typename Side::Vector gravity = state->get_total_gravity();
 	const typename Side::Vector up = gravity.is_zero_approx() ? Side::up() : -gravity.normalized();
 	for (int i = 0; i < state->get_contact_count(); i++) {
-		if (surface_of(state->get_contact_local_normal(i), up, RIGID_FLOOR_ANGLE) == test) {
+		if (test_of(surfaces::of(state->get_contact_local_normal(i), up, surfaces::RIGID_FLOOR_ANGLE)) == test) {
 			touched.add(state->get_contact_collider_object(i));
 		}
 	}

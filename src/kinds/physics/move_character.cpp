@@ -69,7 +69,7 @@ void SCMoveCharacterAction::describe(KindTable<Self> &kind) {
 			.unless<&Self::heading, A_VELOCITY>();
 	kind.setting<&Self::speed_variable>("speed_variable", "Read the speed from this variable.").optional().unless<&Self::heading, A_VELOCITY>();
 	PropertyInfo feel = kind.enum_info<Feel>("feel");
-	feel.usage = PROPERTY_USAGE_EDITOR;
+	feel.usage = PROPERTY_USAGE_EDITOR | PROPERTY_USAGE_CLASS_IS_ENUM;
 	kind.property("feel", feel, &Self::set_feel, &Self::get_feel,
 			"Fills in how it starts, stops and falls from one of four ready feels, the speeds among them by the speed it has now, and goes back to Custom. "
 			"What "

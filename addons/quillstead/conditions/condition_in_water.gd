@@ -1,0 +1,2 @@
+extends SCInWaterCondition
+## True while someone is in the water, as deep as you choose.

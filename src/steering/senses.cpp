@@ -1,0 +1,108 @@
+#include "steering/senses.hpp"
+
+#include "machine/companion_scripts.hpp"
+#include "machine/native_names.hpp"
+
+#include <godot_cpp/classes/scene_tree.hpp>
+
+namespace senses {
+
+namespace {
+
+struct SenseNames {
+	StringName script = "senses";
+	StringName target = "target";
+	StringName can_see_target = "can_see_target";
+	StringName has_a_target = "has_a_target";
+	StringName has_lost_it = "has_lost_it";
+	StringName out_of_sight_for = "out_of_sight_for";
+	StringName look_now = "look_now";
+	StringName notice = "notice";
+	StringName hear = "hear";
+	StringName hearing_group = "quillstead_hearing";
+};
+
+const SenseNames &names() {
+	return NativeNames::of<SenseNames>();
+}
+
+} // namespace
+
+bool is_perception(const Node *node) {
+	const Ref<Script> wanted = CompanionScripts::script(names().script);
+	if (wanted.is_null() || node == nullptr) {
+		return false;
+	}
+	for (Ref<Script> script = node->get_script(); script.is_valid(); script = script->get_base_script()) {
+		if (script == wanted) {
+			return true;
+		}
+	}
+	return false;
+}
+
+Node *of(const Node *body) {
+	const int count = body != nullptr ? body->get_child_count() : 0;
+	for (int i = 0; i < count; i++) {
+		Node *child = body->get_child(i);
+		if (is_perception(child)) {
+			return child;
+		}
+	}
+	return nullptr;
+}
+
+Variant ask(Node *perception, const StringName &property) {
+	return perception != nullptr ? perception->get(property) : Variant();
+}
+
+Node *target_of(Node *perception) {
+	return Object::cast_to<Node>(ask(perception, names().target).get_validated_object());
+}
+
+bool can_see_target(Node *perception) {
+	return ask(perception, names().can_see_target).booleanize();
+}
+
+bool has_a_target(Node *perception) {
+	return perception != nullptr && perception->call(names().has_a_target).booleanize();
+}
+
+bool has_lost_it(Node *perception) {
+	return perception != nullptr && perception->call(names().has_lost_it).booleanize();
+}
+
+double out_of_sight_for(Node *perception) {
+	const Variant seconds = perception != nullptr ? perception->call(names().out_of_sight_for) : Variant();
+	return seconds.get_type() == Variant::FLOAT ? double(seconds) : -1.0;
+}
+
+void look_now(Node *perception) {
+	if (perception != nullptr) {
+		perception->call(names().look_now);
+	}
+}
+
+void notice(Node *perception, Node *target) {
+	if (perception != nullptr) {
+		perception->call(names().notice, target);
+	}
+}
+
+void hear(Node *perception, const Variant &place) {
+	if (perception != nullptr) {
+		perception->call(names().hear, place);
+	}
+}
+
+Array hearers(const Node *in_scene) {
+	return in_scene != nullptr && in_scene->is_inside_tree() ? Array(in_scene->get_tree()->get_nodes_in_group(names().hearing_group)) : Array();
+}
+
+String listed(const PackedStringArray &who) {
+	constexpr int64_t MOST = 3;
+	const String named = String(", ").join(who.slice(0, MIN(who.size(), MOST)));
+	return who.size() > MOST ? vformat("%s and others", named) : named;
+}
+
+} // namespace senses
