@@ -66,7 +66,8 @@ class Field:
 			var place := Vector3(3 * (i % IN_A_ROW), 0.5, 3 * floori(float(i) / IN_A_ROW)) if in_3d else Vector3(3 * i, 0.5, 0)
 			bodies.append(_solid(under, CharacterBody3D.new() if in_3d else CharacterBody2D.new(), place, Vector3.ONE, BODIES))
 		player = Node3D.new() if in_3d else Node2D.new()
-		player.set("position", at(Vector3(9000, 0.5, 0)))
+		# High up, so that no view of it leads along a row of bodies.
+		player.set("position", at(Vector3(9000, 4500, 0)))
 		under.add_child(player)
 		bare = ClassDB.instantiate(&"BenchBareCharacters")
 		bare.call(&"set_speed", far(SPEED))

@@ -111,7 +111,8 @@ void SCMachine::set_machine_template(const Ref<SCMachineTemplate> &given) {
 		update_configuration_warnings();
 	}
 #ifdef DEBUG_ENABLED
-	if (given.is_valid() && is_running()) {
+	template_waits = given.is_valid() && is_running();
+	if (template_waits) {
 		// Not at once: whoever changes it starts the machine anew in the next line, as a rule.
 		callable_mp(this, &SCMachine::tell_of_waiting_template).call_deferred();
 	}
@@ -119,8 +120,7 @@ void SCMachine::set_machine_template(const Ref<SCMachineTemplate> &given) {
 }
 
 void SCMachine::tell_of_waiting_template() {
-	const bool goes_by_another = machine_template.is_valid() && is_running() && started_with.ptr() != machine_template->reading().ptr();
-	if (goes_by_another) {
+	if (template_waits && machine_template.is_valid() && is_running()) {
 		MakerWarnings::once_for(this, "template while running",
 				vformat("Machine on %s was given another template while it runs, and goes on with the one it started with. Call start() to begin with the new "
 						"one.",

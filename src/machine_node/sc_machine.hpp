@@ -162,6 +162,8 @@ private:
 	mutable OnFirstUse<TypedArray<SCMachineVariable>> variables;
 	// What the machine was last started with, null without a template.
 	Held<TemplateReading> started_with;
+	// It was given another while it ran, and has not started since.
+	bool template_waits = false;
 	bool physics_tick = false;
 	bool debug_log = false;
 	ObjectID target_id;

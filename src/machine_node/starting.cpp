@@ -80,6 +80,7 @@ void SCMachine::start() {
 		states.forget();
 		variables.forget();
 		started_with = reading;
+		template_waits = false;
 		its_run.listen_for(reading->listening, reading->global_events);
 	} else {
 		const Array all = all_states();

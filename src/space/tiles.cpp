@@ -107,7 +107,8 @@ bool stands_in(SCMachineBase *machine, const Object *kind, const Grid *grid, con
 	const Variant inside = checked::is_sound(place) ? spaces::to_own(grid, place) : Variant();
 	if (!checked::is_sound(inside) || inside.get_type() == Variant::NIL) {
 		verbs::warn(machine, kind,
-				vformat("no cell of %s can be told for %s, as one of them is nowhere or has a size of 0, so nothing was done. Check their positions and scales.",
+				vformat("no cell of %s can be told for %s, as one of them is nowhere or has a size of 0, so nothing was done. Check their positions and "
+						"scales.",
 						grid->get_name(), node->get_name()));
 		return false;
 	}
@@ -187,8 +188,8 @@ bool is_square_grid(const TileMapLayer *layer) {
 	return CompanionScripts::call(names().script, names().is_square_grid, Array::make(layer->get_tile_set())).booleanize();
 }
 
-bool has_data_or_warn(SCMachineBase *machine, const Object *kind, const TileMapLayer *layer, const String &data_name, const char *instead,
-		const StringName &setting) {
+bool has_data_or_warn(
+		SCMachineBase *machine, const Object *kind, const TileMapLayer *layer, const String &data_name, const char *instead, const StringName &setting) {
 	if (layer->get_tile_set()->has_custom_data_layer_by_name(data_name)) {
 		return true;
 	}

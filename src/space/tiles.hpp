@@ -51,8 +51,8 @@ TypedArray<Vector2i> cells_of(const TileMapLayer *layer, const Array &list);
 bool is_square_grid(const TileMapLayer *layer);
 
 // False when the tile set has no custom data of this name, of which the game maker is told.
-bool has_data_or_warn(SCMachineBase *machine, const Object *kind, const TileMapLayer *layer, const String &data_name, const char *instead,
-		const StringName &setting);
+bool has_data_or_warn(
+		SCMachineBase *machine, const Object *kind, const TileMapLayer *layer, const String &data_name, const char *instead, const StringName &setting);
 // What the tile of a cell carries under this name, which the tile set must have. Nil without a tile.
 Variant data_at(const TileMapLayer *layer, const Vector2i &cell, const String &data_name);
 

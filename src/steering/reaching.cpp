@@ -110,8 +110,7 @@ bool is_reachable(NavigationAgent2D *agent) {
 bool is_reachable(NavigationAgent3D *agent) {
 	const bool ends_there = agent->is_target_reachable();
 	return !agent->get_current_navigation_path().is_empty() &&
-			(ends_there ||
-					is_near(agent->get_final_position(), agent->get_target_position(), agent->get_target_desired_distance(), double(lift_of(agent))));
+			(ends_there || is_near(agent->get_final_position(), agent->get_target_position(), agent->get_target_desired_distance(), double(lift_of(agent))));
 }
 
 bool is_reachable(const NavigationAgent2D *agent, const Vector2 &place) {

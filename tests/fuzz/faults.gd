@@ -24,6 +24,10 @@ const NAMES: Array[String] = [
 const NOBODY: StringName = Filling.NOBODY
 ## What no description tells: kinds for which a node that is not there is no fault, or none before a key is pressed.
 const MISSES_NO_NODE: Array[StringName] = [&"SCNodeCondition", &"SCEventOnInputAction"]
+## Kinds that miss the map that a node is to stand on before they look for the node.
+const ON_A_MAP: Array[StringName] = [
+	&"SCGetCellAction", &"SCSetCellAction", &"SCPaintTerrainAction", &"SCGridMapCellAction", &"SCGridPathAction", &"SCTileCondition",
+]
 ## Kinds that work with a node of any class, beside those that name a property, a signal or a machine of it.
 const TAKES_ANY_NODE: Array[StringName] = [
 	&"SCHasChildOfTypeCondition", &"SCIsChildOfCondition", &"SCNodeCondition", &"SCEventOnInputAction", &"SCSendEventAction",
@@ -223,7 +227,8 @@ func _plant_in_values(fault: String) -> Fault:
 			_plant(bare)
 			return _says([_palette(bare.get_class()) + " on"])
 		"a_path_to_nowhere":
-			return _plant_path(^"../Nowhere", func(kind: StringName, _path: String) -> bool: return kind in MISSES_NO_NODE)
+			return _plant_path(^"../Nowhere", func(kind: StringName, path: String) -> bool:
+				return kind in MISSES_NO_NODE or (kind in ON_A_MAP and path not in ["layer_path", "grid_path"]))
 		"a_path_to_a_node_of_the_wrong_class":
 			return _plant_path(^"../Plain", _takes_any_node)
 		"a_setting_that_reads_a_variable_of_the_wrong_type":

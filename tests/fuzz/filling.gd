@@ -16,6 +16,8 @@ const NOBODY: StringName = &"nobody"
 const ANSWERED: StringName = &"Answered"
 ## What the actions of a valid design send, so that it may arrive at once.
 const AHEAD: StringName = &"ahead"
+## Settings for the name of a variable that is to hold a node.
+const FOR_A_NODE: Array[StringName] = [&"target_variable", &"toward_variable", &"point_variable", &"to_node_variable", &"from_variable"]
 ## Sent from outside alone, or late.
 const EVENTS: Array[StringName] = [&"go", &"turn", &"back", &"alarm", &"FINISHED"]
 const PATHS: Array[NodePath] = [^"", ^"..", ^"../..", ^".", ^"../../Host0", ^"../../Host1"]
@@ -269,6 +271,9 @@ func _name_for(setting: String) -> StringName:
 	if setting.ends_with("_in") and well > 0:
 		declared[StringName("any %d of %s" % [well, setting])] = null
 		return StringName("any %d of %s" % [well, setting])
+	if setting in FOR_A_NODE and well > 0:
+		declared[StringName("node %d of %s" % [well, setting])] = null
+		return StringName("node %d of %s" % [well, setting])
 	if setting.ends_with("variable") or setting.ends_with("_in") or setting == "variable_name":
 		for like: StringName in [&"list", &"table"]:
 			if setting.begins_with(like) and dice.one_in(2):

@@ -24,7 +24,9 @@ static func paths(few: bool) -> Array[NodePath]:
 
 
 static func host(side: Dimension, few: bool) -> Node:
-	var made: Node = _of_side("Node*", side)
+	var made: Node = _of_side("CharacterBody*", side)
+	if side != Dimension.NONE:
+		_make_solid(made, side)
 	for path: String in NODES.keys().slice(0, FEW if few else NODES.size()):
 		var child := _of_side(NODES[path], side)
 		child.name = path.get_file()
@@ -33,9 +35,7 @@ static func host(side: Dimension, few: bool) -> Node:
 	if few or side == Dimension.NONE:
 		return made
 	for path: String in ["Area", "Body", "Rigid"]:
-		var shape := _of_side("CollisionShape*", side)
-		shape.set(&"shape", CircleShape2D.new() if side == Dimension.IN_2D else SphereShape3D.new() as Resource)
-		made.get_node(path).add_child(shape)
+		_give_shape(made.get_node(path), CircleShape2D.new() if side == Dimension.IN_2D else SphereShape3D.new() as Resource, side)
 	# Set free, it would fall out of the world as soon as a design makes time run fast.
 	made.get_node("Rigid").set(&"freeze", true)
 	var line: Resource = Curve2D.new() if side == Dimension.IN_2D else Curve3D.new() as Resource
@@ -46,6 +46,19 @@ static func host(side: Dimension, few: bool) -> Node:
 	library.add_animation(&"walk", Animation.new())
 	(made.get_node("Animations") as AnimationPlayer).add_animation_library(&"", library)
 	return made
+
+
+# It meets nobody: thousands of them stand in one place.
+static func _make_solid(body: Node, side: Dimension) -> void:
+	body.set(&"collision_layer", 0)
+	body.set(&"collision_mask", 0)
+	_give_shape(body, RectangleShape2D.new() if side == Dimension.IN_2D else BoxShape3D.new() as Resource, side)
+
+
+static func _give_shape(body: Node, of: Resource, side: Dimension) -> void:
+	var shape := _of_side("CollisionShape*", side)
+	shape.set(&"shape", of)
+	body.add_child(shape)
 
 
 static func _of_side(name: String, side: Dimension) -> Node:

@@ -188,6 +188,17 @@ func test_what_is_set_up_wrong_is_told() -> void:
 			hero.free()
 
 
+func test_what_has_no_place_is_told() -> void:
+	for made: Resource in [chase(), flee(), kind(SCKeepApartAction, {"crowd_group": &"crowd"})]:
+		var thing := add(Node.new(), "Thing")
+		await expect_warns_in_physics(made, "a 2D or 3D node", {"under": thing, "variables": {"prey": null}})
+		thing.free()
+	var owner := after(character(0.0, 20.0), add(Node.new(), "Thing"), [chase()])
+	await physics_frames(3)
+	expect_warning("Thing is a Node, which has no place in the world, so it cannot stand for one.")
+	expect_state(owner, "Walk")
+
+
 func test_odd_targets_and_bodies_harm_nobody() -> void:
 	await on_both_sides(func() -> void:
 		ground()

@@ -56,7 +56,8 @@ func test_it_walks_round_the_wall_cell_by_cell() -> void:
 	layer.position = Vector2(100, 50)
 	layer.scale = Vector2(2, 2)
 	var hero := unit(layer, Vector2i(2, 0))
-	var owner := play(kind(SCGridPathAction, {"to_cell": Vector2i(2, 2), "cells_per_second": 10.0, "store_path_in": &"way"}), {"FINISHED": "Done"}, {"under": hero, "variables": {"way": []}})
+	var walk := kind(SCGridPathAction, {"to_cell": Vector2i(2, 2), "cells_per_second": 10.0, "store_path_in": &"way"})
+	var owner := play(walk, {"FINISHED": "Done"}, {"under": hero, "variables": {"way": []}})
 	expect_state(owner, "Work")
 	var way: Array = owner.get_value(&"way")
 	expect_equal(way.size(), 7)
@@ -117,7 +118,8 @@ func test_no_way_is_told_or_sent() -> void:
 	var going := {"to_cell": Vector2i(2, 0), "layer_path": ^"../../Board"}
 	var owner := play(kind(SCGridPathAction, going.merged({"no_path_event": &"stuck"})), {"FINISHED": "Done", "stuck": "Stuck"}, {"under": hero})
 	expect_state(owner, "Stuck")
-	expect_warns(kind(SCGridPathAction, going), "there is no way from cell (0, 0) to cell (2, 0) on Board: set No Path Event to hear of it and choose what to do instead.", {"under": hero})
+	var sentence := "Grid Path on Teller: there is no way from cell (0, 0) to cell (2, 0) on Board: set No Path Event to hear of it and choose what to do"
+	expect_warns(kind(SCGridPathAction, going), sentence, {"under": hero, "name": "Teller"})
 	hero.position = layer.map_to_local(Vector2i(1, 0))
 	layer.set_cell(Vector2i(0, 0))
 	layer.set_cell(Vector2i(2, 0))
@@ -168,7 +170,7 @@ func test_those_who_are_gone_or_called_away_harm_nobody() -> void:
 	await expect_later(last, 0.5, "Done")
 
 
-func test_a_large_map_costs_what_the_engine_takes() -> void:
+func test_the_way_over_a_large_map_is_the_engine_s() -> void:
 	var layer := TileMapLayer.new()
 	layer.tile_set = tile_set()
 	for y in 256:

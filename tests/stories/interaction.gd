@@ -258,18 +258,21 @@ func test_what_is_set_up_wrong_is_told() -> void:
 	stone.add_to_group(&"usable")
 	var made := player({"input_action": "Key: E"})
 	await frames(3)
-	expect_warning("Interaction on Machine: Stone is in usable but has no machine, so pressing Key: E cannot tell it it was used. Give it a machine with a way out on USED.")
+	expect_warning("Interaction on Machine: Stone is in usable but has no machine, so pressing Key: E cannot tell it it was used. "
+		+ "Give it a machine with a way out on USED.")
 	expect_equal(stone.get_child_count(), 1)
 	made.get_parent().free()
 	stone.free()
 	for row: Array in [
 		[{"usable_group": &""}, "nothing is picked under Usable Group, so there is nothing to use. Pick the things that can be used, such as the chests."],
-		[{"prompt_path": ^"../Nobody"}, "there is no Label at Prompt to show the prompt in. Pick a Label, or leave Prompt empty for words floating over what is in reach."],
+		[{"prompt_path": ^"../Nobody"}, "there is no Label at Prompt to show the prompt in. "
+			+ "Pick a Label, or leave Prompt empty for words floating over what is in reach."],
 		[{"input_action": &"jmup"}, "nothing is called \"jmup\", so nothing can be used."],
 		[{"used_event": &""}, "it has no event to send, so nothing can be used. Type one under Used Event."],
 	]:
 		await expect_warns_in_physics(use(row[0]), row[1], {"under": spot(0.0, 0.0)})
-	await expect_warns_in_physics(use(), "Interaction on Machine needs a 2D or 3D character to reach from, and Menu is neither.", {"under": add(Node.new(), "Menu")})
+	await expect_warns_in_physics(
+		use(), "Interaction on Machine needs a 2D or 3D character to reach from, and Menu is neither.", {"under": add(Node.new(), "Menu")})
 
 
 func test_two_hundred_things_ask_for_nothing() -> void:

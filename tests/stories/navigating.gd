@@ -71,7 +71,8 @@ func flag(square: Vector2i, name: String = "Flag") -> Node:
 
 
 func go(settings: Dictionary = {}) -> Resource:
-	return kind(SCNavigateToAction, {"falls": false, "speed": far(8.0), "to_node_path": ^"../../Flag", "arrived_event": &"there", "no_path_event": &"stuck"}.merged(settings, true))
+	var usual := {"falls": false, "speed": far(8.0), "to_node_path": ^"../../Flag", "arrived_event": &"there", "no_path_event": &"stuck"}
+	return kind(SCNavigateToAction, usual.merged(settings, true))
 
 
 func away(walker: Node, square: Vector2i) -> float:
@@ -105,7 +106,8 @@ func test_a_place_a_variable_or_a_node_in_one() -> void:
 		var near := flag(Vector2i(0, 1))
 		var ways := [
 			[{"to": goal}, {}], [{"to_variable": &"place"}, {"place": goal}], [{"to_variable": &"place"}, {"place": near}],
-			[{"to_node_path": ^"../../Flag", "to": spot_in(Vector2i(2, 0))}, {}], [{"to_node_variable": &"node", "to_node_path": ^"../../Nobody"}, {"node": near}],
+			[{"to_node_path": ^"../../Flag", "to": spot_in(Vector2i(2, 0))}, {}],
+			[{"to_node_variable": &"node", "to_node_path": ^"../../Nobody"}, {"node": near}],
 		]
 		for way: Array in ways:
 			var walker := hiker()
@@ -148,7 +150,7 @@ func test_a_mesh_that_comes_late_is_no_wall() -> void:
 		await physics_frames(8)
 		ground_of([Vector2i(0, 0), Vector2i(1, 0)])
 		# Frames here are far shorter than the threads that build it reckon with.
-		for i in 600:
+		for i in 1500:
 			if current(owner) == &"Work":
 				await physics_frames(1)
 		expect_state(owner, "Done")
@@ -193,8 +195,11 @@ func test_what_is_set_up_wrong_is_told() -> void:
 		var other: Node = body("Other") if in_3d else body_3d("Other")
 		var rows := [
 			[{"body_path": ^"../Nobody"}, "there is no body at Body to walk. Pick one, or leave it empty for Self."],
-			[{"body_path": ^"../../Flag"}, "Flag has no NavigationAgent2D or NavigationAgent3D under it to find the way, so it does not move. Add one under it"],
-			[{"agent_path": ^"../../Flag"}, "Agent does not point at a NavigationAgent2D or NavigationAgent3D, so it cannot find a way. Pick the agent, or leave Agent empty to use the one under Hiker."],
+			[{"body_path": ^"../../Flag"}, "Flag has no NavigationAgent2D or NavigationAgent3D under it to find the way, so it does not move."],
+			[
+				{"agent_path": ^"../../Flag"},
+				"so it cannot find a way. Pick the agent, or leave Agent empty to use the one under Hiker.",
+			],
 			[{"to_node_variable": &"prey"}, "To Node Variable prey holds no node to go to (it may have been removed), so it stands still."],
 			[{"to_node_path": ^"../../Other"}, "where places mean something else, so it stands still."],
 			[{"to_node_path": ^"", "to": "there"}, "To holds a String, which is no place"],
@@ -240,7 +245,8 @@ func test_places_on_the_mesh() -> void:
 		var walker := hiker()
 		var far_off: Variant = spot_in(Vector2i(6, 0))
 		var picks := func(settings: Dictionary) -> Variant:
-			var made := play(kind(SCGetNavigationPointAction, settings.merged({"nothing_event": &"none"})), {"FINISHED": "Done", "none": "None"}, {"under": walker, "variables": {"somewhere": null}})
+			var picking := kind(SCGetNavigationPointAction, settings.merged({"nothing_event": &"none"}))
+			var made := play(picking, {"FINISHED": "Done", "none": "None"}, {"under": walker, "variables": {"somewhere": null}})
 			await frames(10)
 			var found: Variant = made.get_value(&"somewhere") if current(made) == &"Done" else null
 			made.free()
@@ -251,7 +257,8 @@ func test_places_on_the_mesh() -> void:
 			expect(_stands_in(place, YARD), "%s is not on the ground that it can walk to" % place)
 			place = await picks.call({"within": far(100.0)})
 			expect(_stands_in(place, YARD), "%s is on the island" % place)
-		expect_near(await picks.call({"pick": SCGetNavigationPointAction.THE_NEAREST_SPOT, "near": far_off}), corner(Vector2i(5, 0)) + (spot_in(Vector2i(0, 0)) - corner(Vector2i(0, 0))) * _down(), 0.01)
+		var edge: Variant = corner(Vector2i(5, 0)) + (spot_in(Vector2i(0, 0)) - corner(Vector2i(0, 0))) * _down()
+		expect_near(await picks.call({"pick": SCGetNavigationPointAction.THE_NEAREST_SPOT, "near": far_off}), edge, 0.01)
 		expect_near(await picks.call({"pick": SCGetNavigationPointAction.THE_NEAREST_SPOT, "near": far_off * 0.0}), spot_in(Vector2i(0, 0)), 0.01, "none given")
 		expect(_stands_in(await picks.call({"near": spot_in(Vector2i(4, 0)), "within": far(1.0)}), [Vector2i(4, 0)]), "near another place")
 		expect_equal(await picks.call({"near": far_off, "within": far(1.0)}), null))
@@ -269,7 +276,8 @@ func _stands_in(place: Variant, squares: Array) -> bool:
 func test_where_there_is_no_mesh() -> void:
 	await on_both_sides(func() -> void:
 		var walker := hiker()
-		var owner := play(kind(SCGetNavigationPointAction, {"nothing_event": &"none"}), {"FINISHED": "Done", "none": "None"}, {"under": walker, "variables": {"somewhere": 5}})
+		var picking := kind(SCGetNavigationPointAction, {"nothing_event": &"none"})
+		var owner := play(picking, {"FINISHED": "Done", "none": "None"}, {"under": walker, "variables": {"somewhere": 5}})
 		expect_state(owner, "None")
 		expect_values(owner, {"somewhere": 5})
 		flag(Vector2i(1, 0))
@@ -277,9 +285,13 @@ func test_where_there_is_no_mesh() -> void:
 		owner = play(go(), {"FINISHED": "Done", "stuck": "Stuck"}, {"under": walker})
 		await physics_frames(30)
 		expect_events(owner, ["stuck"])
-		expect_warns(kind(SCGetNavigationPointAction, {"store_in": &""}), "Store In is empty, so the place it picks has nowhere to go. Name a variable there.", {"under": walker})
-		expect_warns(kind(SCGetNavigationPointAction, {"from_path": ^"../Nobody"}), "there is no node at From, so there is no navigation map to pick from.", {"under": walker})
-		expect_warns(kind(SCGetNavigationPointAction, {"from_path": ^"../Agent"}), "which has no place in the world, so there is no navigation map", {"under": walker}))
+		var rows := {
+			"Store In is empty, so the place it picks has nowhere to go. Name a variable there.": {"store_in": &""},
+			"there is no node at From, so there is no navigation map to pick from.": {"from_path": ^"../Nobody"},
+			"which has no place in the world, so there is no navigation map": {"from_path": ^"../Agent"},
+		}
+		for text: String in rows:
+			expect_warns(kind(SCGetNavigationPointAction, rows[text]), text, {"under": walker}))
 
 
 func test_asking_whether_it_can_get_there() -> void:
@@ -304,7 +316,8 @@ func test_asking_whether_it_can_get_there() -> void:
 		expect_answers(owner, [[kind(SCNavigationReachableCondition), false]])
 		walker.get_node(^"Agent").set(&"target_position", spot_in(Vector2i(2, 2)))
 		expect_answers(owner, [[kind(SCNavigationReachableCondition), true], [kind(SCNavigationReachableCondition, {"it_has_arrived": true}), false]])
-		expect_warns(kind(SCNavigationReachableCondition, {"agent_path": ^"../../Flag"}), "Flag has no NavigationAgent2D or NavigationAgent3D under it", {"under": walker})
+		var nobody := kind(SCNavigationReachableCondition, {"agent_path": ^"../../Flag"})
+		expect_warns(nobody, "Flag has no NavigationAgent2D or NavigationAgent3D under it", {"under": walker})
 		expect_warns(kind(SCNavigationReachableCondition, {"to_node_path": ^"../Nobody"}), "there is no node at ../Nobody", {"under": walker})
 		expect_warns(kind(SCNavigationReachableCondition, {"to": "far"}), "To holds a String", {"under": walker}))
 

@@ -31,8 +31,8 @@ func test_the_ground_under_a_foot_in_the_first_frame_of_its_scene() -> void:
 	await on_both_sides(func() -> void:
 		var eye := spot(0.0, 3.0, "Eye")
 		var owner := start(machine([
-			state("Look", [_ray({"store_place_in": &"place", "store_distance_in": &"distance", "store_normal_in": &"normal", "hit_event": &"ground", "nothing_event": &"air"})],
-				{"ground": "Stand", "air": "Fall"}), state("Stand"), state("Fall")],
+			state("Look", [_ray({"store_place_in": &"place", "store_distance_in": &"distance", "store_normal_in": &"normal", "hit_event": &"ground",
+				"nothing_event": &"air"})], {"ground": "Stand", "air": "Fall"}), state("Stand"), state("Fall")],
 			{"under": eye, "variables": {"place": null, "distance": 0.0, "normal": null}}))
 		# Nothing of this has a place in the physics yet.
 		var floor_below := block(0.0, 50.0, 20.0, 2.0, "Floor")
@@ -175,7 +175,8 @@ func test_what_is_set_up_wrong_is_told() -> void:
 		[{"aim": SCRaycastAction.TOWARD_A_NODE, "toward_path": ^"../../Deep"}, "where places mean something else, so nothing was looked for."],
 	]:
 		for of: Variant in [SCRaycastAction, SCRaycastAllAction]:
-			var owner := play(_ray((row[0] as Dictionary).merged({"nothing_event": &"nothing"}), of), {"nothing": "Away"}, {"under": hero, "variables": {"word": "x"}})
+			var looks := _ray((row[0] as Dictionary).merged({"nothing_event": &"nothing"}), of)
+			var owner := play(looks, {"nothing": "Away"}, {"under": hero, "variables": {"word": "x"}})
 			await physics_frames(3)
 			expect_warning(row[1])
 			expect_state(owner, "Away")
@@ -187,8 +188,8 @@ func test_what_is_gone_harms_nobody() -> void:
 		var eye := spot(0.0, 0.0, "Eye")
 		var goal := spot(3.0, 0.0, "Goal")
 		block(2.0, 0.0, 1.0, 1.0, "Wall")
-		var owner := play(_ray({"aim": SCRaycastAction.TOWARD_A_NODE, "toward_variable": &"goal", "run_mode": 1, "hit_event": &"hit", "nothing_event": &"nothing"}), {},
-			{"under": eye, "variables": {"goal": goal}})
+		var looks := _ray({"aim": SCRaycastAction.TOWARD_A_NODE, "toward_variable": &"goal", "run_mode": 1, "hit_event": &"hit", "nothing_event": &"nothing"})
+		var owner := play(looks, {}, {"under": eye, "variables": {"goal": goal}})
 		await physics_frames(3)
 		expect_events(owner, ["hit"])
 		goal.free()

@@ -96,7 +96,8 @@ func test_it_tells_only_of_changes() -> void:
 	await on_both_sides(func() -> void:
 		var mine := spot(0.0, 0.0, "Mine")
 		var people: Array[Node] = [block(9.0, 0.0, 0.5, 0.5, "Ann"), block(9.0, 3.0, 0.5, 0.5, "Bob")]
-		var owner := play(_cast({"run_mode": 1, "hit_event": &"some", "nothing_event": &"none", "store_list_in": &"who"}), {}, {"under": mine, "variables": {"who": []}})
+		var feels := _cast({"run_mode": 1, "hit_event": &"some", "nothing_event": &"none", "store_list_in": &"who"})
+		var owner := play(feels, {}, {"under": mine, "variables": {"who": []}})
 		for row: Array in [[[], ["none"]], [[0], ["some"]], [[0], []], [[0, 1], ["some"]], [[1], ["some"]], [[], ["none"]]]:
 			for i in 2:
 				people[i].set(&"position", at(0.5 * i if i in row[0] else 9.0, 0.3))

@@ -77,9 +77,11 @@ func test_a_walker_learns_what_it_stands_on() -> void:
 	var look := {"data_name": "ground", "store_in": &"ground", "store_has_tile_in": &"there", "store_cell_in": &"cell"}
 	var rows := [[Vector2i(0, 0), "grass", true], [Vector2i(1, 0), "ice", true], [Vector2i(2, 0), "nothing yet", false]]
 	for row: Array in rows:
-		var held := results_of(kind(SCGetCellAction, look.merged({"cell_offset": row[0]})), {"ground": "nothing yet", "there": null, "cell": null}, {"under": hero})
+		var variables := {"ground": "nothing yet", "there": null, "cell": null}
+		var held := results_of(kind(SCGetCellAction, look.merged({"cell_offset": row[0]})), variables, {"under": hero})
 		expect_equal([held[&"cell"], held[&"ground"], held[&"there"]], row)
-	var owner := play(kind(SCGetCellAction, {"found_event": &"full", "empty_event": &"bare", "cell_offset": Vector2i(0, 1)}), {"full": "Full", "bare": "Bare"}, {"under": hero})
+	var below := kind(SCGetCellAction, {"found_event": &"full", "empty_event": &"bare", "cell_offset": Vector2i(0, 1)})
+	var owner := play(below, {"full": "Full", "bare": "Bare"}, {"under": hero})
 	expect_state(owner, "Bare")
 	hero.position.x = NAN
 	expect_warns(kind(SCGetCellAction), "no cell of Map can be told for Walker", {"under": hero})
@@ -90,7 +92,8 @@ func test_tiles_are_put_down_and_taken_away() -> void:
 	var hero := walker(layer, Vector2i(0, 0))
 	play(kind(SCSetCellAction, {"tile_in_the_sheet": ICE}), {"FINISHED": "Done"}, {"under": hero})
 	expect_equal(layer.get_cell_atlas_coords(Vector2i(0, 0)), ICE)
-	play(kind(SCSetCellAction, {"tile_in_the_sheet": GRASS, "cell_offset": Vector2i(-3, 2), "alternative": TileSetAtlasSource.TRANSFORM_FLIP_H}), {"FINISHED": "Done"}, {"under": hero})
+	var mirrored := {"tile_in_the_sheet": GRASS, "cell_offset": Vector2i(-3, 2), "alternative": TileSetAtlasSource.TRANSFORM_FLIP_H}
+	play(kind(SCSetCellAction, mirrored), {"FINISHED": "Done"}, {"under": hero})
 	expect(layer.is_cell_flipped_h(Vector2i(-3, 2)))
 	play(kind(SCSetCellAction, {"erase": true, "at_node_path": ^"../../Walker"}), {"FINISHED": "Done"}, {"under": layer})
 	expect_equal(layer.get_cell_source_id(Vector2i(0, 0)), -1)
@@ -140,7 +143,8 @@ func test_what_cannot_be_painted_is_told() -> void:
 		"2 of the 3 entries of Cells mean no cell": {"at": SCPaintTerrainAction.CELLS, "cells": ["here", null, "0, 0"]},
 		"has no terrain set 1, so nothing was painted": {"terrain_set": 1},
 		"terrain set 0 of Map's tile set has no terrain 4": {"terrain": 4},
-		"cell (0, 0) and cell (5, 0), which follow each other": {"at": SCPaintTerrainAction.CELLS, "mode": SCPaintTerrainAction.PATH, "cells": [Vector2i(), Vector2i(5, 0)]},
+		"cell (0, 0) and cell (5, 0), which follow each other":
+		{"at": SCPaintTerrainAction.CELLS, "mode": SCPaintTerrainAction.PATH, "cells": [Vector2i(), Vector2i(5, 0)]},
 		"there is no node at ../Nobody, so nothing was painted. Pick one under Layer Path.": {"layer_path": ^"../Nobody"},
 		"Walker is no TileMapLayer with a tile set": {"layer_path": ^".."},
 	}
@@ -170,7 +174,8 @@ func test_asking_about_a_tile() -> void:
 		[kind(SCTileCondition, {"test": SCTileCondition.IS_FALSE, "data_name": "slip", "at_node_path": ^"../../Map", "cell_offset": Vector2i(0, 0)}), true],
 	])
 	expect_warns(kind(SCTileCondition, {"test": SCTileCondition.IS_TRUE}), "Data Name is empty, so the answer is no", {"under": owner.get_parent()})
-	expect_warns(kind(SCTileCondition, {"test": SCTileCondition.IS_TRUE, "data_name": "x"}), "no custom data called x, so the answer is no", {"under": owner.get_parent()})
+	var unknown := kind(SCTileCondition, {"test": SCTileCondition.IS_TRUE, "data_name": "x"})
+	expect_warns(unknown, "no custom data called x, so the answer is no", {"under": owner.get_parent()})
 	expect_lines(SCTileCondition, {
 		"there is a tile under it": {},
 		"the ground of the tile under Rat is ice": {"at_node_path": ^"../Rat", "test": SCTileCondition.EQUALS, "data_name": "ground", "value": "ice"},
@@ -190,7 +195,8 @@ func test_pieces_are_put_looked_at_and_taken() -> void:
 	var under := {"under": hero, "variables": {"name": null, "there": null}}
 	var put := kind(SCGridMapCellAction, {"piece": 3, "turn": SCGridMapCellAction.ROTATE_90, "cell_offset": Vector3i(1, 0, 0)})
 	var get_it := kind(SCGridMapCellAction, {
-		"change": SCGridMapCellAction.GET, "cell_offset": Vector3i(1, 0, 0), "store_name_in": &"name", "store_has_piece_in": &"there", "found_event": &"full", "empty_event": &"bare",
+		"change": SCGridMapCellAction.GET, "cell_offset": Vector3i(1, 0, 0), "store_name_in": &"name", "store_has_piece_in": &"there",
+		"found_event": &"full", "empty_event": &"bare",
 	})
 	var clear := kind(SCGridMapCellAction, {"change": SCGridMapCellAction.CLEAR, "cell_offset": Vector3i(1, 0, 0)})
 	var owner := play([put, get_it.duplicate(), clear, get_it], {}, under)

@@ -132,9 +132,11 @@ func test_places_lie_on_the_mesh_and_within_the_radius() -> void:
 
 func test_what_is_set_up_wrong_is_told() -> void:
 	await expect_warns_in_physics(
-		wander({"home_path": ^"../Nobody"}), "Wander on Machine: the node named in Home was not found, so there is nowhere to wander", {"under": character()})
+		wander({"home_path": ^"../Nobody"}),
+		["there is no node at ../Nobody", "Wander on Machine: the node named in Home was not found, so there is nowhere to wander around"], {"under": character()})
 	await expect_warns_in_physics(
-		wander({"body_path": ^"../Nobody"}), "there is no body to wander around, so there is nowhere to wander around and the character stands still.")
+		wander({"body_path": ^"../Nobody"}),
+		["there is no node at ../Nobody", "there is no body to wander around, so there is nowhere to wander around and the character stands still."])
 	var hero := character(0.0, 20.0)
 	for odd: Dictionary in [{"radius": NAN}, {"radius": INF}, {"arrive_within": NAN}, {"pause_for": -1.0}]:
 		var owner := walk(hero, [wander(odd.merged({"falls": false}))])

@@ -4,6 +4,8 @@
 #include "machine/native_names.hpp"
 
 #include <godot_cpp/classes/engine.hpp>
+#include <godot_cpp/classes/node2d.hpp>
+#include <godot_cpp/classes/node3d.hpp>
 #include <godot_cpp/classes/scene_tree.hpp>
 #include <godot_cpp/templates/local_vector.hpp>
 #include <godot_cpp/variant/typed_array.hpp>
@@ -15,145 +17,174 @@ namespace crowd_grid {
 namespace {
 
 constexpr double SMALLEST_CELL = 0.001;
-constexpr uint64_t ROW_OF_CELLS = 1000003;
 // Farther out nothing is near anything within the engine's numbers.
 constexpr double FARTHEST_CELL = 1.0e12;
 constexpr uint32_t MOST_GRIDS = 16;
-constexpr uint32_t LEAST_SLOTS = 64;
-constexpr int32_t NOBODY = -1;
+constexpr uint32_t LEAST_BUCKETS = 64;
+
+struct Spot {
+	real_t x = 0.0f;
+	real_t y = 0.0f;
+
+	bool is_finite() const { return std::isfinite(x) && std::isfinite(y); }
+};
+
+// Of a node within the tree and of that side.
+Spot spot_of(const Node *node, spots::Side side) {
+	if (side == spots::IN_2D) {
+		const Vector2 place = static_cast<const Node2D *>(node)->get_global_position();
+		return { place.x, place.y };
+	}
+	const Vector3 place = static_cast<const Node3D *>(node)->get_global_position();
+	return { place.x, place.z };
+}
 
 struct Cell {
 	int64_t x = 0;
 	int64_t y = 0;
-
-	uint64_t key() const { return uint64_t(x) * ROW_OF_CELLS + uint64_t(y); }
 };
 
-struct Member {
-	double x = 0.0;
-	double y = 0.0;
-	uint64_t id = 0;
-	spots::Side side = spots::NOWHERE;
-	// The next in its cell.
-	int32_t next = NOBODY;
-};
-
-// False for a node that is nowhere.
-bool place_of(const Node *node, Member &member) {
-	member.side = spots::side_of(node);
-	Vector3 spot;
-	if (member.side == spots::NOWHERE || !spots::read(node, member.side, spot) || !spot.is_finite()) {
+bool find_cell(const Spot &spot, double width, Cell &found) {
+	const double x = std::floor(double(spot.x) / width);
+	const double y = std::floor(double(spot.y) / width);
+	// Also false for what is no number.
+	if (!(std::abs(x) < FARTHEST_CELL && std::abs(y) < FARTHEST_CELL)) {
 		return false;
 	}
-	member.id = node->get_instance_id();
-	member.x = double(spot.x);
-	member.y = double(member.side == spots::IN_2D ? spot.y : spot.z);
+	found.x = int64_t(x);
+	found.y = int64_t(y);
 	return true;
 }
 
-// A table by cell, of which nothing is cleared from one frame to the next: what an earlier frame left has an earlier stamp.
-class CellTable {
-	struct Slot {
-		uint64_t key = 0;
-		uint32_t stamp = 0;
-		int32_t head = NOBODY;
-	};
-	LocalVector<Slot> slots;
-	uint32_t stamp = 0;
-
-	uint32_t place_of(uint64_t key) const {
-		const uint32_t mask = slots.size() - 1;
-		uint32_t at = uint32_t((key * 0x9E3779B97F4A7C15ull) >> 32) & mask;
-		while (slots[at].stamp == stamp && slots[at].key != key) {
-			at = (at + 1) & mask;
-		}
-		return at;
-	}
+// Which bucket a cell's members are in. Cells above one another have buckets side by side, and the columns begin by the golden ratio
+// apart, so that those of one crowd hardly ever share any, and the nine cells about a place never do. Those that do share one are
+// far from each other.
+class Buckets {
+	static constexpr double GOLDEN = 0.6180339887498949;
+	uint64_t mask = LEAST_BUCKETS - 1;
+	uint64_t column = 0;
 
 public:
-	void begin(uint32_t members) {
-		uint32_t wanted = LEAST_SLOTS;
-		while (wanted < members * 2) {
+	void fit(uint32_t members) {
+		uint64_t wanted = LEAST_BUCKETS;
+		while (wanted < uint64_t(members) * 2) {
 			wanted *= 2;
 		}
-		stamp++;
-		if (slots.size() < wanted || stamp == 0) {
-			slots.clear();
-			slots.resize(wanted);
-			stamp = 1;
-		}
+		mask = wanted - 1;
+		column = uint64_t(double(wanted) * GOLDEN) | 1;
 	}
-	int32_t first_in(uint64_t key) const {
-		const Slot &slot = slots[place_of(key)];
-		return slot.stamp == stamp ? slot.head : NOBODY;
-	}
-	// Answers who was first before.
-	int32_t put_first(uint64_t key, int32_t member) {
-		Slot &slot = slots[place_of(key)];
-		const int32_t before = slot.stamp == stamp ? slot.head : NOBODY;
-		slot.key = key;
-		slot.stamp = stamp;
-		slot.head = member;
-		return before;
-	}
+	uint32_t count() const { return uint32_t(mask + 1); }
+	uint32_t of(int64_t x, int64_t y) const { return uint32_t((uint64_t(x) * column + uint64_t(y)) & mask); }
 };
 
 class CrowdGrid {
+	struct Member {
+		uint64_t id = 0;
+		// The class of a node never changes.
+		spots::Side side = spots::NOWHERE;
+	};
+	struct Standing {
+		Spot spot;
+		uint64_t id = 0;
+	};
+
+	// Everybody in the group, in its order.
+	LocalVector<Member> members;
+	int64_t node_count = -1;
+	// Those of this side that stand somewhere, and the bucket that each belongs in.
+	LocalVector<Standing> found;
+	LocalVector<uint32_t> bucket_of;
+	// The same, bucket by bucket, and where each bucket begins.
+	LocalVector<Standing> standing;
+	LocalVector<uint32_t> begins;
+	Buckets buckets;
+
 public:
 	StringName group;
 	uint64_t tree = 0;
+	spots::Side side = spots::NOWHERE;
 	double cell = 0.0;
 	int64_t frame = -1;
 
-	void read(SceneTree *from, int64_t now, int64_t count) {
-		frame = now;
-		node_count = count;
-		members.clear();
-		const TypedArray<Node> nodes = from->get_nodes_in_group(group);
-		for (int64_t i = 0; i < nodes.size(); i++) {
-			Member member;
-			Cell in;
-			const Node *node = Object::cast_to<Node>(nodes[i].get_validated_object());
-			if (node != nullptr && place_of(node, member) && find_cell(member, in)) {
-				members.push_back(member);
-			}
-		}
-		cells.begin(members.size());
-		// From the last on, so that each cell lists them in their order.
-		for (int32_t i = int32_t(members.size()) - 1; i >= 0; i--) {
-			Cell in;
-			find_cell(members[uint32_t(i)], in);
-			members[uint32_t(i)].next = cells.put_first(in.key(), i);
-		}
-	}
 	bool is_of(int64_t now, int64_t count) const { return frame == now && node_count == count; }
 
-	bool find_cell(const Member &member, Cell &found) const {
-		const double x = std::floor(member.x / cell);
-		const double y = std::floor(member.y / cell);
-		if (!(std::abs(x) < FARTHEST_CELL && std::abs(y) < FARTHEST_CELL)) {
-			return false;
+	void read(SceneTree *from, int64_t now, int64_t count) {
+		frame = now;
+		if (node_count != count || !find_members()) {
+			list_members(from);
+			find_members();
 		}
-		found.x = int64_t(x);
-		found.y = int64_t(y);
-		return true;
+		node_count = count;
+		lay_out();
 	}
 
 	template <class Each>
 	void each_near(const Cell &middle, Each each) const {
 		for (int64_t x = middle.x - 1; x <= middle.x + 1; x++) {
 			for (int64_t y = middle.y - 1; y <= middle.y + 1; y++) {
-				for (int32_t at = cells.first_in(Cell{ x, y }.key()); at != NOBODY; at = members[uint32_t(at)].next) {
-					each(members[uint32_t(at)]);
+				const uint32_t bucket = buckets.of(x, y);
+				const uint32_t end = begins[bucket + 1];
+				for (uint32_t i = begins[bucket]; i < end; i++) {
+					each(standing[i].spot, standing[i].id);
 				}
 			}
 		}
 	}
 
 private:
-	int64_t node_count = -1;
-	LocalVector<Member> members;
-	CellTable cells;
+	void list_members(SceneTree *from) {
+		members.clear();
+		const TypedArray<Node> nodes = from->get_nodes_in_group(group);
+		for (int64_t i = 0; i < nodes.size(); i++) {
+			if (const Node *node = Object::cast_to<Node>(nodes[i].get_validated_object())) {
+				members.push_back({ node->get_instance_id(), spots::side_of(node) });
+			}
+		}
+	}
+
+	// False when one of them has left. Together with their number, that says whether the list is still right, and the engine need
+	// not make one in every frame.
+	bool find_members() {
+		found.clear();
+		bucket_of.clear();
+		buckets.fit(members.size());
+		for (const Member &member : members) {
+			const Node *node = Object::cast_to<Node>(ObjectDB::get_instance(member.id));
+			if (node == nullptr || !node->is_inside_tree() || !node->is_in_group(group)) {
+				return false;
+			}
+			if (member.side != side) {
+				continue;
+			}
+			const Spot spot = spot_of(node, side);
+			Cell in;
+			if (find_cell(spot, cell, in)) {
+				found.push_back({ spot, member.id });
+				bucket_of.push_back(buckets.of(in.x, in.y));
+			}
+		}
+		return true;
+	}
+
+	void lay_out() {
+		begins.resize(buckets.count() + 1);
+		for (uint32_t &begin : begins) {
+			begin = 0;
+		}
+		for (const uint32_t bucket : bucket_of) {
+			begins[bucket]++;
+		}
+		uint32_t end = 0;
+		for (uint32_t &begin : begins) {
+			end += begin;
+			begin = end;
+		}
+		standing.resize(found.size());
+		// From the last on, so that each bucket lists them in their order.
+		for (uint32_t i = found.size(); i > 0; i--) {
+			standing[--begins[bucket_of[i - 1]]] = found[i - 1];
+		}
+	}
 };
 
 struct Grids {
@@ -167,11 +198,11 @@ struct Grids {
 };
 
 // The grid of that crowd, or the one that has not been asked for longest.
-CrowdGrid &grid_for(uint64_t tree, const StringName &group, double cell) {
+CrowdGrid &grid_for(uint64_t tree, const StringName &group, spots::Side side, double cell) {
 	LocalVector<CrowdGrid *> &grids = NativeNames::of<Grids>().grids;
 	CrowdGrid *oldest = nullptr;
 	for (CrowdGrid *grid : grids) {
-		if (grid->tree == tree && grid->cell == cell && grid->group == group) {
+		if (grid->tree == tree && grid->cell == cell && grid->side == side && grid->group == group) {
 			return *grid;
 		}
 		oldest = oldest == nullptr || grid->frame < oldest->frame ? grid : oldest;
@@ -181,47 +212,48 @@ CrowdGrid &grid_for(uint64_t tree, const StringName &group, double cell) {
 		taken = memnew(CrowdGrid);
 		grids.push_back(taken);
 	}
-	taken->tree = tree;
-	taken->group = group;
-	taken->cell = cell;
-	taken->frame = -1;
+	taken->is_for(tree, group, side, cell);
 	return *taken;
 }
 
 } // namespace
 
 Vector2 way_out(const Node *of, const StringName &group, double space, bool on_a_line) {
-	Member self;
-	SceneTree *tree = of->get_tree();
-	if (tree == nullptr || !place_of(of, self)) {
+	const spots::Side side = spots::side_of(of);
+	SceneTree *tree = of->is_inside_tree() ? of->get_tree() : nullptr;
+	if (tree == nullptr || side == spots::NOWHERE) {
 		return Vector2();
 	}
-	CrowdGrid &grid = grid_for(tree->get_instance_id(), group, MAX(space, SMALLEST_CELL));
+	CrowdGrid &grid = grid_for(tree->get_instance_id(), group, side, MAX(space, SMALLEST_CELL));
 	const int64_t now = int64_t(Engine::get_singleton()->get_physics_frames());
 	const int64_t count = tree->get_node_count_in_group(group);
 	if (!grid.is_of(now, count)) {
 		grid.read(tree, now, count);
 	}
+	const Spot self = spot_of(of, side);
 	Cell middle;
-	if (!grid.find_cell(self, middle)) {
+	if (!find_cell(self, grid.cell, middle)) {
 		return Vector2();
 	}
+	const uint64_t own_id = of->get_instance_id();
+	const double farthest = space * space;
+	const double share = 1.0 / space;
 	double x = 0.0;
 	double y = 0.0;
-	grid.each_near(middle, [&](const Member &other) {
-		const double away_x = self.x - other.x;
-		const double away_y = self.y - other.y;
+	grid.each_near(middle, [&](const Spot &other, uint64_t id) {
+		const double away_x = double(self.x) - double(other.x);
+		const double away_y = double(self.y) - double(other.y);
 		const double squared = away_x * away_x + away_y * away_y;
-		if (other.id == self.id || other.side != self.side || !(squared > 0.0) || squared > space * space) {
+		if (id == own_id || !(squared > 0.0) || squared > farthest) {
 			return;
 		}
 		const double apart = std::sqrt(squared);
-		const double strength = 1.0 - apart / space;
 		if (on_a_line) {
-			x += SIGN(away_x) * strength;
+			x += SIGN(away_x) * (1.0 - apart * share);
 		} else {
-			x += away_x / apart * strength;
-			y += away_y / apart * strength;
+			const double strength = 1.0 / apart - share;
+			x += away_x * strength;
+			y += away_y * strength;
 		}
 	});
 	return Vector2(real_t(x), real_t(y));

@@ -25,6 +25,17 @@ const Names &names() {
 // A wanted speed below this stands.
 constexpr double STANDS = 0.00001;
 
+// Told once for each time that the state is entered.
+template <class Kind>
+bool is_character_or_warn(const MoverStep<Kind> &step) {
+	const bool is_character = bodies::is_character(step.body);
+	if (!is_character && !step.noted(names().warned)) {
+		step.note(names().warned, true);
+		verbs::say<&Kind::warn_not_character>(step.kind, step.machine, step.index, step.body);
+	}
+	return is_character;
+}
+
 // Where the target is, for a character body; nil when there is nothing to do but what was done here.
 template <class Kind>
 Variant place_to_mind(const MoverStep<Kind> &step, Weak<Node> &target) {
@@ -38,14 +49,7 @@ Variant place_to_mind(const MoverStep<Kind> &step, Weak<Node> &target) {
 		step.stand_still();
 		return Variant();
 	}
-	if (!bodies::is_character(step.body)) {
-		if (!step.noted(names().warned)) {
-			step.note(names().warned, true);
-			verbs::say<&Kind::warn_not_character>(step.kind, step.machine, step.index, step.body);
-		}
-		return Variant();
-	}
-	return place;
+	return is_character_or_warn(step) ? place : Variant();
 }
 
 // Moves the body with the velocity that it has been given, then has it look at the target.
@@ -61,6 +65,19 @@ bool go_and_face(const MoverStep<Kind> &step, Body *body, const Variant &place) 
 		step.face(places::as_vector3(place) - body->get_global_position());
 	}
 	return step.goes_on();
+}
+
+// It holds nothing up, and says at once what will keep it from doing anything.
+template <class Kind>
+void begin(const MoverStep<Kind> &step) {
+	if (step.body != nullptr) {
+		is_character_or_warn(step);
+	} else {
+		step.has_body_or_warn();
+	}
+	if (step.here) {
+		step.machine->finish(step.index);
+	}
 }
 
 class KeepDistance : public SCNativeAction {
@@ -80,11 +97,10 @@ public:
 	void enter(SCMachineBase *machine, SCMachineAction *action, int index) override {
 		const Step step(machine, action, index, 0.0);
 		if (step.kind != nullptr) {
-			step.has_body_or_warn();
 			step.note(names().settled, false);
 			step.note(names().further, UtilityFunctions::randf() * checked::number<&Kind::spread>(machine, step.kind));
+			begin(step);
 		}
-		machine->finish(index);
 	}
 
 	void update(SCMachineBase *machine, SCMachineAction *action, int index, double delta) override {
@@ -157,11 +173,10 @@ public:
 	void enter(SCMachineBase *machine, SCMachineAction *action, int index) override {
 		const Step step(machine, action, index, 0.0);
 		if (step.kind != nullptr) {
-			step.has_body_or_warn();
 			step.note(names().sign, first_sign(machine, step.kind));
 			step.note(names().left, next_turn(step));
+			begin(step);
 		}
-		machine->finish(index);
 	}
 
 	void update(SCMachineBase *machine, SCMachineAction *action, int index, double delta) override {

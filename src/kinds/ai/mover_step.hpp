@@ -59,10 +59,13 @@ struct MoverStep {
 		}
 	}
 
-	// As it is entered: a path that was typed in and leads nowhere.
+	// As it is entered: a path that was typed in and leads nowhere, or to something that has no place to move from.
 	bool has_body_or_warn() const {
 		if (body == nullptr && !kind->body_path.is_empty()) {
 			verbs::node_or_warn<&Kind::body_path>(machine, kind);
+		}
+		if (body != nullptr && Object::cast_to<Node2D>(body) == nullptr && Object::cast_to<Node3D>(body) == nullptr) {
+			verbs::warn_wrong_class(machine, kind, body, "a 2D or 3D node", verbs::name_of<&Kind::body_path>());
 		}
 		return body != nullptr;
 	}

@@ -117,6 +117,7 @@ public:
 		if (step.kind == nullptr) {
 			return;
 		}
+		step.has_body_or_warn();
 		const Weak<Node> perception(senses::of(step.body));
 		if (!note_remembered(step, perception)) {
 			if (step.here) {

@@ -33,8 +33,8 @@ constexpr int MORE_DRAWS = 8;
 // Nil, and told, when there is none.
 Variant home_of(const Step &step) {
 	Variant home;
-	if (step.body != nullptr) {
-		home = places::position_of(step.kind->home_path.is_empty() ? step.body : step.machine->node_at(step.kind->home_path));
+	if (step.has_body_or_warn()) {
+		home = places::position_of(step.kind->home_path.is_empty() ? step.body : spaces::placed_or_warn<&Kind::home_path>(step.machine, step.kind));
 	}
 	if (home.get_type() == Variant::NIL) {
 		step.kind->call(*WarningOf<&Kind::warn_no_home>::name, step.machine);

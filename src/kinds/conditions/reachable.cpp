@@ -8,10 +8,12 @@ void SCNavigationReachableCondition::describe(KindTable<Self> &kind) {
 			"Can it actually get there? True while the navigation mesh has a way all the way to a node or a place, so that an enemy does not set out after "
 			"somebody behind a locked door.");
 	kind.setting<&Self::agent_path>("agent_path",
-			"The NavigationAgent2D or NavigationAgent3D that would walk, or the body it is under. Its Target Desired Distance is how near counts as there. Empty "
+			"The NavigationAgent2D or NavigationAgent3D that would walk, or the body it is under. Its Target Desired Distance is how near counts as there. "
+			"Empty "
 			"is Self.");
 	kind.setting<&Self::to_node_path>("to_node_path", "The node to get to. It wins over To.").optional();
-	kind.setting<&Self::to>("to", "The place to get to, in the world. As long as it is zero, where the agent is headed just now.").unless<&Self::asks_for_a_node>();
+	kind.setting<&Self::to>("to", "The place to get to, in the world. As long as it is zero, where the agent is headed just now.")
+			.unless<&Self::asks_for_a_node>();
 	kind.setting<&Self::it_has_arrived>("it_has_arrived", "Ask whether it is there already instead of whether it can get there.");
 }
 

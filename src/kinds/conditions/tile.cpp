@@ -9,12 +9,12 @@ void SCTileCondition::describe(KindTable<Self> &kind) {
 	kind.setting<&Self::layer_path>(
 			"layer_path", "The TileMapLayer. Empty is Self when that is one, and otherwise the first layer of the scene that has a tile set.");
 	kind.setting<&Self::at_node_path>("at_node_path", "The node whose cell is asked about. Empty is Self.");
-	kind.setting<&Self::cell_offset>(
-			"cell_offset", "How many cells further it looks, such as (0, 1) for the one below or (1, 0) for the one to the right.");
+	kind.setting<&Self::cell_offset>("cell_offset", "How many cells further it looks, such as (0, 1) for the one below or (1, 0) for the one to the right.");
 	kind.setting<&Self::test>("test",
 			"There Is A Tile needs no more than a tile. The others compare what the tile carries as custom data with the value; where there is no tile, the "
 			"answer is no.");
-	kind.setting<&Self::data_name>("data_name", "The custom data of the tile set to ask about, such as ground or locked.").unless<&Self::test, THERE_IS_A_TILE>();
+	kind.setting<&Self::data_name>("data_name", "The custom data of the tile set to ask about, such as ground or locked.")
+			.unless<&Self::test, THERE_IS_A_TILE>();
 	kind.setting<&Self::value>("value", "What it is compared with. Greater and Less work on numbers, and on texts by the alphabet.")
 			.unless<&Self::test, THERE_IS_A_TILE, IS_TRUE, IS_FALSE>();
 }

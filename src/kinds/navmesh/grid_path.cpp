@@ -5,7 +5,8 @@
 
 void SCGridPathAction::describe(KindTable<Self> &kind) {
 	kind.about("navmesh", "grid_path",
-			"Find the shortest way across a grid of tiles, going round the walls, and walk it cell by cell, like a unit in a tactics game crossing the board, a "
+			"Find the shortest way across a grid of tiles, going round the walls, and walk it cell by cell, like a unit in a tactics game crossing the board, "
+			"a "
 			"piece in a puzzle, a mouse in a maze or a monster in a dungeon of tiles.");
 	kind.runs(Runs::FOR_A_WHILE);
 	kind.constants_of<To>();
@@ -24,14 +25,14 @@ void SCGridPathAction::describe(KindTable<Self> &kind) {
 	kind.setting<&Self::solid_cells_variable>("solid_cells_variable",
 				"A variable with a list of further cells that are in the way: Vector2i cells, or nodes that stand in them, such as the other units.")
 			.optional();
-	kind.setting<&Self::diagonal_mode>("diagonal_mode",
-			"Whether it may go from corner to corner: always, never, past at most one wall, or only where both cells beside it are free.");
+	kind.setting<&Self::diagonal_mode>(
+			"diagonal_mode", "Whether it may go from corner to corner: always, never, past at most one wall, or only where both cells beside it are free.");
 	kind.setting<&Self::move_along>("move_along", "Walk the way once it is found. Off, the way is only looked for.");
 	kind.setting<&Self::cells_per_second>("cells_per_second", { PROPERTY_HINT_RANGE, "0,20,0.1,or_greater,hide_slider" },
 				"How many cells it walks in a second. Zero puts it at the end at once.")
 			.only_if<&Self::move_along>();
-	kind.setting<&Self::store_path_in>(
-				"store_path_in", "The variable that the way goes into, as a list of Vector2i cells from the first to the last. It becomes empty where there is none.")
+	kind.setting<&Self::store_path_in>("store_path_in",
+				"The variable that the way goes into, as a list of Vector2i cells from the first to the last. It becomes empty where there is none.")
 			.optional_if<&Self::move_along>();
 	kind.setting<&Self::no_path_event>("no_path_event", "Sent when there is no way. Empty sends nothing.").optional();
 	kind.warns<&Self::warn>("_warn", "m", "index", "what", "layer", "from", "goal");
@@ -81,8 +82,9 @@ void SCGridPathAction::warn(SCMachineBase *machine, int64_t, int64_t what, Node 
 			break;
 		case NO_CUSTOM_DATA: {
 			const String lacks = data_name.is_empty() ? String("Data Name is empty") : vformat("%s's tile set has no custom data called %s", map, data_name);
-			say(vformat("Grid Path on %s: Solid is Custom Data, and %s, so it cannot tell a wall from a floor. Set Data Name to the tile set's custom data that is "
-						"true on a wall.",
+			say(vformat(
+					"Grid Path on %s: Solid is Custom Data, and %s, so it cannot tell a wall from a floor. Set Data Name to the tile set's custom data that is "
+					"true on a wall.",
 					name, lacks));
 			break;
 		}

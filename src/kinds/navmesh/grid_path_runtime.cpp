@@ -167,7 +167,8 @@ struct Search {
 		cells.grow();
 		if (cells.are_too_many()) {
 			verbs::warn(machine, kind,
-					vformat("from cell %s to cell %s and over all of %s there are more cells than can be searched, so it found no way. Check where the two are, "
+					vformat("from cell %s to cell %s and over all of %s there are more cells than can be searched, so it found no way. Check where the two "
+							"are, "
 							"and whether a stray tile lies far outside the map.",
 							start, goal, layer->get_name()));
 			return true;

@@ -26,7 +26,8 @@ void SCNavigateToAction::describe(KindTable<Self> &kind) {
 	kind.setting<&Self::speed>("speed", hint::SPEED, "How fast it walks, in metres a second in 3D and pixels a second in 2D.");
 	kind.setting<&Self::speed_variable>("speed_variable", "Read the speed from this variable.").optional();
 	kind.setting<&Self::turn_to_face>("turn_to_face", "Turn it to face the way it goes. A 2D body that falls is seen from the side: its sprites flip instead.");
-	kind.setting<&Self::turn_speed>("turn_speed", TURN_SPEED, "How fast it turns. 10 has it round in about a fifth of a second.").only_if<&Self::turn_to_face>();
+	kind.setting<&Self::turn_speed>("turn_speed", TURN_SPEED, "How fast it turns. 10 has it round in about a fifth of a second.")
+			.only_if<&Self::turn_to_face>();
 	kind.setting<&Self::falls>("falls", "Pulled down by gravity while it is off the ground. Untick it for what flies, and for games seen from above.");
 	kind.setting<&Self::finish_on_arrival>("finish_on_arrival",
 			"Finish once it is as near as the agent's Target Desired Distance, so that the state can complete. Off, it stays there, and follows a node that "
@@ -68,13 +69,15 @@ void SCNavigateToAction::warn(SCMachineBase *machine, int64_t, int64_t what, Nod
 			say(vformat("Navigate To on %s: there is no body at Body to walk. Pick one, or leave it empty for Self.", name));
 			break;
 		case NO_AGENT:
-			say(vformat("Navigate To on %s: %s has no NavigationAgent2D or NavigationAgent3D under it to find the way, so it does not move. Add one under it, or "
-						"pick one under Agent.",
+			say(vformat(
+					"Navigate To on %s: %s has no NavigationAgent2D or NavigationAgent3D under it to find the way, so it does not move. Add one under it, or "
+					"pick one under Agent.",
 					name, walker));
 			break;
 		case NOT_AN_AGENT:
-			say(vformat("Navigate To on %s: Agent does not point at a NavigationAgent2D or NavigationAgent3D, so it cannot find a way. Pick the agent, or leave "
-						"Agent empty to use the one under %s.",
+			say(vformat(
+					"Navigate To on %s: Agent does not point at a NavigationAgent2D or NavigationAgent3D, so it cannot find a way. Pick the agent, or leave "
+					"Agent empty to use the one under %s.",
 					name, walker));
 			break;
 		case NO_NODE_TO_GO_TO: {

@@ -13,13 +13,15 @@
 #include "steering/reaching.hpp"
 #include "steering/walking.hpp"
 
+#include <godot_cpp/classes/time.hpp>
+
 namespace {
 
 using Kind = SCNavigateToAction;
 
 constexpr double PATIENCE = 0.25;
-// A mesh that is not built after so many seconds is none to wait for.
-constexpr double MOST_PATIENCE = 2.0;
+// A mesh that is not built after so long is none to wait for. The threads that build it know nothing of the game's time.
+constexpr int64_t MOST_PATIENCE_MSEC = 1000;
 // Less than this short of it is rounding.
 constexpr double SLACK = 0.000001;
 
@@ -27,8 +29,8 @@ struct Names {
 	StringName arrived = "arrived";
 	// For how many seconds there has been no way.
 	StringName out_of_reach = "out_of_reach";
-	// And for how many the mesh has not been there to ask.
-	StringName waited = "waited";
+	// When the mesh was first found not to be there to ask.
+	StringName waits_since = "waits_since";
 };
 
 const Names &names() {
@@ -62,7 +64,8 @@ class Step {
 			return false;
 		}
 		const Node *parent = agent->get_parent();
-		const bool is_placed = Object::cast_to<Node2D>(body) != nullptr ? Object::cast_to<Node2D>(parent) != nullptr : Object::cast_to<Node3D>(parent) != nullptr;
+		const bool is_placed =
+				Object::cast_to<Node2D>(body) != nullptr ? Object::cast_to<Node2D>(parent) != nullptr : Object::cast_to<Node3D>(parent) != nullptr;
 		if (!suits(agent) || !is_placed || !agent->is_inside_tree()) {
 			verbs::warn(machine, kind,
 					vformat("%s is a %s under %s, which finds no way for %s, so it does not move. Put a %s under %s.", agent->get_name(), agent->get_class(),
@@ -110,10 +113,13 @@ class Step {
 		if (before >= PATIENCE - SLACK) {
 			return true;
 		}
-		const double waited = slot.get(names().waited, 0.0);
-		if (waited < MOST_PATIENCE && reaching::is_being_built(of_agent)) {
-			slot[names().waited] = waited + delta;
-			return false;
+		if (reaching::is_being_built(of_agent)) {
+			const int64_t present = int64_t(Time::get_singleton()->get_ticks_msec());
+			const int64_t since = slot.get(names().waits_since, present);
+			slot[names().waits_since] = since;
+			if (present - since < MOST_PATIENCE_MSEC) {
+				return false;
+			}
 		}
 		const double now = before + delta;
 		slot[names().out_of_reach] = now;
@@ -141,7 +147,9 @@ class Step {
 	void follow(Agent *of_agent, Body *of_body, const Vector &goal) {
 		const Weak<Agent> weak_agent(of_agent);
 		const Weak<Body> weak_body(of_body);
-		const auto still = [&] { return here && weak_agent.get() != nullptr && weak_body.get() != nullptr && of_body->is_inside_tree() && of_agent->is_inside_tree(); };
+		const auto still = [&] {
+			return here && weak_agent.get() != nullptr && weak_body.get() != nullptr && of_body->is_inside_tree() && of_agent->is_inside_tree();
+		};
 		walking::Pace pace;
 		pace.falls = walking::really_falls(machine, kind, of_body, kind->falls);
 		walking::send_agent(of_agent, goal);
@@ -234,7 +242,7 @@ public:
 		Dictionary slot = machine->slot(index);
 		slot[names().arrived] = false;
 		slot[names().out_of_reach] = 0.0;
-		slot[names().waited] = 0.0;
+		slot.erase(names().waits_since);
 		if (Kind *kind = as_kind<Kind>(action)) {
 			const Ref<Kind> held(kind);
 			Step(machine, kind, index, 0.0).set_out();

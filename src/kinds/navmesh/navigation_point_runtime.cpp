@@ -15,6 +15,7 @@
 #include <godot_cpp/classes/navigation_server2d.hpp>
 #include <godot_cpp/classes/navigation_server3d.hpp>
 #include <godot_cpp/classes/scene_tree.hpp>
+#include <godot_cpp/classes/time.hpp>
 #include <godot_cpp/classes/window.hpp>
 #include <godot_cpp/classes/world2d.hpp>
 #include <godot_cpp/classes/world3d.hpp>
@@ -27,12 +28,12 @@ using Kind = SCGetNavigationPointAction;
 
 // So often a place is drawn before none is thought to be there.
 constexpr int MOST_TRIES = 48;
-// A mesh that has been there for so many seconds without a point to it is none.
-constexpr double PATIENCE = 2.0;
+// A mesh that has been there for so long without a point to it is none. The threads that build it know nothing of the game's time.
+constexpr int64_t PATIENCE_MSEC = 1000;
 constexpr uint32_t EVERYBODYS_LAYER = 1;
 
 struct Names {
-	StringName waited = "waited";
+	StringName waits_since = "waits_since";
 };
 
 const Names &names() {
@@ -185,7 +186,15 @@ class GetNavigationPoint : public SCNativeAction {
 		return look<NavigationServer2D>(machine, kind, Object::cast_to<CanvasItem>(node), places::as_vector2(near), found);
 	}
 
-	static void work(SCMachineBase *machine, SCMachineAction *action, int index, double delta) {
+	static bool still_waits(SCMachineBase *machine, int index) {
+		Dictionary slot = machine->slot(index);
+		const int64_t present = int64_t(Time::get_singleton()->get_ticks_msec());
+		const int64_t since = slot.get(names().waits_since, present);
+		slot[names().waits_since] = since;
+		return present - since < PATIENCE_MSEC;
+	}
+
+	static void work(SCMachineBase *machine, SCMachineAction *action, int index) {
 		Kind *kind = as_kind<Kind>(action);
 		if (kind == nullptr) {
 			machine->finish(index);
@@ -202,10 +211,7 @@ class GetNavigationPoint : public SCNativeAction {
 		}
 		Variant found;
 		const Outcome outcome = node != nullptr && node->is_inside_tree() ? pick(machine, kind, node, found) : NOTHING;
-		Dictionary slot = machine->slot(index);
-		const double waited = double(slot.get(names().waited, 0.0)) + delta;
-		if (outcome == NOT_YET && waited < PATIENCE) {
-			slot[names().waited] = waited;
+		if (outcome == NOT_YET && still_waits(machine, index)) {
 			return;
 		}
 		if (outcome == FOUND) {
@@ -220,10 +226,10 @@ class GetNavigationPoint : public SCNativeAction {
 
 public:
 	void enter(SCMachineBase *machine, SCMachineAction *action, int index) override {
-		machine->slot(index).erase(names().waited);
-		work(machine, action, index, 0.0);
+		machine->slot(index).erase(names().waits_since);
+		work(machine, action, index);
 	}
-	void update(SCMachineBase *machine, SCMachineAction *action, int index, double delta) override { work(machine, action, index, delta); }
+	void update(SCMachineBase *machine, SCMachineAction *action, int index, double) override { work(machine, action, index); }
 };
 
 const AddKinds added = {

@@ -146,9 +146,9 @@ class SetJoint : public OnceOrRepeating<SetJoint> {
 		}
 	}
 
-	static bool connects(Node *joint, Node *first, Node *second) {
-		const NodePath to_second = second != nullptr ? joint->get_path_to(second) : NodePath();
-		return NodePath(joint->get(names().node_a)) == joint->get_path_to(first) && NodePath(joint->get(names().node_b)) == to_second;
+	static bool leads_to(const Node *joint, const StringName &property, const Node *body) {
+		const NodePath path = joint->get(property);
+		return path.is_empty() ? body == nullptr : body != nullptr && joint->get_node_or_null(path) == body;
 	}
 
 	static void connect(SCMachineBase *machine, const Kind *kind, int index, Node *joint) {
@@ -174,7 +174,7 @@ class SetJoint : public OnceOrRepeating<SetJoint> {
 					machine, kind, vformat("%s cannot be connected with itself, so nothing was done. Pick another body under Second Path.", first->get_name()));
 			return;
 		}
-		if (connects(joint, first, second)) {
+		if (leads_to(joint, names().node_a, first) && leads_to(joint, names().node_b, second)) {
 			return;
 		}
 		const Change change(machine, kind, index, joint);

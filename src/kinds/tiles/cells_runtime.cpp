@@ -11,8 +11,7 @@
 namespace {
 
 // A turned or mirrored tile is told by bits above the number of the alternative.
-constexpr int32_t TURNED =
-		TileSetAtlasSource::TRANSFORM_FLIP_H | TileSetAtlasSource::TRANSFORM_FLIP_V | TileSetAtlasSource::TRANSFORM_TRANSPOSE;
+constexpr int32_t TURNED = TileSetAtlasSource::TRANSFORM_FLIP_H | TileSetAtlasSource::TRANSFORM_FLIP_V | TileSetAtlasSource::TRANSFORM_TRANSPOSE;
 
 // The cell that the action's settings tell. Null when there is none.
 template <class Kind>
@@ -22,7 +21,7 @@ TileMapLayer *find_cell(SCMachineBase *machine, SCMachineAction *action, int ind
 		return nullptr;
 	}
 	const bool found = setting_of<&Kind::at>(action) == Kind::THE_MOUSE ? tiles::cell_under_mouse(layer, cell)
-																		 : tiles::cell_under<&Kind::at_node_path>(machine, action, layer, cell);
+																		: tiles::cell_under<&Kind::at_node_path>(machine, action, layer, cell);
 	cell = tiles::moved(cell, setting_of<&Kind::cell_offset>(action));
 	return found ? layer : nullptr;
 }
@@ -40,7 +39,8 @@ class GetCell : public OnceOrRepeating<GetCell> {
 		const StringName store_in = setting_of<&Kind::store_in>(action);
 		if (!store_in.is_empty()) {
 			verbs::warn(machine, action,
-					vformat("Data Name is empty, so nothing was put into %s. Write the name of the tile set's custom data there, or empty Store In.", store_in));
+					vformat("Data Name is empty, so nothing was put into %s. Write the name of the tile set's custom data there, or empty Store In.",
+							store_in));
 		}
 		return Variant();
 	}
@@ -76,7 +76,8 @@ class SetCell : public OnceOrRepeating<SetCell> {
 		}
 		const Ref<TileSetSource> tiles = tile_set->get_source(source);
 		if (tiles.is_null() || !tiles->has_tile(tile)) {
-			return vformat("source %d of %s's tile set has no tile at %d, %d. Set Tile In The Sheet to one that it has", source, layer->get_name(), tile.x, tile.y);
+			return vformat(
+					"source %d of %s's tile set has no tile at %d, %d. Set Tile In The Sheet to one that it has", source, layer->get_name(), tile.x, tile.y);
 		}
 		if (!tiles->has_alternative_tile(tile, alternative & ~TURNED)) {
 			return vformat("the tile at %d, %d of source %d has no alternative %d. Set Alternative to one that it has", tile.x, tile.y, source, alternative);

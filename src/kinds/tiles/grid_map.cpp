@@ -12,12 +12,12 @@ void SCGridMapCellAction::describe(KindTable<Self> &kind) {
 	kind.constants_of<Turn>();
 	kind.setting<&Self::grid_path>("grid_path", "The GridMap. Empty is Self when that is one, and otherwise the first one of the scene.");
 	kind.setting<&Self::change>("change", "Set puts a piece into the cell, Clear takes out what is in it, Get only looks.");
-	kind.setting<&Self::at>(
-			"at", "Whose cell it is: the one that a node stands in, or that of the first piece under the mouse pointer, and of the grid's floor where there is none.");
+	kind.setting<&Self::at>("at",
+			"Whose cell it is: the one that a node stands in, or that of the first piece under the mouse pointer, and of the grid's floor where there is "
+			"none.");
 	kind.setting<&Self::at_node_path>("at_node_path", place_words::AT_NODE_DOC).only_if<&Self::at, A_NODE>();
 	kind.setting<&Self::cell_offset>("cell_offset", "How many cells further it works, such as (0, -1, 0) for the one below. The cells are those of the grid.");
-	kind.setting<&Self::piece>("piece", { PROPERTY_HINT_RANGE, "0,64,1,or_greater,hide_slider" },
-				"Which piece, by its number in the grid's mesh library.")
+	kind.setting<&Self::piece>("piece", { PROPERTY_HINT_RANGE, "0,64,1,or_greater,hide_slider" }, "Which piece, by its number in the grid's mesh library.")
 			.only_if<&Self::change, SET>();
 	kind.setting<&Self::turn>("turn", "How far the piece is turned about the grid's upright axis, in degrees.").only_if<&Self::change, SET>();
 	kind.setting<&Self::store_name_in>(

@@ -30,7 +30,8 @@ class GridMapCell : public OnceOrRepeating<GridMapCell> {
 		const int64_t piece = setting_of<&Kind::piece>(action);
 		const Ref<MeshLibrary> library = grid->get_mesh_library();
 		if (library.is_null()) {
-			verbs::warn(machine, action, vformat("%s has no mesh library, so there is no piece to put down. Give it one under Mesh Library.", grid->get_name()));
+			verbs::warn(
+					machine, action, vformat("%s has no mesh library, so there is no piece to put down. Give it one under Mesh Library.", grid->get_name()));
 			return;
 		}
 		if (!library->get_item_list().has(int32_t(piece)) || piece > INT32_MAX) {

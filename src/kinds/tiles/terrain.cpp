@@ -16,9 +16,11 @@ void SCPaintTerrainAction::describe(KindTable<Self> &kind) {
 	kind.constants_of<At>();
 	kind.constants_of<Mode>();
 	kind.setting<&Self::layer_path>("layer_path", place_words::LAYER_DOC);
-	kind.setting<&Self::at>("at", "What is painted: the cell that a node stands in, the one under the mouse pointer, one that is written down, or a list of them.");
+	kind.setting<&Self::at>(
+			"at", "What is painted: the cell that a node stands in, the one under the mouse pointer, one that is written down, or a list of them.");
 	kind.setting<&Self::at_node_path>("at_node_path", place_words::AT_NODE_DOC).only_if<&Self::at, A_NODE>();
-	kind.setting<&Self::cell_offset>("cell_offset", "How many cells further it paints, such as (0, 1) for the one below.").only_if<&Self::at, A_NODE, THE_MOUSE>();
+	kind.setting<&Self::cell_offset>("cell_offset", "How many cells further it paints, such as (0, 1) for the one below.")
+			.only_if<&Self::at, A_NODE, THE_MOUSE>();
 	kind.setting<&Self::cell>("cell", "The cell, counted in cells of the map.").only_if<&Self::at, A_CELL>();
 	kind.setting<&Self::cells>("cells",
 				"The cells, all painted in one go. Each is a Vector2i, a text such as 3, 4 or a node that stands in it. Press Var to take the list from a "

@@ -29,11 +29,13 @@ class PaintTerrain : public OnceOrRepeating<PaintTerrain> {
 				list = tiles::cells_of(layer, told);
 				if (list.size() < told.size()) {
 					verbs::warn(machine, action,
-							vformat("%d of the %d entries of Cells mean no cell, so they were left out. Write each as a Vector2i or as a text such as 3, 4, or pick a "
+							vformat("%d of the %d entries of Cells mean no cell, so they were left out. Write each as a Vector2i or as a text such as 3, 4, or "
+									"pick a "
 									"node.",
 									told.size() - list.size(), told.size()));
 				} else if (told.is_empty()) {
-					verbs::warn(machine, action, "Cells is empty, so nothing was painted. Write the cells there, or press Var and pick a variable that holds them.");
+					verbs::warn(machine, action,
+							"Cells is empty, so nothing was painted. Write the cells there, or press Var and pick a variable that holds them.");
 				}
 				return list;
 			}
@@ -54,8 +56,8 @@ class PaintTerrain : public OnceOrRepeating<PaintTerrain> {
 		const Ref<TileSet> tile_set = layer->get_tile_set();
 		if (terrain_set < 0 || terrain_set >= tile_set->get_terrain_sets_count()) {
 			verbs::warn(machine, action,
-					vformat("%s's tile set has no terrain set %d, so nothing was painted. Set Terrain Set to one that it has, counted from 0.", layer->get_name(),
-							terrain_set));
+					vformat("%s's tile set has no terrain set %d, so nothing was painted. Set Terrain Set to one that it has, counted from 0.",
+							layer->get_name(), terrain_set));
 			return false;
 		}
 		if (terrain < NO_TERRAIN || terrain >= tile_set->get_terrains_count(int32_t(terrain_set))) {
@@ -80,7 +82,8 @@ class PaintTerrain : public OnceOrRepeating<PaintTerrain> {
 		for (int64_t i = 1; i < list.size(); i++) {
 			if (!touch(layer, list[i - 1], list[i])) {
 				verbs::warn(machine, action,
-						vformat("cell %s and cell %s, which follow each other in the path, do not touch, so nothing was painted. List every cell on the way, or set "
+						vformat("cell %s and cell %s, which follow each other in the path, do not touch, so nothing was painted. List every cell on the way, "
+								"or set "
 								"Mode to Connect.",
 								list[i - 1], list[i]));
 				return false;
