@@ -2,7 +2,6 @@
 
 #include "action/action_shared.hpp"
 #include "action/add_kind.hpp"
-#include "machine/native_names.hpp"
 #include "action/sc_action.hpp"
 #include "action/sc_condition.hpp"
 #include "action/sc_native_actions.hpp"
@@ -24,6 +23,7 @@
 #include "machine/event_state.hpp"
 #include "machine/game_clock.hpp"
 #include "machine/names.hpp"
+#include "machine/native_names.hpp"
 #include "machine/script_methods.hpp"
 #include "machine_node/sc_machine.hpp"
 #include "machine_node/sc_machine_base.hpp"

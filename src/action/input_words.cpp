@@ -1,7 +1,7 @@
 #include "action/input_words.hpp"
 
-#include "machine/native_names.hpp"
 #include "machine/companion_scripts.hpp"
+#include "machine/native_names.hpp"
 
 namespace input_words {
 

@@ -17,6 +17,7 @@
 #include "settings/object_arguments.hpp"
 #include "settings/plumbing.hpp"
 #include "settings/shown_names.hpp"
+#include "steering/sight.hpp"
 
 #include <godot_cpp/core/class_db.hpp>
 
@@ -351,4 +352,5 @@ void static_facilities::add_helpers() {
 	SCNativeActions::add_helper("fill_in", &help_fill_in);
 	SCNativeActions::add_helper("shown_as", &help_shown_as);
 	SCNativeActions::add_helper("text_of", &help_text_of);
+	sight::add_helpers();
 }

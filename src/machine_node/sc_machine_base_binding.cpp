@@ -149,8 +149,7 @@ void SCMachineBase::bind_moving() {
 	using object_arguments::guarded;
 	ClassDB::bind_method(
 			D_METHOD("move_character", "body", "falls", "gravity", "delta", "fastest_fall"), &SCMachineBase::move_character_from_script, DEFVAL(0.0));
-	ClassDB::bind_static_method(
-			"SCMachineBase", D_METHOD("core_smooth_moved_in_physics", "node"), guarded<&smoothing::smooth>("core_smooth_moved_in_physics"));
+	ClassDB::bind_static_method("SCMachineBase", D_METHOD("core_smooth_moved_in_physics", "node"), guarded<&smoothing::smooth>("core_smooth_moved_in_physics"));
 	ClassDB::bind_static_method("SCMachineBase", D_METHOD("core_smoothing_switched_on"), &smoothing::is_switched_on_here);
 	ClassDB::bind_static_method("SCMachineBase", D_METHOD("core_note_step", "body", "frame"), guarded<&note_step>("core_note_step"));
 }

@@ -121,7 +121,8 @@ constexpr HelpText OPERATIONS[] = {
 	{ BASE, "is_resting", "Whether an action sleeps until something wakes it." },
 	{ BASE, "process_mode_changed", "Says that the machine, or a node above it, has been switched on or off." },
 	{ BASE, "move_character",
-			"Moves a character body as the Move Character action does: gravity, then one slide, with what other actions have left on the body. Set its velocity "
+			"Moves a character body as the Move Character action does: gravity, then one slide, with what other actions have left on the body. Set its "
+			"velocity "
 			"first. In one physics frame a machine moves a body once, whoever asks. [param gravity] of 0 is the project's, [param fastest_fall] of 0 no bound, "
 			"in metres a second in 3D and pixels a second in 2D. True when it was moved, or handed to its navigation agent to be moved." },
 	{ BASE, "core_smooth_moved_in_physics", "Has a node that is moved in the physics frame drawn smoothly in between, in a project that leaves that off." },
@@ -269,7 +270,8 @@ constexpr HelpText OPERATIONS[] = {
 	{ PARALLEL, "contains", "Whether a state lies in this set." },
 	{ TRANSITION, "finished_event", "The event that is sent when every action of a state has finished." },
 	{ "SCMoveCharacterAction", "feels",
-			"The ready feels: for each value of Feel an array of five numbers, how many times faster it falls than it rises, its share of gravity at the top, and "
+			"The ready feels: for each value of Feel an array of five numbers, how many times faster it falls than it rises, its share of gravity at the top, "
+			"and "
 			"its acceleration, its acceleration in the air and its fastest fall as multiples of the speed." },
 	{ "SCMoveCharacterAction", "the_top_lasts", "The share of a second's gravity below which a vertical speed counts as being around the top of a jump." },
 	{ VARIABLE, "is_number", "Whether it starts with a number, whole or not." },
@@ -297,7 +299,8 @@ constexpr HelpText CONSTANTS[] = {
 
 // Of every kind that asks a character's senses.
 constexpr HelpText SENSES[] = {
-	{ "", "dealing_with", "The node that the action at this place of the state deals with: what its variable holds, or what the character's senses have found." },
+	{ "", "dealing_with",
+			"The node that the action at this place of the state deals with: what its variable holds, or what the character's senses have found." },
 	{ "", "warn_dealing_with", "Tells the game maker, once, when the action at this place of the state can never have anything to deal with." },
 };
 

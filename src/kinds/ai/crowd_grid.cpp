@@ -25,8 +25,6 @@ constexpr uint32_t LEAST_BUCKETS = 64;
 struct Spot {
 	real_t x = 0.0f;
 	real_t y = 0.0f;
-
-	bool is_finite() const { return std::isfinite(x) && std::isfinite(y); }
 };
 
 // Of a node within the tree and of that side.
@@ -99,13 +97,25 @@ class CrowdGrid {
 	LocalVector<uint32_t> begins;
 	Buckets buckets;
 
-public:
 	StringName group;
 	uint64_t tree = 0;
 	spots::Side side = spots::NOWHERE;
 	double cell = 0.0;
 	int64_t frame = -1;
 
+public:
+	bool is_for(uint64_t of_tree, const StringName &of_group, spots::Side of_side, double of_cell) const {
+		return tree == of_tree && cell == of_cell && side == of_side && group == of_group;
+	}
+	void take_over(uint64_t of_tree, const StringName &of_group, spots::Side of_side, double of_cell) {
+		tree = of_tree;
+		group = of_group;
+		side = of_side;
+		cell = of_cell;
+		frame = -1;
+		node_count = -1;
+	}
+	int64_t last_read() const { return frame; }
 	bool is_of(int64_t now, int64_t count) const { return frame == now && node_count == count; }
 
 	void read(SceneTree *from, int64_t now, int64_t count) {
@@ -119,7 +129,11 @@ public:
 	}
 
 	template <class Each>
-	void each_near(const Cell &middle, Each each) const {
+	void each_near(const Spot &place, Each each) const {
+		Cell middle;
+		if (!find_cell(place, cell, middle)) {
+			return;
+		}
 		for (int64_t x = middle.x - 1; x <= middle.x + 1; x++) {
 			for (int64_t y = middle.y - 1; y <= middle.y + 1; y++) {
 				const uint32_t bucket = buckets.of(x, y);
@@ -202,17 +216,17 @@ CrowdGrid &grid_for(uint64_t tree, const StringName &group, spots::Side side, do
 	LocalVector<CrowdGrid *> &grids = NativeNames::of<Grids>().grids;
 	CrowdGrid *oldest = nullptr;
 	for (CrowdGrid *grid : grids) {
-		if (grid->tree == tree && grid->cell == cell && grid->side == side && grid->group == group) {
+		if (grid->is_for(tree, group, side, cell)) {
 			return *grid;
 		}
-		oldest = oldest == nullptr || grid->frame < oldest->frame ? grid : oldest;
+		oldest = oldest == nullptr || grid->last_read() < oldest->last_read() ? grid : oldest;
 	}
 	CrowdGrid *taken = oldest;
 	if (grids.size() < MOST_GRIDS) {
 		taken = memnew(CrowdGrid);
 		grids.push_back(taken);
 	}
-	taken->is_for(tree, group, side, cell);
+	taken->take_over(tree, group, side, cell);
 	return *taken;
 }
 
@@ -231,16 +245,12 @@ Vector2 way_out(const Node *of, const StringName &group, double space, bool on_a
 		grid.read(tree, now, count);
 	}
 	const Spot self = spot_of(of, side);
-	Cell middle;
-	if (!find_cell(self, grid.cell, middle)) {
-		return Vector2();
-	}
 	const uint64_t own_id = of->get_instance_id();
 	const double farthest = space * space;
 	const double share = 1.0 / space;
 	double x = 0.0;
 	double y = 0.0;
-	grid.each_near(middle, [&](const Spot &other, uint64_t id) {
+	grid.each_near(self, [&](const Spot &other, uint64_t id) {
 		const double away_x = double(self.x) - double(other.x);
 		const double away_y = double(self.y) - double(other.y);
 		const double squared = away_x * away_x + away_y * away_y;

@@ -3,9 +3,9 @@
 #include "action/add_kind.hpp"
 #include "action/conditions.hpp"
 #include "action/machines.hpp"
-#include "machine/native_names.hpp"
 #include "design/sc_machine_state.hpp"
 #include "kinds/conditions/machine.hpp"
+#include "machine/native_names.hpp"
 #include "machine/value_kinds.hpp"
 #include "machine_node/sc_machine.hpp"
 

@@ -3,9 +3,9 @@
 #include "action/add_kind.hpp"
 #include "action/comparing.hpp"
 #include "action/conditions.hpp"
-#include "machine/native_names.hpp"
 #include "action/property_paths.hpp"
 #include "kinds/conditions/nodes.hpp"
+#include "machine/native_names.hpp"
 
 #include <godot_cpp/classes/canvas_item.hpp>
 #include <godot_cpp/classes/canvas_layer.hpp>

@@ -4,10 +4,10 @@
 
 #include "action/add_kind.hpp"
 #include "action/checked.hpp"
-#include "machine/native_names.hpp"
 #include "action/settings_in_use.hpp"
 #include "action/values.hpp"
 #include "kinds/data/easing.hpp"
+#include "machine/native_names.hpp"
 #include "machine/value_kinds.hpp"
 
 #include <godot_cpp/classes/tween.hpp>

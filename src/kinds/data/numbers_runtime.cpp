@@ -2,12 +2,12 @@
 // own random numbers, so that one seed holds for all of it.
 
 #include "action/add_kind.hpp"
-#include "machine/native_names.hpp"
 #include "action/runtime_shapes.hpp"
 #include "action/settings_in_use.hpp"
 #include "action/values.hpp"
 #include "action/words.hpp"
 #include "kinds/data/numbers.hpp"
+#include "machine/native_names.hpp"
 #include "machine/value_kinds.hpp"
 
 #include <godot_cpp/core/math.hpp>

@@ -1,10 +1,10 @@
 // The compiled runtime of the kind that reads properties of nodes.
 
 #include "action/add_kind.hpp"
-#include "machine/native_names.hpp"
 #include "action/property_paths.hpp"
 #include "action/runtime_shapes.hpp"
 #include "kinds/data/properties.hpp"
+#include "machine/native_names.hpp"
 
 namespace {
 

@@ -1,11 +1,11 @@
 // Compiled runtimes of the kinds that move a machine on, and of the one that reads what an event brought.
 
 #include "action/add_kind.hpp"
-#include "machine/native_names.hpp"
 #include "action/own_value.hpp"
 #include "action/runtime_shapes.hpp"
 #include "action/shared_verbs.hpp"
 #include "kinds/flow/events.hpp"
+#include "machine/native_names.hpp"
 #include "machine/value_kinds.hpp"
 
 #include <godot_cpp/classes/engine.hpp>

@@ -2,11 +2,11 @@
 
 #include "action/add_kind.hpp"
 #include "action/machines.hpp"
-#include "machine/native_names.hpp"
 #include "action/shared_verbs.hpp"
 #include "action/spaces.hpp"
 #include "kinds/flow/debug_drawings.hpp"
 #include "kinds/flow/testing.hpp"
+#include "machine/native_names.hpp"
 
 #include <godot_cpp/classes/canvas_item.hpp>
 #include <godot_cpp/classes/node3d.hpp>

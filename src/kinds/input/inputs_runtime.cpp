@@ -2,11 +2,11 @@
 
 #include "action/add_kind.hpp"
 #include "action/input_words.hpp"
-#include "machine/native_names.hpp"
 #include "action/own_value.hpp"
 #include "action/runtime_shapes.hpp"
 #include "action/shared_verbs.hpp"
 #include "kinds/input/inputs.hpp"
+#include "machine/native_names.hpp"
 #include "machine_node/sc_machine_base.hpp"
 
 #include <godot_cpp/classes/input.hpp>

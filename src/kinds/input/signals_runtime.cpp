@@ -2,9 +2,9 @@
 
 #include "action/add_kind.hpp"
 #include "action/native_calls.hpp"
-#include "machine/native_names.hpp"
 #include "action/shared_verbs.hpp"
 #include "kinds/input/signals.hpp"
+#include "machine/native_names.hpp"
 #include "machine_node/sc_machine_base.hpp"
 
 namespace {

@@ -1,10 +1,10 @@
 // Compiled runtimes of the kinds that look at what variables hold.
 
 #include "action/add_kind.hpp"
-#include "machine/native_names.hpp"
 #include "action/runtime_shapes.hpp"
 #include "action/shared_verbs.hpp"
 #include "kinds/logic/switching.hpp"
+#include "machine/native_names.hpp"
 
 #include <godot_cpp/core/math.hpp>
 

@@ -2,12 +2,12 @@
 
 #include "action/add_kind.hpp"
 #include "action/machines.hpp"
-#include "machine/native_names.hpp"
 #include "action/runtime_shapes.hpp"
 #include "action/shared_verbs.hpp"
 #include "action/storing.hpp"
 #include "kinds/machine/machines.hpp"
 #include "machine/machine_run.hpp"
+#include "machine/native_names.hpp"
 #include "machine_node/sc_machine.hpp"
 
 #include <godot_cpp/core/object.hpp>

@@ -3,12 +3,12 @@
 
 #include "action/add_kind.hpp"
 #include "action/add_later.hpp"
-#include "machine/native_names.hpp"
 #include "action/shared_verbs.hpp"
 #include "action/words.hpp"
 #include "kinds/machine/run_template.hpp"
 #include "machine/machine_run.hpp"
 #include "machine/names.hpp"
+#include "machine/native_names.hpp"
 #include "machine/own_copy.hpp"
 #include "machine_node/sc_machine.hpp"
 

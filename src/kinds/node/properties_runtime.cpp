@@ -1,13 +1,13 @@
 // The compiled runtime of Set Property.
 
 #include "action/add_kind.hpp"
-#include "machine/native_names.hpp"
 #include "action/own_value.hpp"
 #include "action/property_paths.hpp"
 #include "action/runtime_shapes.hpp"
 #include "action/shared_verbs.hpp"
 #include "action/weak.hpp"
 #include "kinds/node/properties.hpp"
+#include "machine/native_names.hpp"
 
 #include <godot_cpp/core/math.hpp>
 

@@ -4,9 +4,9 @@
 #include "action/add_kind.hpp"
 #include "action/checked.hpp"
 #include "action/holders.hpp"
-#include "machine/native_names.hpp"
 #include "action/runtime_shapes.hpp"
 #include "action/shared_verbs.hpp"
+#include "machine/native_names.hpp"
 
 #include <godot_cpp/classes/engine.hpp>
 #include <godot_cpp/classes/property_tweener.hpp>

@@ -2,12 +2,12 @@
 
 #include "action/add_kind.hpp"
 #include "action/checked.hpp"
-#include "machine/native_names.hpp"
 #include "action/runtime_shapes.hpp"
 #include "action/shared_verbs.hpp"
 #include "action/sides.hpp"
 #include "action/spaces.hpp"
 #include "kinds/transform/moving.hpp"
+#include "machine/native_names.hpp"
 
 namespace {
 

@@ -3,12 +3,12 @@
 #include "action/add_kind.hpp"
 #include "action/checked.hpp"
 #include "action/facing.hpp"
-#include "machine/native_names.hpp"
 #include "action/runtime_shapes.hpp"
 #include "action/shared_verbs.hpp"
 #include "action/spaces.hpp"
 #include "action/weak.hpp"
 #include "kinds/transform/paths.hpp"
+#include "machine/native_names.hpp"
 
 #include <godot_cpp/classes/curve2d.hpp>
 #include <godot_cpp/classes/curve3d.hpp>

@@ -2,12 +2,12 @@
 
 #include "action/add_kind.hpp"
 #include "action/checked.hpp"
-#include "machine/native_names.hpp"
 #include "action/runtime_shapes.hpp"
 #include "action/shared_verbs.hpp"
 #include "action/spaces.hpp"
 #include "action/values.hpp"
 #include "kinds/transform/sizing.hpp"
+#include "machine/native_names.hpp"
 
 #include <godot_cpp/classes/method_tweener.hpp>
 #include <godot_cpp/core/math.hpp>

@@ -4,10 +4,10 @@
 
 #include "action/add_kind.hpp"
 #include "action/native_calls.hpp"
-#include "machine/native_names.hpp"
 #include "action/shared_verbs.hpp"
 #include "action/weak.hpp"
 #include "kinds/ui/visible.hpp"
+#include "machine/native_names.hpp"
 #include "machine_node/sc_machine_base.hpp"
 
 #include <godot_cpp/classes/canvas_item.hpp>
