@@ -8,6 +8,8 @@ extends Story
 ## As the inspector writes what is left empty.
 const NOTHING: String = "*nothing*"
 const SWITCH: Dictionary[String, bool] = {"On": true, "Off": false}
+## Words that the inspector writes small, but at either end of a name.
+const SMALL: PackedStringArray = ["a", "an", "and", "as", "at", "by", "for", "in", "not", "of", "on", "or", "over", "per", "the", "then", "to"]
 const RUNTIME: String = "res://addons/quillstead/runtime/"
 
 var page: String = ""
@@ -72,7 +74,7 @@ func set_as_typed(on: Object, label: String, typed: String) -> void:
 	var step := label.get_slice(" > ", 0)
 	for shown: Dictionary in on.get_property_list():
 		var name: String = shown["name"]
-		if name.capitalize() != step or not shown["usage"] & PROPERTY_USAGE_EDITOR:
+		if _as_shown(name) != step or not shown["usage"] & PROPERTY_USAGE_EDITOR:
 			continue
 		if step != label:
 			set_as_typed(on.get(name), label.trim_prefix(step + " > "), typed)
@@ -115,6 +117,14 @@ func action_of(in_state: SCMachineState, of: String) -> SCMachineAction:
 		if action.get_class() == of:
 			return action
 	return null
+
+
+func _as_shown(name: String) -> String:
+	var words := name.capitalize().split(" ")
+	for i in range(1, words.size() - 1):
+		if words[i].to_lower() in SMALL:
+			words[i] = words[i].to_lower()
+	return " ".join(words)
 
 
 func _node(scene: Node, cell: String, below: String) -> Node:
