@@ -1,8 +1,9 @@
 class_name Journal
 extends Node
-## Prints what the machines of the scene do, each change with its time. The crowd is told of as one.
+## Prints what the machines of the scene do, each change with its time. A crowd, where there is one, is told of as one.
 
 var _crowd: Crowd
+var _left_out: Array[SCMachine]
 var _seconds := 0.0
 var _frames := 0
 var _changes: Dictionary[SCMachine, int] = {}
@@ -10,14 +11,15 @@ var _active: Dictionary[SCMachine, PackedStringArray] = {}
 var _crowd_moves := 0
 
 
-func _init(crowd: Crowd) -> void:
+func _init(crowd: Crowd = null, left_out: Array[SCMachine] = []) -> void:
 	_crowd = crowd
+	_left_out = left_out
 
 
 func _ready() -> void:
 	process_priority = -1
 	var crowded: Dictionary[SCMachine, bool] = {}
-	for machine in _crowd.machines():
+	for machine in _left_out + (_crowd.machines() if _crowd != null else []):
 		crowded[machine] = true
 	for machine: SCMachine in SCMachine.machines_in_the_scene():
 		if not crowded.has(machine):
@@ -25,8 +27,9 @@ func _ready() -> void:
 			_active[machine] = _states_of(machine)
 			machine.state_changed.connect(_on_state_changed.bind(machine))
 			_tell(_name_of(machine), "starts in %s" % _listed(_active[machine]))
-	_crowd.moved.connect(_on_crowd_moved)
-	_tell("Crowd", "%d machines start in Idle" % _crowd.idle)
+	if _crowd != null:
+		_crowd.moved.connect(_on_crowd_moved)
+		_tell("Crowd", "%d machines start in Idle" % _crowd.idle)
 
 
 func _process(delta: float) -> void:
@@ -41,13 +44,18 @@ func summary() -> void:
 		if is_instance_valid(machine):
 			var values := _values_of(machine)
 			print("  %-13s %3d changes, now in %s%s" % [_name_of(machine), _changes[machine], _listed(_states_of(machine)), "" if values.is_empty() else "; " + values])
-	print("  %-13s %3d changes, now %d of %d in Idle; the engine calls %d of them each frame" % ["Crowd", _crowd_moves, _crowd.idle, Crowd.SIZE, _crowd.called_each_frame()])
-	if _crowd.quiet_frames > 0:
-		print("All machines together took %.1f µs a frame while the crowd was idle, %d µs in the busiest frame." % [float(_crowd.quiet_usec) / _crowd.quiet_frames, _crowd.longest_usec])
+	if _crowd != null:
+		_summary_of_the_crowd()
 
 
 func _tell(who: String, what: String) -> void:
 	print("%6.2f s  %s: %s" % [_seconds, who, what])
+
+
+func _summary_of_the_crowd() -> void:
+	print("  %-13s %3d changes, now %d of %d in Idle; the engine calls %d of them each frame" % ["Crowd", _crowd_moves, _crowd.idle, Crowd.SIZE, _crowd.called_each_frame()])
+	if _crowd.quiet_frames > 0:
+		print("All machines together took %.1f µs a frame while the crowd was idle, %d µs in the busiest frame." % [float(_crowd.quiet_usec) / _crowd.quiet_frames, _crowd.longest_usec])
 
 
 # What was left and what was entered, also where several states run side by side.

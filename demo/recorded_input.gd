@@ -63,10 +63,18 @@ func _physics_process(_delta: float) -> void:
 ## Plays the recording in that file from its beginning. False when there is something in it that cannot be read; each such line
 ## is told of, and nothing is played.
 func play(path: String) -> bool:
+	if not FileAccess.file_exists(path):
+		stop()
+		push_error("There is no recording at %s." % path)
+		return false
+	return play_text(FileAccess.get_file_as_string(path), path)
+
+
+## Plays lines as they would stand in a file. [param called] is what a line that cannot be read is told by.
+func play_text(lines: String, called: String = "The recording") -> bool:
 	stop()
 	frame = 0
-	_next = 0
-	_deeds = read(path)
+	_deeds = read(lines, called)
 	set_physics_process(is_playing())
 	return is_playing()
 
@@ -88,12 +96,10 @@ func stop() -> void:
 
 
 ## What is done when, as a list of [code]{frame, deed, input}[/code] in the order of the frames. Empty when it cannot be read.
-static func read(path: String) -> Array[Dictionary]:
+static func read(text: String, called: String = "The recording") -> Array[Dictionary]:
 	var deeds: Array[Dictionary] = []
-	var lines := FileAccess.get_file_as_string(path).split("\n")
-	var faults := int(FileAccess.get_open_error() != OK)
-	if faults > 0:
-		push_error("There is no recording at %s." % path)
+	var lines := text.split("\n")
+	var faults := 0
 	for number in lines.size():
 		var words := lines[number].get_slice("#", 0).replace("\t", " ").split(" ", false, 2)
 		if words.is_empty():
@@ -103,7 +109,7 @@ static func read(path: String) -> Array[Dictionary]:
 		var is_known := words.size() > 1 and _WORDS.has(words[1]) and (deed == Deed.END or Inputs.event_of(input) != null)
 		var at := words[0].to_int()
 		if not words[0].is_valid_int() or not is_known or (not deeds.is_empty() and at < deeds[-1]["frame"]):
-			push_error("%s, line %d: \"%s\" is no frame, no earlier than the last, with down, up or tap and an input." % [path, number + 1, lines[number]])
+			push_error("%s, line %d: \"%s\" is no frame, no earlier than the last, with down, up or tap and an input." % [called, number + 1, lines[number]])
 			faults += 1
 		else:
 			deeds.append({"frame": at, "deed": deed, "input": input})

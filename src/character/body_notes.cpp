@@ -95,13 +95,14 @@ void look_at_one(Notes &of) {
 }
 
 void note_body(Notes &of, uint64_t id, int64_t frame, bool on_floor) {
-	if (!of.driven.has(id)) {
+	const int64_t before = of.driven.size();
+	of.driven[id] = frame;
+	if (of.driven.size() != before) {
 		if (!of.agents.has(id)) {
 			of.known.push_back(id);
 		}
 		drop_older_than(of.driven, frame - DRIVEN_LASTS);
 	}
-	of.driven[id] = frame;
 	if (on_floor) {
 		of.grounded[id] = frame;
 		drop_older_than(of.grounded, frame - GROUNDED_LASTS);

@@ -89,8 +89,12 @@ void turn(Node3D *node_3d, const Vector3 &direction, double weight) {
 	way.normalize();
 	Vector3 rotation = node_3d->get_global_rotation();
 	const double goal = Math::atan2(-double(way.x), -double(way.z));
-	rotation.y += real_t(shortest_angle(double(rotation.y), goal) * weight);
-	node_3d->set_global_rotation(rotation);
+	const real_t turned = rotation.y + real_t(shortest_angle(double(rotation.y), goal) * weight);
+	// To set a rotation moves the body in the physics world, even when it is the one it has.
+	if (turned != rotation.y) {
+		rotation.y = turned;
+		node_3d->set_global_rotation(rotation);
+	}
 }
 
 void turn(Node2D *node_2d, const Vector2 &direction, double weight) {
@@ -109,6 +113,9 @@ void turn(Node2D *node_2d, const Vector2 &direction, double weight) {
 	const double rotation = double(node_2d->get_rotation());
 	const double now = double(parent.basis_xform(Vector2(real_t(Math::cos(rotation)), real_t(Math::sin(rotation)))).angle());
 	const double next = now + shortest_angle(now, double(direction.angle())) * weight;
+	if (real_t(next) == real_t(now)) {
+		return;
+	}
 	node_2d->set_rotation(double(parent.affine_inverse().basis_xform(Vector2(real_t(Math::cos(next)), real_t(Math::sin(next)))).angle()));
 }
 

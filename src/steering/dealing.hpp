@@ -9,6 +9,8 @@
 
 namespace dealing {
 
+// True the first time that this is wrong in this way since the state was entered: it need not be told at each step.
+bool is_news(SCMachineBase *machine, const Object *kind, const StringName &target_variable, int index);
 // Null for nothing. `is_wrong` tells that it can never be anything, which the game maker is to hear of.
 Node *found(SCMachineBase *machine, const StringName &target_variable, Node *body, bool &is_wrong);
 // The sentence for that, for this kind's instance.
@@ -22,7 +24,7 @@ template <class Kind>
 Node *with(SCMachineBase *machine, Kind *kind, int index, Node *body) {
 	bool is_wrong = false;
 	Node *node = found(machine, setting_of<&Kind::target_variable>(kind), body, is_wrong);
-	if (is_wrong) {
+	if (is_wrong && is_news(machine, kind, setting_of<&Kind::target_variable>(kind), index)) {
 		kind->call(*WarningOf<&Kind::warn_dealing>::name, machine, index, body);
 	}
 	return node;

@@ -3,7 +3,10 @@
 #include "machine/companion_scripts.hpp"
 #include "machine/native_names.hpp"
 
+#include <godot_cpp/classes/engine.hpp>
 #include <godot_cpp/classes/scene_tree.hpp>
+#include <godot_cpp/templates/hash_map.hpp>
+#include <godot_cpp/templates/local_vector.hpp>
 
 namespace senses {
 
@@ -26,6 +29,45 @@ const SenseNames &names() {
 	return NativeNames::of<SenseNames>();
 }
 
+// In physics frames. A node's children may change places, and their scripts.
+constexpr uint64_t KNOWN_FOR = 30;
+constexpr uint32_t LEAST_KEPT = 256;
+
+struct Found {
+	ObjectID perception;
+	int child_count = 0;
+	uint64_t frame = 0;
+};
+
+// By body. Bodies without one are looked at anew each time: one may be given to them in the place of another child.
+struct KnownSenses {
+	mutable HashMap<uint64_t, Found> by_body;
+	mutable uint32_t most = LEAST_KEPT;
+};
+
+void drop_the_gone(const KnownSenses &known) {
+	LocalVector<uint64_t> gone;
+	for (const KeyValue<uint64_t, Found> &entry : known.by_body) {
+		if (ObjectDB::get_instance(entry.value.perception) == nullptr) {
+			gone.push_back(entry.key);
+		}
+	}
+	for (const uint64_t id : gone) {
+		known.by_body.erase(id);
+	}
+	known.most = MAX(LEAST_KEPT, uint32_t(known.by_body.size()) * 2);
+}
+
+Node *among_children(const Node *body, int count) {
+	for (int i = 0; i < count; i++) {
+		Node *child = body->get_child(i);
+		if (is_perception(child)) {
+			return child;
+		}
+	}
+	return nullptr;
+}
+
 } // namespace
 
 bool is_perception(const Node *node) {
@@ -42,14 +84,30 @@ bool is_perception(const Node *node) {
 }
 
 Node *of(const Node *body) {
-	const int count = body != nullptr ? body->get_child_count() : 0;
-	for (int i = 0; i < count; i++) {
-		Node *child = body->get_child(i);
-		if (is_perception(child)) {
-			return child;
+	if (body == nullptr) {
+		return nullptr;
+	}
+	const KnownSenses &known = NativeNames::of<KnownSenses>();
+	const uint64_t id = body->get_instance_id();
+	const int count = body->get_child_count();
+	const uint64_t frame = Engine::get_singleton()->get_physics_frames();
+	Found *last = known.by_body.getptr(id);
+	if (last != nullptr && last->child_count == count && frame - last->frame < KNOWN_FOR) {
+		Node *perception = Object::cast_to<Node>(ObjectDB::get_instance(last->perception));
+		if (perception != nullptr && perception->get_parent() == body) {
+			return perception;
 		}
 	}
-	return nullptr;
+	Node *perception = among_children(body, count);
+	if (perception == nullptr) {
+		known.by_body.erase(id);
+		return nullptr;
+	}
+	if (last == nullptr && uint32_t(known.by_body.size()) >= known.most) {
+		drop_the_gone(known);
+	}
+	known.by_body[id] = { ObjectID(perception->get_instance_id()), count, frame };
+	return perception;
 }
 
 Variant ask(Node *perception, const StringName &property) {

@@ -15,6 +15,8 @@
 #include <godot_cpp/classes/world2d.hpp>
 #include <godot_cpp/classes/world3d.hpp>
 
+#include <optional>
+
 namespace sight {
 
 namespace {
@@ -29,7 +31,6 @@ constexpr real_t SMALL = 0.3f;
 constexpr real_t TOUCHING = 0.01f;
 
 struct Names {
-	StringName collider = "collider";
 	StringName side_on = "quillstead_side_on";
 	StringName faces_left = "quillstead_faces_left";
 };
@@ -38,7 +39,7 @@ const Names &names() {
 	return NativeNames::of<Names>();
 }
 
-enum View { HIDDEN, CLEAR, NO_RAYS_LEFT };
+enum View { HIDDEN, CLEAR, UNKNOWN, NO_MORE_RAYS };
 
 Vector3 flat(const Vector2 &place) {
 	return Vector3(place.x, place.y, 0.0f);
@@ -101,7 +102,7 @@ struct World3 {
 };
 
 // A body belongs to what it carries, such as a hurt box that is looked for, unless it is the ground that everything stands on.
-bool is_part_of(const Node *collider, const Node *node) {
+bool is_part_of(Node *collider, Node *node) {
 	if (collider == nullptr || collider == node || node->is_ancestor_of(collider)) {
 		return true;
 	}
@@ -114,6 +115,7 @@ class Look {
 	using Placed = typename World::Placed;
 
 	const Placed *body;
+	Array row;
 	const uint64_t frame = Engine::get_singleton()->get_physics_frames();
 	const AABB own_outline = outlines::of(body, frame);
 	const Vector3 middle = World::middle_of(body, own_outline);
@@ -158,48 +160,44 @@ class Look {
 		return around + World::at_edge(node, toward, half);
 	}
 
-	// Whether nothing but the node itself stands between the eye and a point on it.
-	bool reaches(const Placed *node, const Vector3 &point) {
-		rays_cast++;
-		auto *space = world.is_valid() ? world->get_direct_space_state() : nullptr;
-		if (space == nullptr || ray.is_null()) {
-			return false;
-		}
-		ray->set_to(World::native(point));
-		const Dictionary hit = space->intersect_ray(ray);
-		return hit.is_empty() || is_part_of(Object::cast_to<Node>(hit[names().collider].get_validated_object()), node);
-	}
-
-	View view_past_walls(const Placed *node, const AABB &outline, const Vector3 &place) {
+	// Whether nothing but the node itself stands between the eye and one of its points, as far as that is known.
+	View view_past_walls(Placed *node, const AABB &outline, const Vector3 &place) {
 		if (blocked_by == 0) {
+			return CLEAR;
+		}
+		if (point > 0 && is_part_of(Object::cast_to<Node>(row[HIT].get_validated_object()), node)) {
 			return CLEAR;
 		}
 		const Vector3 half = outline.size * 0.5f;
 		const bool is_small = half[half.max_axis_index()] <= SMALL * World::METRE;
 		const int count = is_small ? 1 : int(CLAMP(points, int64_t(1), int64_t(World::MOST_POINTS)));
-		for (int number = 0; number < count; number++) {
-			if (rays_cast >= rays_left) {
-				return NO_RAYS_LEFT;
-			}
-			if (reaches(node, number == 0 ? place : point_at_edge(node, number, half, place))) {
-				return CLEAR;
-			}
+		auto *space = world.is_valid() ? world->get_direct_space_state() : nullptr;
+		if (point >= count || space == nullptr || ray.is_null()) {
+			return HIDDEN;
 		}
-		return HIDDEN;
+		if (rays_cast >= rays_left) {
+			return NO_MORE_RAYS;
+		}
+		ray->set_to(World::native(point == 0 ? place : point_at_edge(node, point, half, place)));
+		row[SPACE] = space;
+		rays_cast++;
+		point++;
+		return UNKNOWN;
 	}
 
 public:
-	int64_t rays_cast = 0;
+	int point;
+	int64_t rays_cast;
 	real_t distance = 0.0f;
 
-	Look(const Placed *of_body, const Array &row) :
-			body(of_body), ray(row[RAY]), widest(real_t(double(row[WIDEST]))), blocked_by(uint32_t(int64_t(row[BLOCKED_BY]))), eye_offset(row[EYE_OFFSET]),
-			points(row[POINTS]), rays_left(row[RAYS_LEFT]) {}
+	Look(const Placed *of_body, const Array &of_row) :
+			body(of_body), row(of_row), ray(row[RAY]), widest(real_t(double(row[WIDEST]))), blocked_by(uint32_t(int64_t(row[BLOCKED_BY]))),
+			eye_offset(row[EYE_OFFSET]), points(row[POINTS]), rays_left(row[RAYS_LEFT]), point(int(int64_t(row[POINT]))), rays_cast(row[RAYS_CAST]) {}
 
 	bool has_a_place() const { return middle.is_finite(); }
 
-	View view_of(const Node *somebody, real_t within) {
-		const auto *node = Object::cast_to<Placed>(somebody);
+	View view_of(Node *somebody, real_t within) {
+		auto *node = Object::cast_to<Placed>(somebody);
 		if (node == body || !is_there(node)) {
 			return HIDDEN;
 		}
@@ -222,53 +220,73 @@ public:
 };
 
 template <class World>
-bool look_from(const typename World::Placed *body, Array row) {
+Answer look_from(const typename World::Placed *body, Array row) {
 	Look<World> eyes(body, row);
 	if (!eyes.has_a_place()) {
-		return true;
+		return OVER;
 	}
-	const Node *now = Object::cast_to<Node>(row[NOW].get_validated_object());
-	real_t within = real_t(double(row[RANGE]));
-	const View first = now != nullptr ? eyes.view_of(now, within) : HIDDEN;
-	const Object *seen = first == CLEAR ? now : nullptr;
-	bool at_end = first == NO_RAYS_LEFT;
-	if (first == HIDDEN) {
-		const Array others = row[OTHERS];
-		for (int64_t i = 0; i < others.size() && !at_end; i++) {
-			const Node *node = Object::cast_to<Node>(others[i].get_validated_object());
-			if (node == nullptr || node == now) {
-				continue;
+	Node *now = Object::cast_to<Node>(row[NOW].get_validated_object());
+	std::optional<Array> others;
+	if (row[OTHERS].get_type() == Variant::ARRAY) {
+		others.emplace(row[OTHERS]);
+	}
+	const int64_t count = others ? others->size() : 0;
+	double within = row[DISTANCE];
+	Answer answer = OVER;
+	int64_t at = row[AT];
+	for (; answer == OVER && at < count; at++) {
+		Node *node = at < 0 ? now : Object::cast_to<Node>((*others)[at].get_validated_object());
+		if (node == nullptr || (at >= 0 && node == now)) {
+			continue;
+		}
+		const View view = eyes.view_of(node, real_t(within));
+		if (view == UNKNOWN || view == CLEAR) {
+			row[PLACE] = Object::cast_to<typename World::Placed>(node)->get_global_position();
+		}
+		if (view == UNKNOWN || view == NO_MORE_RAYS) {
+			answer = view == UNKNOWN ? CAST_A_RAY : NO_RAYS_LEFT;
+			break;
+		}
+		eyes.point = 0;
+		if (view == CLEAR) {
+			row[SEEN] = node;
+			within = eyes.distance;
+			if (at < 0) {
+				break;
 			}
-			const View view = eyes.view_of(node, within);
-			at_end = view == NO_RAYS_LEFT;
-			if (view == CLEAR) {
-				seen = node;
-				within = eyes.distance;
-			}
+		} else if (at < 0 && !others) {
+			answer = WHO_ELSE;
+			at = 0;
+			break;
 		}
 	}
-	row[SEEN] = seen;
+	row[AT] = at;
+	row[POINT] = eyes.point;
 	row[DISTANCE] = within;
 	row[RAYS_CAST] = eyes.rays_cast;
-	return !at_end;
+	return answer;
+}
+
+Answer look_on(Array row) {
+	if (int64_t(row[POINT]) < 0) {
+		row[POINT] = 0;
+		row[AT] = -1;
+		row[SEEN] = Variant();
+		row[DISTANCE] = row[RANGE];
+		row[RAYS_CAST] = 0;
+	}
+	const Object *body = row[BODY].get_validated_object();
+	if (const auto *body_2d = Object::cast_to<Node2D>(body)) {
+		return body_2d->is_inside_tree() ? look_from<World2>(body_2d, row) : OVER;
+	}
+	const auto *body_3d = Object::cast_to<Node3D>(body);
+	return body_3d != nullptr && body_3d->is_inside_tree() ? look_from<World3>(body_3d, row) : OVER;
 }
 
 } // namespace
 
 Variant look(const Array &row) {
-	if (row.size() != ROW_SIZE) {
-		return true;
-	}
-	Array answer = row;
-	answer[SEEN] = Variant();
-	answer[RAYS_CAST] = 0;
-	const Object *body = row[BODY].get_validated_object();
-	const auto *body_2d = Object::cast_to<Node2D>(body);
-	if (body_2d != nullptr) {
-		return !body_2d->is_inside_tree() || look_from<World2>(body_2d, row);
-	}
-	const auto *body_3d = Object::cast_to<Node3D>(body);
-	return body_3d == nullptr || !body_3d->is_inside_tree() || look_from<World3>(body_3d, row);
+	return int64_t(row.size() == ROW_SIZE ? look_on(row) : OVER);
 }
 
 void add_helpers() {

@@ -24,14 +24,31 @@ enum Row {
 	NOW,
 	OTHERS,
 	RAYS_LEFT,
-	// The answer: whom it sees, how far off, and how many rays that took.
+	// Below zero to begin a look. Otherwise how many points of somebody have been tried, who that is among the others, below zero
+	// the one it deals with, and what the ray to the last point hit.
+	POINT,
+	AT,
+	HIT,
+	// The answer: whom it sees, where and how far off, and how many rays that took. Where to cast the next one.
 	SEEN,
+	PLACE,
 	DISTANCE,
 	RAYS_CAST,
+	SPACE,
 	ROW_SIZE,
 };
 
-// False when the rays ran out before it had looked at everybody.
+enum Answer {
+	OVER,
+	// Before it had looked at everybody.
+	NO_RAYS_LEFT,
+	// The script casts it, and calls again with what it hit. What the engine tells of a ray takes it an allocation, which is not to
+	// be one of the library's.
+	CAST_A_RAY,
+	// It does not see whom it deals with. The script calls again with the others.
+	WHO_ELSE,
+};
+
 Variant look(const Array &row);
 void add_helpers();
 

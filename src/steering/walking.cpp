@@ -6,7 +6,6 @@
 #include "character/body_keys.hpp"
 #include "character/body_notes.hpp"
 #include "character/facing_along.hpp"
-#include "character/smoothing.hpp"
 #include "fast_lane/sc_fast_lane.hpp"
 #include "machine/names.hpp"
 #include "machine/native_names.hpp"
@@ -339,7 +338,6 @@ bool steer(SCMachineBase *machine, Node *body, const Variant &goal, const Pace &
 	if (goal.get_type() == Variant::NIL || !has_a_place || !body->is_inside_tree()) {
 		return false;
 	}
-	smoothing::smooth(body);
 	if (CharacterBody3D *body_3d = Object::cast_to<CharacterBody3D>(body)) {
 		if (goal.get_type() == Variant::VECTOR3 && body_notes::agent_of(body) == nullptr) {
 			return steer_straight(machine, body_3d, goal, pace, delta);

@@ -9,6 +9,9 @@ const PROVOKING: String = "provoking_errors"
 
 var provoking: Script
 
+## Godot 4.6 says so of itself now and then where there are few cores, and goes on.
+const OF_THE_ENGINE: String = "Jolt Physics job system exceeded the maximum number of jobs"
+
 ## " (state Open, in /root/House/Door)" behind the machine's name.
 var _place: RegEx = RegEx.create_from_string(" \\((state [^()/]*(, in /[^()]*)?|in /[^()]*)\\)(?=:)")
 var _lock: Mutex = Mutex.new()
@@ -19,6 +22,8 @@ var _printed: PackedStringArray = []
 func _log_error(_function: String, file: String, line: int, code: String, rationale: String, _editor_notify: bool,
 		error_type: int, backtraces: Array[ScriptBacktrace]) -> void:
 	if provoking != null and provoking.get(PROVOKING):
+		return
+	if code.begins_with(OF_THE_ENGINE) or rationale.begins_with(OF_THE_ENGINE):
 		return
 	var place := "%s:%d" % [file, line]
 	for backtrace in backtraces:

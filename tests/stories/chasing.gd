@@ -121,7 +121,7 @@ func test_plain_nodes_are_moved_by_the_lane_and_by_themselves_alike() -> void:
 func test_what_the_lane_cannot_do_stays_with_the_machine() -> void:
 	var prey := spot(2.0, 1.0, "Prey")
 	var own: Array[Dictionary] = [{"turn_to_face": true}, {"speed_variable": &"pace"}, {"stop_within_variable": &"pace"}, {"finish_on_arrival": true}]
-	for row in own + [{"update_interval": 0.5}]:
+	for row: Dictionary in own + [{"update_interval": 0.5}]:
 		var ghost := spot(0.0, 0.0, "Ghost")
 		var owner := walk(ghost, [chase({"turn_to_face": false}.merged(row, true))], {"variables": {"prey": prey, "pace": 50.0}})
 		expect(not owner.is_resting(0), str(row))

@@ -73,6 +73,47 @@ func test_a_horde_spreads_out() -> void:
 		await physics_frames(2))
 
 
+func test_each_gives_way_to_all_who_are_near_and_to_nobody_else() -> void:
+	await on_both_sides(func() -> void:
+		var crowd: Array[Node] = []
+		for i in 40:
+			for place: Vector2 in [Vector2(randf(), randf()) * 5.0, Vector2(i * 0.6, 50.0), Vector2(-80.0, i * 0.6), Vector2(i * 64.0, i * -37.0)]:
+				var one := member(spot(place.x, place.y, "One"))
+				if in_3d:
+					one.set(&"position", Vector3(place.x, 0, place.y))
+				walk(one, [apart()])
+				crowd.append(one)
+		var before: Array[Vector2] = []
+		for one in crowd:
+			before.append(_on_the_ground(one))
+		await physics_frames(2)
+		for i in crowd.size():
+			expect_near(_on_the_ground(crowd[i]).distance_to(before[i] + _way_out(before[i], before) * 2.0 / 60.0), 0.0, 0.001, "the one at %s" % before[i]))
+
+
+func test_one_who_leaves_as_another_joins_is_not_met_any_more() -> void:
+	await on_both_sides(func() -> void:
+		for leave: Callable in [
+			func(one: Node) -> void: one.remove_from_group("crowd"),
+			func(one: Node) -> void: stage.remove_child(one),
+			func(one: Node) -> void: one.free(),
+		]:
+			var between := member(spot(0.0, 0.0, "Between"))
+			var leaver := member(spot(1.0, 0.0, "Leaver"))
+			var joiner := spot(-1.0, 0.0, "Joiner")
+			walk(between, [apart()])
+			await physics_frames(2)
+			var pushed := where(between).x
+			expect(pushed < 0.0, "it is not pushed away from the first")
+			leave.call(leaver)
+			member(joiner)
+			await physics_frames(1)
+			expect(where(between).x > pushed, "it is not pushed away from the other")
+			for one: Variant in [between, leaver, joiner]:
+				if is_instance_valid(one):
+					(one as Node).free())
+
+
 func test_each_member_is_met_by_another_space_and_another_side() -> void:
 	var narrow := member(spot(0.0, 0.0, "Narrow"))
 	var wide := member(spot(3.0, 0.0, "Wide"))
@@ -112,6 +153,20 @@ func test_without_a_crowd_nothing_is_done() -> void:
 func test_the_line() -> void:
 	expect_lines(SCKeepApartAction, {"Keep 1.6 clear of the enemies": {"crowd_group": &"enemies"}})
 	expect("(pick one)" in kind(SCKeepApartAction).shown_summary())
+
+
+func _on_the_ground(one: Node) -> Vector2:
+	var place := where(one)
+	return Vector2(place.x, place.z if in_3d else place.y)
+
+
+func _way_out(from: Vector2, others: Array[Vector2]) -> Vector2:
+	var way := Vector2.ZERO
+	for other in others:
+		var apart_by := from.distance_to(other)
+		if apart_by > 0.0 and apart_by <= 1.6:
+			way += (from - other) / apart_by * (1.0 - apart_by / 1.6)
+	return way
 
 
 # How far one of two comes in so many frames, each moving away from where the other was as the frame began.

@@ -271,3 +271,13 @@ func test_a_player_of_the_other_side_is_not_there() -> void:
 	in_space.look_now()
 	flat.look_now()
 	expect(flat.target == mixed and in_space.target == null)
+
+
+func test_a_scene_keeps_only_distances_that_were_set() -> void:
+	var eyes: Node = load("res://addons/quillstead/runtime/senses.gd").new()
+	var stored := func() -> Array: return eyes.get_property_list().filter(func(one: Dictionary) -> bool:
+		return one["name"] in ["see_range", "hearing_range"] and one["usage"] & PROPERTY_USAGE_STORAGE).map(func(one: Dictionary) -> String: return one["name"])
+	expect_equal(stored.call(), [])
+	eyes.set(&"see_range", 12.0)
+	expect_equal([stored.call(), eyes.get(&"see_range")], [["see_range"], 12.0])
+	eyes.free()

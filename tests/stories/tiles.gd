@@ -31,13 +31,13 @@ func tile_set() -> TileSet:
 		sheet.create_tile(tile)
 		sheet.get_tile_data(tile, 0).set_custom_data("ground", "grass" if tile == GRASS else "ice")
 		sheet.get_tile_data(tile, 0).set_custom_data("slip", float(tile.x))
-	for joined in 16:
-		sheet.create_tile(Vector2i(joined, 1))
-		var data := sheet.get_tile_data(Vector2i(joined, 1), 0)
+	for pattern in 16:
+		sheet.create_tile(Vector2i(pattern, 1))
+		var data := sheet.get_tile_data(Vector2i(pattern, 1), 0)
 		data.terrain_set = 0
 		data.terrain = 0
 		for side in SIDES.size():
-			data.set_terrain_peering_bit(SIDES[side], 0 if joined & 1 << side else -1)
+			data.set_terrain_peering_bit(SIDES[side], 0 if pattern & 1 << side else -1)
 	return made
 
 

@@ -1,12 +1,21 @@
 extends RefCounted
-## What all Perception nodes share: how many rays a physics frame may cast for them together, whose turn it is, and how big
-## the things are that they look at.
+## What all Perception nodes share: the clock they go by, who of them has something to do in a physics frame, and how many rays
+## the frame may cast for them together.
 ##
 ## A game with more watchers than its frames can carry turns [member rays_per_frame] down. Everybody still gets a turn in the
 ## order in which they asked, only later.
 
 ## How many rays all Perception nodes together cast at most in one physics frame.
 static var rays_per_frame: int = 120
+## Seconds of the physics frames there were. Whoever is paused takes the time off that it stood still.
+static var now: float = 0.0
+
+const SLICES_A_SECOND: float = 512.0
+const SLICES: int = 2048
+## What sums of seconds may be wrong by.
+const ROUNDING: float = 0.0001
+## A watcher that comes too early by so little is on time, in seconds: it is woken at the beginning of a slice.
+const ON_TIME: float = 1.0 / SLICES_A_SECOND + ROUNDING
 
 # Of this physics frame.
 static var _frame: int = -1
@@ -19,12 +28,60 @@ static var _is_serving: bool = false
 # The members of a group, asked for once in a physics frame.
 static var _members: Dictionary[StringName, Array] = {}
 static var _members_frame: int = -1
-# By instance id: the box around a node's own shapes, in its own space, and the physics frame it was measured in.
-static var _outlines: Dictionary[int, AABB] = {}
-static var _outline_frames: Dictionary[int, int] = {}
+# Ids by the slice of time in which they have something to do; the ring comes round to a slice after a few seconds. Who put off
+# what it was woken for is found in its old slice as well, and knows that itself.
+static var _slices: Array[PackedInt64Array] = []
+static var _slice: int = 0
+# Of those whose time has come already, and who are woken in the next frame.
+static var _overdue: PackedInt64Array = []
+# By the id of a target, the ids of those who keep it in mind.
+static var _minded: Dictionary[int, Dictionary] = {}
+static var _tree: SceneTree
+static var _watchers: int = 0
 
-const OUTLINE_LASTS: int = 15
-const MOST_OUTLINES: int = 256
+
+## A watcher came into the tree.
+static func enter(tree: SceneTree) -> void:
+	_watchers += 1
+	if _slices.is_empty():
+		_slices.resize(SLICES)
+	if _tree != tree or not tree.physics_frame.is_connected(_step):
+		_tree = tree
+		tree.physics_frame.connect(_step)
+
+
+## A watcher left the tree.
+static func leave() -> void:
+	_watchers -= 1
+	if _watchers == 0 and _tree.physics_frame.is_connected(_step):
+		_tree.physics_frame.disconnect(_step)
+
+
+## The slice of time in which to wake a watcher that has something to do at [param time], which may be sooner than that.
+static func slice_at(time: float) -> int:
+	return int(clampf((time - ROUNDING) * SLICES_A_SECOND, _slice, _slice + SLICES - 1))
+
+
+## Wakes a watcher in that slice.
+static func wake_in(slice: int, watcher: Node) -> void:
+	if slice <= _slice:
+		_overdue.append(watcher.get_instance_id())
+	else:
+		_slices[slice & (SLICES - 1)].append(watcher.get_instance_id())
+
+
+## Tells a watcher when [param target] has been freed.
+static func mind(target: int, watcher: Node) -> void:
+	if not _minded.has(target):
+		_minded[target] = {}
+	_minded[target][watcher.get_instance_id()] = true
+
+
+static func mind_no_more(target: int, watcher: Node) -> void:
+	if _minded.has(target):
+		_minded[target].erase(watcher.get_instance_id())
+		if _minded[target].is_empty():
+			_minded.erase(target)
 
 
 ## Whether the physics can be asked just now: not between its frames where they run on a thread of their own.
@@ -42,13 +99,8 @@ static func rays_left() -> int:
 	return maxi(rays_per_frame, 1) - _cast
 
 
-## Whether nobody has cast a ray in this physics frame.
-static func is_untouched() -> bool:
-	return rays_left() > 0 and _cast == 0
-
-
-static func count_ray() -> void:
-	_cast += 1
+static func count_rays(count: int) -> void:
+	_cast += count
 	_most_cast = maxi(_most_cast, _cast)
 
 
@@ -59,10 +111,11 @@ static func wait_for_turn(watcher: Node) -> void:
 
 ## Gives those who wait their look, the first of them first, for as many rays as are left.
 static func serve() -> void:
-	if _is_serving:
+	if _is_serving or _waiting.is_empty():
 		return
 	_is_serving = true
-	while _served < _waiting.size() and rays_left() > 0:
+	rays_left()
+	while _served < _waiting.size() and _cast < maxi(rays_per_frame, 1):
 		var watcher := instance_from_id(_waiting[_served])
 		_served += 1
 		if watcher != null and not watcher.take_turn():
@@ -84,63 +137,50 @@ static func members_of(group: StringName, tree: SceneTree) -> Array:
 	return _members[group]
 
 
-## The box around the shapes right below a node, in the node's own space. It has no size for a node without shapes.
-static func outline_of(node: Node) -> AABB:
-	var id := node.get_instance_id()
-	var frame := Engine.get_physics_frames()
-	if _outlines.has(id) and frame - _outline_frames[id] < OUTLINE_LASTS:
-		return _outlines[id]
-	if _outlines.size() >= MOST_OUTLINES:
-		_outlines.clear()
-		_outline_frames.clear()
-	var outline := AABB()
-	var is_first := true
-	for child in node.get_children():
-		var part := _outline_of_shape(child)
-		if part.size != Vector3.ZERO:
-			outline = part if is_first else outline.merge(part)
-			is_first = false
-	_outlines[id] = outline
-	_outline_frames[id] = frame
-	return outline
+# Before the scene's own physics frame. A tree that stands still altogether, as when the editor holds it, has no time.
+static func _step() -> void:
+	if not _tree.root.can_process() and not _tree.paused:
+		return
+	now += _tree.root.get_physics_process_delta_time()
+	var first := _slice + 1
+	_slice = floori(now * SLICES_A_SECOND)
+	rays_left()
+	if not _overdue.is_empty():
+		var overdue := _overdue
+		_overdue = []
+		_wake(overdue)
+	for slice in range(maxi(first, _slice - SLICES + 1), _slice + 1):
+		var place := slice & (SLICES - 1)
+		if not _slices[place].is_empty():
+			var due := _slices[place]
+			_slices[place] = []
+			_wake(due)
+	_tell_of_the_gone()
+	serve()
 
 
-static func _outline_of_shape(child: Node) -> AABB:
-	if child is CollisionShape3D and not child.disabled and child.shape != null:
-		return child.transform * _outline_in_3d(child.shape)
-	if child is CollisionShape2D and not child.disabled and child.shape != null:
-		return _in_2d(child.transform * child.shape.get_rect())
-	if child is CollisionPolygon2D and not child.disabled and not child.polygon.is_empty():
-		var around := Rect2(child.polygon[0], Vector2.ZERO)
-		for corner: Vector2 in child.polygon:
-			around = around.expand(corner)
-		return _in_2d(child.transform * around)
-	return AABB()
+static func _wake(watchers: PackedInt64Array) -> void:
+	var slice := _slice
+	for id in watchers:
+		var watcher := instance_from_id(id)
+		if watcher == null:
+			continue
+		var next: int = watcher.wake(slice, now, _waiting.is_empty() and _cast < rays_per_frame)
+		if next <= slice:
+			_overdue.append(id)
+		elif next < slice + SLICES:
+			_slices[next & (SLICES - 1)].append(id)
 
 
-static func _in_2d(around: Rect2) -> AABB:
-	return AABB(Vector3(around.position.x, around.position.y, 0.0), Vector3(around.size.x, around.size.y, 0.0))
-
-
-static func _outline_in_3d(shape: Shape3D) -> AABB:
-	if shape is BoxShape3D:
-		return _box(shape.size)
-	if shape is SphereShape3D:
-		return _box(Vector3.ONE * shape.radius * 2.0)
-	if shape is CapsuleShape3D or shape is CylinderShape3D:
-		return _box(Vector3(shape.radius * 2.0, shape.height, shape.radius * 2.0))
-	var points: PackedVector3Array = []
-	if shape is ConvexPolygonShape3D:
-		points = shape.points
-	elif shape is ConcavePolygonShape3D:
-		points = shape.get_faces()
-	if points.is_empty():
-		return AABB()
-	var around := AABB(points[0], Vector3.ZERO)
-	for point in points:
-		around = around.expand(point)
-	return around
-
-
-static func _box(size: Vector3) -> AABB:
-	return AABB(size * -0.5, size)
+static func _tell_of_the_gone() -> void:
+	var gone: PackedInt64Array = []
+	for target in _minded:
+		if not is_instance_id_valid(target):
+			gone.append(target)
+	for target in gone:
+		var minders := _minded[target]
+		_minded.erase(target)
+		for id: int in minders:
+			var watcher := instance_from_id(id)
+			if watcher != null:
+				watcher.lose_the_gone()

@@ -37,16 +37,15 @@ const PIXELS_PER_METRE: float = 32.0
 const USUAL: Dictionary[StringName, float] = {&"see_range": 12.0, &"hearing_range": 20.0}
 const NOT_SET: float = -1.0
 
-## The eye sits so far up from the middle of a 3D character to its top.
-const EYE_UP: float = 0.8
-## How far from the middle of a target to its edge the other points lie that are tried.
-const NEAR_THE_EDGE: float = 0.85
-## What reaches no farther than this from its middle, in metres, is small: one point tells whether it can be seen.
-const SMALL: float = 0.3
-## Nearer than this, in metres, there is no direction to look in.
-const TOUCHING: float = 0.01
+## It has nothing to do in any slice of time.
+const NEVER: int = 0x7FFF_FFFF_FFFF_FFFF
 
-enum View { HIDDEN, CLEAR, NO_RAYS_LEFT }
+# What the library's part of a look is told, and what it answers.
+const LOOK: StringName = &"perception_look"
+enum Row { BODY, RAY, RANGE, WIDEST, BLOCKED_BY, EYE_OFFSET, POINTS, NOW, OTHERS, RAYS_LEFT, POINT, AT, HIT, SEEN, PLACE, DISTANCE, RAYS_CAST, SPACE, SIZE }
+enum Answer { OVER, NO_RAYS_LEFT, CAST_A_RAY, WHO_ELSE }
+# Below any cosine.
+const ALL_AROUND: float = -2.0
 
 @export_group("Sight")
 ## The group of the things it looks for, such as [code]player[/code].
@@ -55,20 +54,33 @@ enum View { HIDDEN, CLEAR, NO_RAYS_LEFT }
 @export_range(0.0, 100.0, 0.1, "or_greater", "hide_slider") var see_range: float = NOT_SET:
 	get:
 		return see_range if see_range >= 0.0 else _usual(&"see_range")
+	set(value):
+		see_range = value
+		_is_set[&"see_range"] = value >= 0.0
+		_is_prepared = false
 ## How wide it sees, from one side to the other. 360 sees all around.
 @export_range(0.0, 360.0, 1.0, "suffix:°") var view_angle: float = 120.0:
 	set(value):
 		view_angle = value
-		_widest = cos(deg_to_rad(clampf(value, 0.0, 360.0)) * 0.5)
+		_is_prepared = false
 ## The physics layers that hide things from it: those of the walls. The character itself and what it looks at never do, so one
 ## layer for everything works too, though then other characters on it stand in the way.
-@export_flags_3d_physics var blocked_by: int = 1
+@export_flags_3d_physics var blocked_by: int = 1:
+	set(value):
+		blocked_by = value
+		_is_prepared = false
 ## Moves its eye, in the character's own directions. Otherwise the eye is near the top of the character's shapes in 3D and in the
 ## middle of them in 2D.
-@export var eye_offset: Vector3 = Vector3.ZERO
+@export var eye_offset: Vector3 = Vector3.ZERO:
+	set(value):
+		eye_offset = value
+		_is_prepared = false
 ## How many points of something big are tried before it counts as hidden: its middle, then its edges to either side and, in 3D,
 ## its top and its bottom. Each costs a ray.
-@export_range(1, 5) var points_on_target: int = 3
+@export_range(1, 5) var points_on_target: int = 3:
+	set(value):
+		points_on_target = value
+		_is_prepared = false
 
 @export_group("Noticing")
 ## How long something has to be in view before it is noticed, at the very end of the range; half as far takes half as long. Zero
@@ -79,20 +91,27 @@ enum View { HIDDEN, CLEAR, NO_RAYS_LEFT }
 
 @export_group("Memory")
 ## How long a target is remembered that cannot be seen any more. Then it is given up.
-@export_range(0.0, 60.0, 0.01, "or_greater", "suffix:s", "hide_slider") var remember_for: float = 5.0
+@export_range(0.0, 60.0, 0.01, "or_greater", "suffix:s", "hide_slider") var remember_for: float = 5.0:
+	set(value):
+		remember_for = value
+		_plan()
 
 @export_group("Hearing")
 ## How far it hears, in metres in 3D and pixels in 2D. Never set, it is 20 metres or 640 pixels. Zero is deaf.
 @export_range(0.0, 100.0, 0.1, "or_greater", "hide_slider") var hearing_range: float = NOT_SET:
 	get:
 		return hearing_range if hearing_range >= 0.0 else _usual(&"hearing_range")
+	set(value):
+		hearing_range = value
+		_is_set[&"hearing_range"] = value >= 0.0
 
 @export_group("Looking")
 ## How often it looks.
 @export_range(0.0, 2.0, 0.01, "or_greater", "suffix:s", "hide_slider") var look_every: float = 0.1:
 	set(value):
 		look_every = value
-		_until_look = minf(_until_look, value)
+		_look_at = minf(_look_at, _time() + value)
+		_plan()
 
 ## What it is dealing with: something it sees or remembers, or was told of. Null for nothing. Setting it is as good as
 ## [method notice].
@@ -101,12 +120,13 @@ var target: Node:
 		return target if is_instance_valid(target) else null
 	set(value):
 		if value == null:
-			_target_id = 0
+			_mind(0)
 		elif value.get_instance_id() != _target_id:
-			_target_id = value.get_instance_id()
+			_mind(value.get_instance_id())
 			_saw_it = _sees
-			_unseen_for = 0.0
+			_unseen_since = _time()
 		target = value
+		_plan()
 ## Whether the target is in view now.
 var can_see_target: bool:
 	get:
@@ -114,8 +134,10 @@ var can_see_target: bool:
 	set(value):
 		if value:
 			_saw_it = true
-			_unseen_for = 0.0
+		elif _sees:
+			_unseen_since = _time()
 		_sees = value
+		_plan()
 ## Where the target was when it was last seen or told of: a Vector2 or a Vector3. It stays when the target is given up. Null
 ## before there was any.
 var last_known_position: Variant = null
@@ -126,23 +148,25 @@ var last_heard_position: Variant = null
 ## How close it is to noticing something that is in view, from 0 to 1: for a meter over its head.
 var suspicion: float = 0.0
 
+# The distances that were set, by name.
+var _is_set: Dictionary[StringName, bool] = {}
 var _target_id: int = 0
 var _sees: bool = false
 var _saw_it: bool = false
-var _unseen_for: float = 0.0
-var _until_look: float = 0.0
-var _since_look: float = 0.0
 var _waits: bool = false
-var _widest: float = cos(deg_to_rad(60.0))
-# Where it looks from and to, read anew for each look. In 2D z is 0.
-var _in_3d: bool = false
-var _middle: Vector3
-var _eye: Vector3
-var _forward: Vector3
-var _has_aimed: bool = false
-# One of the two is made at the first look.
-var _ray_2d: PhysicsRayQueryParameters2D
-var _ray_3d: PhysicsRayQueryParameters3D
+# By its own time: when it lost sight, when it looks again and when it did so last.
+var _unseen_since: float = 0.0
+var _look_at: float = 0.0
+var _looked_at: float = 0.0
+# How far its own time is behind the shared clock, and where that stood when its time stopped; below zero while it goes on.
+var _behind: float = 0.0
+var _stopped_at: float = 0.0
+# When it is woken.
+var _slice: int = NEVER
+var _row: Array = []
+var _is_prepared: bool = false
+# For the body it was made for, so that the bodies of the character itself are never in its way.
+var _ray: RefCounted
 var _ray_from: int = 0
 
 static var _made: int = 0
@@ -154,7 +178,10 @@ func _init() -> void:
 	add_to_group(HEARING_GROUP)
 	# Each starts at another point of its interval, so that they do not all look in the same frame.
 	_made += 1
-	_until_look = look_every * fposmod(_made * 0.618034, 1.0)
+	_stopped_at = Sight.now
+	_looked_at = Sight.now
+	_unseen_since = Sight.now
+	_look_at = Sight.now + look_every * fposmod(_made * 0.618034, 1.0)
 
 
 func _enter_tree() -> void:
@@ -164,25 +191,22 @@ func _enter_tree() -> void:
 		MakerWarnings.once_for(self, "no place", _no_place_words())
 
 
-func _ready() -> void:
+func _notification(what: int) -> void:
 	if Engine.is_editor_hint():
-		set_physics_process(false)
-
-
-func _physics_process(delta: float) -> void:
-	_until_look -= delta
-	_since_look += delta
-	if not _sees:
-		_unseen_for += delta
-	if _until_look <= 0.0:
-		_until_look = maxf(_until_look + look_every, 0.0)
-		if not _waits:
-			_waits = true
-			Sight.wait_for_turn(self)
-	if _target_id != 0:
-		_keep_in_mind()
-	if _waits:
-		Sight.serve()
+		return
+	match what:
+		NOTIFICATION_ENTER_TREE:
+			_is_prepared = false
+			Sight.enter(get_tree())
+			if can_process():
+				_go_on()
+		NOTIFICATION_EXIT_TREE:
+			_stop()
+			Sight.leave()
+		NOTIFICATION_PAUSED:
+			_stop()
+		NOTIFICATION_UNPAUSED:
+			_go_on()
 
 
 func _get_configuration_warnings() -> PackedStringArray:
@@ -192,6 +216,9 @@ func _get_configuration_warnings() -> PackedStringArray:
 func _validate_property(property: Dictionary) -> void:
 	if property["name"] == &"blocked_by" and get_parent() is Node2D:
 		property["hint"] = PROPERTY_HINT_LAYERS_2D_PHYSICS
+	# A scene keeps what somebody set: the usual distance is another one on the other side.
+	if USUAL.has(property["name"]) and not _is_set.get(property["name"], false):
+		property["usage"] &= ~PROPERTY_USAGE_STORAGE
 
 
 func _property_can_revert(property: StringName) -> bool:
@@ -214,7 +241,9 @@ func has_lost_it() -> bool:
 
 ## For how many seconds what it saw has been out of sight; below zero when it has lost nothing.
 func out_of_sight_for() -> float:
-	return _unseen_for if has_lost_it() else -1.0
+	if not has_lost_it():
+		return -1.0
+	return 0.0 if _sees else _time() - _unseen_since
 
 
 ## Looks at once, without waiting for the next look. When this physics frame has no rays left, it looks in the next one.
@@ -234,7 +263,7 @@ func notice(node: Node) -> void:
 		_sees = false
 		target = node
 	if not _sees:
-		_unseen_for = 0.0
+		_unseen_since = _time()
 		_remember_place_of(node)
 
 
@@ -250,6 +279,84 @@ func take_turn() -> bool:
 		_waits = false
 		return true
 	return _look()
+
+
+## Called by the shared clock, which stands at [param now], once something of it may be due. Answers in which slice of time it
+## is to be woken again. [param may_look] tells that nobody waits for rays.
+func wake(slice: int, now: float, may_look: bool) -> int:
+	if _slice > slice:
+		return NEVER
+	_slice = NEVER
+	var time := now - _behind
+	var looks := time + Sight.ON_TIME >= _look_at
+	if looks:
+		_look_at = maxf(_look_at + look_every, time)
+	if _target_id != 0 and not _sees and time + Sight.ON_TIME >= _unseen_since + remember_for:
+		_give_up()
+		if _stopped_at >= 0.0:
+			return NEVER
+	var at := _look_at
+	if _target_id != 0 and not _sees:
+		at = minf(at, _unseen_since + remember_for)
+	var next := int(clampf((at + _behind - Sight.ROUNDING) * Sight.SLICES_A_SECOND, slice, slice + Sight.SLICES - 1))
+	_slice = next
+	if looks and not _waits and not (may_look and _look()):
+		_waits = true
+		Sight.wait_for_turn(self)
+	return next
+
+
+## Called by the shared clock when a target has been freed.
+func lose_the_gone() -> void:
+	if _is_target_gone():
+		_lose_sight()
+		_give_up()
+
+
+# Its own time, which stands still while it is paused.
+func _time() -> float:
+	return (Sight.now if _stopped_at < 0.0 else _stopped_at) - _behind
+
+
+func _go_on() -> void:
+	if _stopped_at < 0.0:
+		return
+	_behind += Sight.now - _stopped_at
+	_stopped_at = -1.0
+	if _target_id != 0:
+		Sight.mind(_target_id, self)
+	_plan()
+
+
+func _stop() -> void:
+	if _stopped_at >= 0.0:
+		return
+	_stopped_at = Sight.now
+	_slice = NEVER
+	if _target_id != 0:
+		Sight.mind_no_more(_target_id, self)
+
+
+func _mind(id: int) -> void:
+	if _stopped_at < 0.0:
+		if _target_id != 0:
+			Sight.mind_no_more(_target_id, self)
+		if id != 0:
+			Sight.mind(id, self)
+	_target_id = id
+
+
+# Has itself woken for what comes next. When that is put off later on, it is woken in vain.
+func _plan() -> void:
+	if _stopped_at >= 0.0:
+		return
+	var at := _look_at
+	if _target_id != 0 and not _sees:
+		at = minf(at, _unseen_since + remember_for)
+	var slice := Sight.slice_at(at + _behind)
+	if slice < _slice:
+		_slice = slice
+		Sight.wake_in(slice, self)
 
 
 func _usual(distance: StringName) -> float:
@@ -274,19 +381,12 @@ func _is_target_gone() -> bool:
 	return _target_id != 0 and not is_instance_id_valid(_target_id)
 
 
-func _keep_in_mind() -> void:
-	if _is_target_gone():
-		_lose_sight()
-		_give_up()
-	elif not _sees and _unseen_for >= remember_for:
-		_give_up()
-
-
 func _lose_sight() -> void:
 	if _sees:
 		_sees = false
-		_unseen_for = 0.0
+		_unseen_since = _time()
 		last_lost_position = last_known_position
+		_plan()
 
 
 func _give_up() -> void:
@@ -303,44 +403,61 @@ func _remember_place_of(node: Node) -> void:
 # One look. False, and nothing changed, when the rays of this frame ran out before it was over. Whoever listens to the signals
 # may do anything, so they come last.
 func _look() -> bool:
+	if not _is_prepared:
+		_prepare()
 	var now := target
-	var others := Sight.members_of(watch_group, get_tree())
-	var whole_frame := Sight.is_untouched()
-	var nearest: Node = null
-	var near: float = see_range
-	var at_end := false
-	if (now != null or not others.is_empty()) and near > 0.0 and _place_myself():
-		if now != null:
-			match _view_of(now, near):
-				View.CLEAR:
-					nearest = now
-				View.NO_RAYS_LEFT:
-					at_end = true
-		if nearest == null and not at_end:
-			for node: Variant in others:
-				if not is_instance_valid(node) or node == now:
-					continue
-				match _view_of(node, near):
-					View.CLEAR:
-						nearest = node
-						near = _middle.distance_to(_middle_of(node))
-					View.NO_RAYS_LEFT:
-						at_end = true
-						break
+	var row := _row
+	var seen: Node = null
+	var others: Variant = null if now != null else Sight.members_of(watch_group, get_tree())
+	if row[Row.RANGE] > 0.0 and (now != null or not (others as Array).is_empty()):
+		var left := Sight.rays_left()
+		row[Row.NOW] = now
+		row[Row.OTHERS] = others
+		row[Row.RAYS_LEFT] = left
+		row[Row.POINT] = -1
+		var answer: int = SCMachineBase.native_helper(LOOK, row)
+		while answer >= Answer.CAST_A_RAY:
+			if answer == Answer.WHO_ELSE:
+				row[Row.OTHERS] = Sight.members_of(watch_group, get_tree())
+			else:
+				var hit := _cast(row[Row.SPACE])
+				if hit == null and row[Row.AT] < 0:
+					row[Row.SEEN] = now
+					answer = Answer.OVER
+					break
+				row[Row.HIT] = hit
+			answer = SCMachineBase.native_helper(LOOK, row)
+		if row[Row.RAYS_CAST] > 0:
+			Sight.count_rays(row[Row.RAYS_CAST])
 		# One that would need more than all the rays of a frame would wait for ever.
-		if at_end and not whole_frame:
+		if answer == Answer.NO_RAYS_LEFT and left < maxi(Sight.rays_per_frame, 1):
 			return false
+		seen = row[Row.SEEN]
 	_waits = false
-	var since := _since_look
-	_since_look = 0.0
-	_take_in(nearest, near, since)
+	var time := _time()
+	var since := time - _looked_at
+	_looked_at = time
+	if seen != null and seen == now and _sees:
+		suspicion = 0.0
+		last_known_position = row[Row.PLACE]
+	else:
+		_take_in(seen, row[Row.DISTANCE], since)
 	return true
+
+
+# What its ray hits, null for nothing.
+func _cast(space: Object) -> Object:
+	var in_space := space as PhysicsDirectSpaceState3D
+	if in_space != null:
+		return in_space.intersect_ray(_ray).get(&"collider")
+	return (space as PhysicsDirectSpaceState2D).intersect_ray(_ray).get(&"collider")
 
 
 func _take_in(seen: Node, distance: float, since: float) -> void:
 	if seen == null:
 		_lose_sight()
-		suspicion = maxf(suspicion - since / seconds_to_relent, 0.0) if seconds_to_relent > 0.0 else 0.0
+		if suspicion > 0.0:
+			suspicion = maxf(suspicion - since / seconds_to_relent, 0.0) if seconds_to_relent > 0.0 else 0.0
 		return
 	var is_known := seen == target
 	if not is_known and not _has_noticed(distance, since):
@@ -351,11 +468,11 @@ func _take_in(seen: Node, distance: float, since: float) -> void:
 	var was_seen := is_known and _saw_it
 	if not is_known:
 		_lose_sight()
-	target = seen
-	can_see_target = true
 	_remember_place_of(seen)
 	if was_in_view:
 		return
+	target = seen
+	can_see_target = true
 	if was_seen:
 		seen_again.emit(seen)
 	else:
@@ -370,145 +487,38 @@ func _has_noticed(distance: float, since: float) -> bool:
 	return true
 
 
-# False when there is no place to look from.
-func _place_myself() -> bool:
+# Puts down what a look depends on. Without a place to look from it has no range.
+func _prepare() -> void:
+	_is_prepared = true
 	var body := get_parent()
-	if not _has_a_place() or not body.is_inside_tree():
-		return false
+	_row.resize(Row.SIZE)
+	_row[Row.RANGE] = see_range if _has_a_place() else 0.0
+	_row[Row.BODY] = body
+	_row[Row.DISTANCE] = 0.0
+	_row[Row.RAYS_CAST] = 0
+	if not _has_a_place():
+		return
 	if body.get_instance_id() != _ray_from:
 		_make_ray(body)
-	_in_3d = body is Node3D
-	_middle = _middle_of(body)
-	_has_aimed = false
-	return _middle.is_finite()
+	_row[Row.RAY] = _ray
+	_row[Row.WIDEST] = ALL_AROUND if view_angle >= 360.0 else cos(deg_to_rad(maxf(view_angle, 0.0)) * 0.5)
+	_row[Row.BLOCKED_BY] = blocked_by
+	_row[Row.EYE_OFFSET] = eye_offset
+	_row[Row.POINTS] = points_on_target
 
 
-# Only once somebody is near enough.
-func _aim() -> void:
-	_has_aimed = true
-	var body := get_parent()
-	if _in_3d:
-		var basis: Basis = (body as Node3D).global_basis
-		_forward = -basis.z.normalized()
-		_eye = _middle + basis * (Vector3.UP * Sight.outline_of(body).size.y * 0.5 * EYE_UP + eye_offset)
-		return
-	var space: Transform2D = (body as Node2D).global_transform
-	var way := space.x.normalized()
-	if body.has_meta(FACES_LEFT) or body.has_meta(SIDE_ON):
-		way = Vector2.LEFT if body.get_meta(FACES_LEFT, false) else Vector2.RIGHT
-	_forward = Vector3(way.x, way.y, 0.0)
-	var aside := space.basis_xform(Vector2(eye_offset.x, eye_offset.y))
-	_eye = _middle + Vector3(aside.x, aside.y, 0.0)
-
-
-func _middle_of(node: Node) -> Vector3:
-	var middle := Sight.outline_of(node).get_center()
-	if node is Node3D:
-		return (node as Node3D).global_transform * middle
-	var flat := (node as Node2D).global_transform * Vector2(middle.x, middle.y)
-	return Vector3(flat.x, flat.y, 0.0)
-
-
-func _view_of(node: Node, within: float) -> View:
-	if node == get_parent() or not _is_there(node):
-		return View.HIDDEN
-	var middle := _middle_of(node)
-	var way := middle - _middle
-	var distance := way.length()
-	# What is no number is not below any.
-	if not distance <= within:
-		return View.HIDDEN
-	if distance <= TOUCHING * _metre():
-		return View.CLEAR
-	if not _has_aimed:
-		_aim()
-	if view_angle < 360.0 and _forward.dot(way) < _widest * distance:
-		return View.HIDDEN
-	return _view_past_walls(node, middle)
-
-
-# In the same world and shown.
-func _is_there(node: Node) -> bool:
-	if not node.is_inside_tree():
-		return false
-	if _in_3d:
-		var in_space := node as Node3D
-		return in_space != null and in_space.is_visible_in_tree() and in_space.get_world_3d() == (get_parent() as Node3D).get_world_3d()
-	var flat := node as Node2D
-	return flat != null and flat.is_visible_in_tree() and flat.get_world_2d() == (get_parent() as Node2D).get_world_2d()
-
-
-func _view_past_walls(node: Node, middle: Vector3) -> View:
-	if blocked_by == 0:
-		return View.CLEAR
-	var half := Sight.outline_of(node).size * 0.5
-	var is_small: bool = half[half.max_axis_index()] <= SMALL * _metre()
-	var count := 1 if is_small else clampi(points_on_target, 1, 5 if _in_3d else 3)
-	for number in count:
-		if Sight.rays_left() <= 0:
-			return View.NO_RAYS_LEFT
-		if _reaches(node, middle if number == 0 else _point_at_edge(node, number, half, middle)):
-			return View.CLEAR
-	return View.HIDDEN
-
-
-# To either side as it is seen from the eye, then up and down. Each lies within a ball that fills the box around its shapes.
-func _point_at_edge(node: Node, number: int, half: Vector3, middle: Vector3) -> Vector3:
-	var way := middle - _eye
-	var side := Vector3(-way.z, 0.0, way.x) if _in_3d else Vector3(-way.y, way.x, 0.0)
-	var toward := Vector3.UP if number >= 3 else side.normalized()
-	if number % 2 == 0:
-		toward = -toward
-	if _in_3d:
-		var basis := (node as Node3D).global_basis
-		var own := (basis.orthonormalized().inverse() * toward) * half * NEAR_THE_EDGE if not is_zero_approx(basis.determinant()) else Vector3.ZERO
-		return middle + basis * own
-	var turned := Vector2(toward.x, toward.y).rotated(-(node as Node2D).global_rotation) * Vector2(half.x, half.y) * NEAR_THE_EDGE
-	var flat := (node as Node2D).global_transform.basis_xform(turned)
-	return middle + Vector3(flat.x, flat.y, 0.0)
-
-
-# Whether nothing but the node itself stands between the eye and a point on it.
-func _reaches(node: Node, point: Vector3) -> bool:
-	var hit: Dictionary
-	Sight.count_ray()
-	if _in_3d:
-		var space := (get_parent() as Node3D).get_world_3d().direct_space_state
-		if space == null:
-			return false
-		_ray_3d.collision_mask = blocked_by
-		_ray_3d.from = _eye
-		_ray_3d.to = point
-		hit = space.intersect_ray(_ray_3d)
-	else:
-		var flat := (get_parent() as Node2D).get_world_2d().direct_space_state
-		if flat == null:
-			return false
-		_ray_2d.collision_mask = blocked_by
-		_ray_2d.from = Vector2(_eye.x, _eye.y)
-		_ray_2d.to = Vector2(point.x, point.y)
-		hit = flat.intersect_ray(_ray_2d)
-	return hit.is_empty() or _is_part_of(hit[&"collider"] as Node, node)
-
-
-# A body belongs to what it carries, such as a hurt box that is looked for, unless it is the ground that everything stands on.
-func _is_part_of(collider: Node, node: Node) -> bool:
-	if collider == null or collider == node or node.is_ancestor_of(collider):
-		return true
-	return (collider is CharacterBody2D or collider is CharacterBody3D) and collider.is_ancestor_of(node)
-
-
-# The bodies of the character itself are never in its way.
 func _make_ray(body: Node) -> void:
 	_ray_from = body.get_instance_id()
 	var own: Array[RID] = []
 	_gather_bodies(body, own)
 	if body is Node3D:
-		_ray_3d = PhysicsRayQueryParameters3D.new()
-		_ray_3d.exclude = own
+		var in_space := PhysicsRayQueryParameters3D.new()
+		in_space.exclude = own
+		_ray = in_space
 	else:
-		_ray_2d = PhysicsRayQueryParameters2D.new()
-		_ray_2d.exclude = own
+		var flat := PhysicsRayQueryParameters2D.new()
+		flat.exclude = own
+		_ray = flat
 
 
 func _gather_bodies(node: Node, own: Array[RID]) -> void:

@@ -30,7 +30,11 @@ class SCStrafeAroundAction : public SCMachineAction {
 	SC_KIND(SCStrafeAroundAction, SCMachineAction)
 
 public:
+	// The engine has a CLOCKWISE of its own, which is never meant here.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wshadow"
 	SC_ENUM(Way, EITHER, CLOCKWISE, ANTICLOCKWISE)
+#pragma GCC diagnostic pop
 
 	NodePath body_path;
 	StringName target_variable;

@@ -26,7 +26,10 @@ struct MoverStep {
 	MoverStep(SCMachineBase *of_machine, SCMachineAction *action, int of_index, double of_delta) :
 			machine(of_machine), kind(as_kind<Kind>(action)), index(of_index), delta(of_delta), here(of_machine), body(body_of(of_machine, kind)), held(body),
 			falls(body != nullptr && walking::really_falls(of_machine, kind, body, kind->falls)) {
-		smoothing::smooth(body);
+		// Not as a state is entered: in a scene's first moment the engine would draw what stands still at the origin.
+		if (delta > 0.0) {
+			smoothing::smooth(body);
+		}
 	}
 
 	bool goes_on() const { return here && held.get() != nullptr; }
@@ -34,6 +37,12 @@ struct MoverStep {
 	bool noted(const StringName &name) const { return slot().get(name, false).booleanize(); }
 	double number(const StringName &name) const { return values::as_number(slot().get(name, 0.0)); }
 	void note(const StringName &name, const Variant &value) const { slot()[name] = value; }
+	// Nearly always there is no such note, and mostly none at all.
+	void take_back(const StringName &name) const {
+		if (has_notes() && noted(name)) {
+			note(name, false);
+		}
+	}
 
 	// Only for a kind with a Target Variable.
 	Node *target() const {
@@ -71,6 +80,10 @@ struct MoverStep {
 	}
 
 private:
+	bool has_notes() const {
+		const RunRow *row = machine->run().running_or_last();
+		return row != nullptr && index < row->action_count() && row->runs[index].slot.get_type() != Variant::NIL;
+	}
 	static Node *body_of(SCMachineBase *machine, const Kind *kind) {
 		Node *found = kind != nullptr ? values::node_of(machine, kind->body_path) : nullptr;
 		return found != nullptr && found->is_inside_tree() ? found : nullptr;

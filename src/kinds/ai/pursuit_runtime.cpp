@@ -43,7 +43,7 @@ public:
 			return;
 		}
 		const Kind *kind = step.kind;
-		step.note(names().there, false);
+		step.take_back(names().there);
 		if (kind->target_variable.is_empty() || kind->finish_on_arrival || !lane_jobs::are_simple_enough(step)) {
 			return;
 		}
@@ -63,7 +63,7 @@ public:
 			return;
 		}
 		Node *target = step.target();
-		if (!step.goes_on()) {
+		if (target == nullptr && !step.goes_on()) {
 			return;
 		}
 		const Weak<Node> prey(target);
@@ -80,7 +80,7 @@ public:
 		if (arrived) {
 			arrive(step, prey.get());
 		} else {
-			step.note(names().there, false);
+			step.take_back(names().there);
 		}
 	}
 };
@@ -139,7 +139,7 @@ public:
 		const Step step(machine, action, index, 0.0);
 		if (step.kind != nullptr) {
 			step.has_body_or_warn();
-			step.note(names().safe, false);
+			step.take_back(names().safe);
 		}
 	}
 
@@ -150,7 +150,7 @@ public:
 			return;
 		}
 		Node *target = step.target();
-		if (!step.goes_on()) {
+		if (target == nullptr && !step.goes_on()) {
 			return;
 		}
 		const Variant from = target != nullptr ? step.place_of(target) : Variant();
@@ -158,7 +158,7 @@ public:
 			be_safe(step);
 			return;
 		}
-		step.note(names().safe, false);
+		step.take_back(names().safe);
 		run(step, from);
 	}
 };

@@ -96,6 +96,10 @@ String SCEventOnInputAction::summary_default() {
 	return vformat("When %s %s%s%s", input_action, happens, inside, does);
 }
 
+String SCEventOnInputAction::holds_its_state_default() {
+	return "It listens for as long as the state runs. Move on with the event that it sends, or put it on the state above";
+}
+
 void SCEventOnInputAction::warn_input(SCMachineBase *machine, int index) {
 	(void)index;
 	if (input_action.is_empty()) {

@@ -23,6 +23,7 @@ public:
 	String summary_default() override;
 	// Once it has finished it goes on listening.
 	bool works_after_finishing_default() override { return true; }
+	String holds_its_state_default() override;
 	void warn_input(SCMachineBase *machine, int index);
 	// Whether the player stands inside the area that is asked for.
 	bool inside_check(SCMachineBase *machine, int index);

@@ -30,12 +30,8 @@ struct Side3D {
 	}
 };
 
-Side2D side_of(const Node2D *) {
-	return Side2D();
-}
-Side3D side_of(const Node3D *) {
-	return Side3D();
-}
+template <class Body>
+using SideOf = std::conditional_t<std::is_base_of_v<Node2D, Body>, Side2D, Side3D>;
 
 // What is typed in, as vectors along the axes of the world.
 template <class Side>
@@ -63,7 +59,7 @@ bool find_hold(SCMachineBase *machine, const Kind *kind, const Node *body, typen
 
 template <class Body>
 void push_rigid(SCMachineBase *machine, const Kind *kind, Body *body) {
-	using Side = decltype(side_of(body));
+	using Side = SideOf<Body>;
 	typename Side::Shove shove;
 	shove.impulse = in_world<Side>(kind, body, kind->force) * real_t(kind->whatever_its_mass ? body->get_mass() : 1.0);
 	shove.at_its_middle = !find_hold<Side>(machine, kind, body, shove.at);
@@ -91,7 +87,7 @@ void push_rigid(SCMachineBase *machine, const Kind *kind, Body *body) {
 
 template <class Body>
 void push_character(SCMachineBase *machine, const Kind *kind, Body *body, double delta) {
-	using Side = decltype(side_of(body));
+	using Side = SideOf<Body>;
 	if (kind->twist != 0.0) {
 		verbs::warn(machine, kind,
 				vformat("%s is a %s, which no twist turns, so it is only pushed. Put Twist at 0, or turn it with Rotate.", body->get_name(),

@@ -10,6 +10,8 @@
 #include "kinds/physics/crouch_shapes.hpp"
 #include "machine/native_names.hpp"
 
+#include <godot_cpp/variant/callable_method_pointer.hpp>
+
 namespace {
 
 using Kind = SCCrouchAction;
@@ -47,6 +49,15 @@ Variant down_of(Node *node) {
 	Variant down;
 	bodies::visit(node, [&](auto *body) { down = -body->get_up_direction(); });
 	return down;
+}
+
+void tell_of_no_room(const Variant &kind_then, const Variant &machine_then, int index, const Variant &body_then) {
+	Kind *kind = Object::cast_to<Kind>(kind_then.get_validated_object());
+	SCMachineBase *machine = Object::cast_to<SCMachineBase>(machine_then.get_validated_object());
+	Node *body = Object::cast_to<Node>(body_then.get_validated_object());
+	if (kind != nullptr && machine != nullptr && body != nullptr && body->is_inside_tree() && !body->is_queued_for_deletion()) {
+		verbs::say<&Kind::warn_crouch>(kind, machine, index, 3, body);
+	}
 }
 
 class Crouch : public SCNativeAction {
@@ -185,8 +196,9 @@ public:
 		const bool room = node == nullptr || has_room(node, slot[names().lost]);
 		stand_up(slot);
 		Kind *kind = as_kind<Kind>(action);
+		// Whether it is the whole scene that goes is known only afterwards.
 		if (!room && kind != nullptr) {
-			verbs::say<&Kind::warn_crouch>(kind, machine, index, 3, node);
+			callable_mp_static(&tell_of_no_room).bind(kind, machine, index, node).call_deferred();
 		}
 	}
 };
