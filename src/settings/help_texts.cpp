@@ -1,5 +1,6 @@
 #include "settings/help_texts.hpp"
 
+#include <godot_cpp/core/class_db.hpp>
 #include <godot_cpp/core/object.hpp>
 
 using namespace godot;

@@ -322,7 +322,7 @@ func test_in_3d() -> void:
 	in_2d = false
 	var walker := _template("player.tres", tables("2. A character"))
 	walker.states[0].start_sub_state = walker.states[0].sub_states[0]
-	for table in tables("In 3D"):
+	for table: Array in tables("In 3D"):
 		put_in(walker, table)
 	expect_equal(SCMachineTemplate.findings_in(walker), [])
 	var ground := boxed(StaticBody3D.new(), Vector3(40, 2, 40)) as StaticBody3D
