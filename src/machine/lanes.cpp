@@ -18,6 +18,7 @@ void MachineRun::frame(Lane lane, double delta) {
 	Busy keep(*this);
 	if (lane != main_lane()) {
 		run_lane(lane, delta);
+		note_call_order();
 		return;
 	}
 	clock.seconds += delta;

@@ -239,16 +239,17 @@ func test_a_step_of_a_crowd_asks_for_nothing() -> void:
 				apart.set(&"push_variable", &"push")
 				apart.set(&"personal_space_variable", &"space")
 			walk(member, [apart], {"variables": {"push": 0.001, "space": far(1.6)}})
-		await _expect_nothing_over(200, Callable(), await _asked_by_slides(walkers)))
+		await _expect_nothing_over(200, Callable(), await _asked_by_slides(walkers, true)))
 
 
-# What the engine asks for itself in a frame in which these bodies slide: it lists what each has touched.
-func _asked_by_slides(bodies: Array[Node]) -> int:
+# What the engine asks for itself in a frame in which these bodies slide: it lists what each has touched. In Jolt one that moves
+# along the floor touches nothing.
+func _asked_by_slides(bodies: Array[Node], standing: bool = false) -> int:
 	var slider := _apart_from_others(character(-20.0))
 	var landing := walk(slider, [kind(SCMoveCharacterAction)])
 	await physics_frames(5)
 	landing.free()
-	slider.set(&"velocity", at(1.0, 0.0))
+	slider.set(&"velocity", at(0.0 if standing else 1.0, 0.0))
 	var asked := await _asked_by(func() -> void: slider.call(&"move_and_slide"))
 	slider.free()
 	await physics_frames(2)

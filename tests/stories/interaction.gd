@@ -28,6 +28,17 @@ func words_over(thing: Node) -> String:
 	return label.get(&"text") if label != null else ""
 
 
+## Another story may have played with a pad last.
+func open(in_tree: SceneTree, catcher: OutputCatcher) -> void:
+	super(in_tree, catcher)
+	var moved := InputEventKey.new()
+	moved.keycode = KEY_SHIFT
+	for down: bool in [true, false]:
+		moved.pressed = down
+		Input.parse_input_event(moved.duplicate() as InputEvent)
+	Input.flush_buffered_events()
+
+
 func press(key: Key = KEY_E) -> void:
 	for down: bool in [true, false]:
 		var event := InputEventKey.new()

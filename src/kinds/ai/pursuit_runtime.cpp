@@ -43,7 +43,7 @@ public:
 			return;
 		}
 		const Kind *kind = step.kind;
-		step.take_back(names().there);
+		step.note(names().there, false);
 		if (kind->target_variable.is_empty() || kind->finish_on_arrival || !lane_jobs::are_simple_enough(step)) {
 			return;
 		}
@@ -139,7 +139,7 @@ public:
 		const Step step(machine, action, index, 0.0);
 		if (step.kind != nullptr) {
 			step.has_body_or_warn();
-			step.take_back(names().safe);
+			step.note(names().safe, false);
 		}
 	}
 
