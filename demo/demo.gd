@@ -15,51 +15,29 @@ const _PRESSES: Dictionary[float, NodePath] = {
 	7.5: ^"Lamp/LampButton",
 }
 
-var _journal: Journal
-var _frames := 0
-var _frames_run := 0
 var _seconds := 0.0
 var _next_press := 0
-var _shot_path := ""
 
 @onready var _player: Player = $Player
 @onready var _crowd: Crowd = $Crowd
 
 
 func _ready() -> void:
-	for argument in OS.get_cmdline_user_args():
-		if argument.begins_with("--demo-frames="):
-			_frames = argument.get_slice("=", 1).to_int()
-		elif argument.begins_with("--shot="):
-			_shot_path = argument.trim_prefix("--shot=")
-	set_process(_frames > 0)
-	if _frames > 0:
+	var run := RunByItself.wanted()
+	set_process(run != null)
+	if run != null:
 		_player.walk_by_itself(_STOPS)
-		_journal = Journal.new(_crowd)
-		add_child(_journal)
+		add_child(run)
+		run.write_into(Journal.new(_crowd))
 
 
 func _process(delta: float) -> void:
 	_seconds += delta
-	_frames_run += 1
 	if _next_press < _PRESSES.size() and _seconds >= _PRESSES.keys()[_next_press]:
 		_press(_PRESSES.values()[_next_press])
 		_next_press += 1
-	if _frames_run == _frames:
-		_finish()
 
 
 # Not by way of the mouse, which a headless window has not got.
 func _press(button: NodePath) -> void:
 	(get_node(button) as BaseButton).pressed.emit()
-
-
-func _finish() -> void:
-	set_process(false)
-	_journal.summary()
-	if not _shot_path.is_empty() and DisplayServer.get_name() != "headless":
-		await RenderingServer.frame_post_draw
-		var error := get_viewport().get_texture().get_image().save_png(_shot_path)
-		if error != OK:
-			printerr("The picture could not be written to %s (%s)." % [_shot_path, error_string(error)])
-	get_tree().quit()

@@ -7,28 +7,13 @@ extends Node2D
 ## How the level is played by itself.
 const RECORDING: String = "res://demo/platformer/recording.txt"
 
-var _journal: Journal
-var _frames := 0
-var _shot_path := ""
-
 
 func _ready() -> void:
-	for argument in OS.get_cmdline_user_args():
-		if argument.begins_with("--demo-frames="):
-			_frames = argument.get_slice("=", 1).to_int()
-		elif argument.begins_with("--shot="):
-			_shot_path = argument.trim_prefix("--shot=")
-	set_physics_process(_frames > 0)
-	if _frames > 0:
-		_journal = Journal.new(null, _machines_of_the_critters())
-		add_child(_journal)
-		play_by_itself().ended.connect(_finish)
-
-
-func _physics_process(_delta: float) -> void:
-	_frames -= 1
-	if _frames == 0:
-		_finish()
+	var run := RunByItself.wanted()
+	if run != null:
+		add_child(run)
+		run.write_into(Journal.new(null, _machines_of_the_critters()))
+		play_by_itself().ended.connect(run.finish)
 
 
 ## From here on the recording plays, in place of whoever sits there.
@@ -44,16 +29,3 @@ func _machines_of_the_critters() -> Array[SCMachine]:
 	for critter in $Critters.get_children():
 		found.append(SCMachine.machine_of(critter))
 	return found
-
-
-func _finish() -> void:
-	if not is_physics_processing():
-		return
-	set_physics_process(false)
-	_journal.summary()
-	if not _shot_path.is_empty() and DisplayServer.get_name() != "headless":
-		await RenderingServer.frame_post_draw
-		var error := get_viewport().get_texture().get_image().save_png(_shot_path)
-		if error != OK:
-			printerr("The picture could not be written to %s (%s)." % [_shot_path, error_string(error)])
-	get_tree().quit()

@@ -30,34 +30,23 @@ const _PRESSES: Dictionary[float, String] = {
 	9.2: "TrafficLight/Night",
 }
 
-var _journal: BenchJournal
-var _frames := 0
-var _frames_run := 0
 var _seconds := 0.0
 var _next_press := 0
-var _shot_path := ""
 
 
 func _ready() -> void:
-	for argument in OS.get_cmdline_user_args():
-		if argument.begins_with("--demo-frames="):
-			_frames = argument.get_slice("=", 1).to_int()
-		elif argument.begins_with("--shot="):
-			_shot_path = argument.trim_prefix("--shot=")
-	set_process(_frames > 0)
-	if _frames > 0:
-		_journal = BenchJournal.new(self)
-		add_child(_journal)
+	var run := RunByItself.wanted()
+	set_process(run != null)
+	if run != null:
+		add_child(run)
+		run.write_into(BenchJournal.new(self))
 
 
 func _process(delta: float) -> void:
 	_seconds += delta
-	_frames_run += 1
 	while _next_press < _PRESSES.size() and _seconds >= _PRESSES.keys()[_next_press]:
 		use(_PRESSES.values()[_next_press])
 		_next_press += 1
-	if _frames_run == _frames:
-		_finish()
 
 
 ## Presses a button, turns one that stays pressed, or says a word: [code]"PasswordDoor/Word=quill"[/code].
@@ -70,14 +59,3 @@ func use(what: String) -> void:
 		(thing as BaseButton).button_pressed = not (thing as BaseButton).button_pressed
 	else:
 		(thing as BaseButton).pressed.emit()
-
-
-func _finish() -> void:
-	set_process(false)
-	_journal.summary()
-	if not _shot_path.is_empty() and DisplayServer.get_name() != "headless":
-		await RenderingServer.frame_post_draw
-		var error := get_viewport().get_texture().get_image().save_png(_shot_path)
-		if error != OK:
-			printerr("The picture could not be written to %s (%s)." % [_shot_path, error_string(error)])
-	get_tree().quit()
