@@ -34,7 +34,7 @@ bool is_news(SCMachineBase *machine, const Object *kind, const StringName &targe
 		return true;
 	}
 	const StringName &told_of = NativeNames::of<Names>().told_of;
-	const Variant what = int64_t(kind->get_instance_id()) * 4 + int64_t(fault_of(machine, target_variable) - NO_PERCEPTION);
+	const Variant what = int64_t(uint64_t(kind->get_instance_id()) * 4 + uint64_t(fault_of(machine, target_variable) - NO_PERCEPTION));
 	Dictionary slot = is_condition ? machine->condition_slot() : machine->slot(index);
 	if (slot.get(told_of, Variant()) == what) {
 		return false;
