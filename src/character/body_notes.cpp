@@ -152,10 +152,6 @@ void forget_floor(const Node *body) {
 	shared().grounded.erase(body->get_instance_id());
 }
 
-Vector2 last_heading(const CharacterBody2D *body) {
-	return shared().heading.get(body->get_instance_id(), Vector2());
-}
-
 Node *agent_of(const Node *body) {
 	Notes &of = shared();
 	const uint64_t id = body->get_instance_id();

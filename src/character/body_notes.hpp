@@ -20,8 +20,6 @@ void note_step(Node *body, int64_t frame);
 int64_t last_on_floor(const Node *body);
 // It has left the floor of its own will, so that it is not thought to have just walked off.
 void forget_floor(const Node *body);
-// The way it last really moved, of length 1; zero when it never did. 2D alone.
-Vector2 last_heading(const CharacterBody2D *body);
 
 // The first NavigationAgent2D or NavigationAgent3D among its children; null for none.
 Node *agent_of(const Node *body);

@@ -7,18 +7,6 @@
 
 using namespace godot;
 
-struct BodyIn2D {
-	using Body = CharacterBody2D;
-	using Vector = Vector2;
-	static constexpr bool IS_2D = true;
-};
-
-struct BodyIn3D {
-	using Body = CharacterBody3D;
-	using Vector = Vector3;
-	static constexpr bool IS_2D = false;
-};
-
 namespace bodies {
 
 // Calls `act` with the node as the character body that it is. False when it is none.

@@ -71,6 +71,20 @@ void keep_first(SCMachineBase *machine, SCMachineAction *action, const queries::
 	}
 }
 
+// What comes after the lists of a kind that finds many things: the first of them, and one of the two events with all nodes.
+template <class Kind, class Vector>
+void tell_of_list(SCMachineBase *machine, SCMachineAction *action, int index, const queries::Hits<Vector> &hits, const Array &nodes, const StillHere &here) {
+	if (here && !hits.is_empty()) {
+		verbs::keep_each<&Kind::store_distance_in>(machine, action, { hits[0].distance });
+	}
+	if (here) {
+		keep_first<Kind>(machine, action, hits.is_empty() ? nullptr : &hits[0]);
+	}
+	if (here) {
+		tell<&Kind::hit_event, &Kind::nothing_event>(machine, action, index, answer_of(hits), nodes);
+	}
+}
+
 } // namespace answers
 
 // The derived class has `static void answer(SCMachineBase *, SCMachineAction *, int index)`. In the first frame of a machine the

@@ -53,12 +53,8 @@ Node *found(SCMachineBase *machine, const StringName &target_variable, Node *bod
 		is_wrong = perception == nullptr;
 		return senses::target_of(perception);
 	}
-	if (!machine->has_value(target_variable)) {
-		is_wrong = true;
-		return nullptr;
-	}
 	const Variant held = machine->get_value(target_variable);
-	is_wrong = held.get_type() != Variant::NIL && held.get_type() != Variant::OBJECT;
+	is_wrong = held.get_type() == Variant::NIL ? !machine->has_value(target_variable) : held.get_type() != Variant::OBJECT;
 	return Object::cast_to<Node>(held.get_validated_object());
 }
 
@@ -78,8 +74,7 @@ void warn(SCMachineBase *machine, const Object *kind, const StringName &target_v
 	} else if (fault == NO_VARIABLE) {
 		verbs::warn_whole(machine, kind, fault,
 				vformat("%s on %s: there is no variable called %s, so there is nothing to deal with. Pick one of the template's variables, or leave it empty "
-						"for what "
-						"the Perception node found.",
+						"for what the Perception node found.",
 						name, machine_name, target_variable));
 	} else {
 		verbs::warn_whole(machine, kind, fault,

@@ -2,11 +2,10 @@
 
 #include "action/places.hpp"
 #include "action/sc_native_actions.hpp"
-#include "machine/native_names.hpp"
+#include "character/body_keys.hpp"
+#include "character/body_sides.hpp"
 #include "steering/outlines.hpp"
 
-#include <godot_cpp/classes/character_body2d.hpp>
-#include <godot_cpp/classes/character_body3d.hpp>
 #include <godot_cpp/classes/engine.hpp>
 #include <godot_cpp/classes/physics_direct_space_state2d.hpp>
 #include <godot_cpp/classes/physics_direct_space_state3d.hpp>
@@ -30,15 +29,6 @@ constexpr real_t SMALL = 0.3f;
 // Nearer than this, in metres, there is no direction to look in.
 constexpr real_t TOUCHING = 0.01f;
 
-struct Names {
-	StringName side_on = "quillstead_side_on";
-	StringName faces_left = "quillstead_faces_left";
-};
-
-const Names &names() {
-	return NativeNames::of<Names>();
-}
-
 enum View { HIDDEN, CLEAR, UNKNOWN, NO_MORE_RAYS };
 
 Vector3 flat(const Vector2 &place) {
@@ -61,9 +51,9 @@ struct World2 {
 	static void aim(const Node2D *body, const AABB &, const Vector3 &eye_offset, Vector3 &eye, Vector3 &forward) {
 		const Transform2D at = body->get_global_transform();
 		Vector2 way = at.columns[0].normalized();
-		const bool faces_left = body->has_meta(names().faces_left);
-		if (faces_left || body->has_meta(names().side_on)) {
-			way = faces_left && body->get_meta(names().faces_left).booleanize() ? Vector2(-1, 0) : Vector2(1, 0);
+		const bool faces_left = body->has_meta(BodyKeys::shared().faces_left);
+		if (faces_left || body->has_meta(BodyKeys::shared().side_on)) {
+			way = faces_left && body->get_meta(BodyKeys::shared().faces_left).booleanize() ? Vector2(-1, 0) : Vector2(1, 0);
 		}
 		forward = flat(way);
 		eye += flat(at.basis_xform(flat(eye_offset)));
@@ -106,8 +96,7 @@ bool is_part_of(Node *collider, Node *node) {
 	if (collider == nullptr || collider == node || node->is_ancestor_of(collider)) {
 		return true;
 	}
-	const bool carries = Object::cast_to<CharacterBody2D>(collider) != nullptr || Object::cast_to<CharacterBody3D>(collider) != nullptr;
-	return carries && collider->is_ancestor_of(node);
+	return bodies::is_character(collider) && collider->is_ancestor_of(node);
 }
 
 template <class World>

@@ -28,19 +28,8 @@ constexpr double LEAST_MOVE = 0.001;
 constexpr uint64_t FRAMES_BETWEEN_TRIES = 30;
 constexpr double NO_OFFSET = 0.00001;
 
-// As the palette writes it, without its first and its last word: "MoveCharacter" reads "Move Character".
-String name_of_kind(const SCMachineAction *action) {
-	const String words = String(action->get_class()).trim_prefix("SC").trim_suffix("Action");
-	String spread;
-	for (int64_t i = 0; i < words.length(); i++) {
-		const String letter = words.substr(i, 1);
-		spread += i > 0 && letter != letter.to_lower() ? String(" ") + letter : letter;
-	}
-	return spread;
-}
-
 void tell_of_floating(SCMachineBase *machine, const SCMachineAction *action, const CharacterBody2D *body) {
-	const String kind = name_of_kind(action);
+	const String kind = verbs::kind_in_palette(action);
 	MakerWarnings::once_for(machine, vformat("falls_floating:%s:%s", kind, body->get_instance_id()),
 			vformat("%s on %s has Falls ticked, but %s has its Motion Mode set to Floating, which is for games seen from above, so it does not fall. Untick "
 					"Falls "

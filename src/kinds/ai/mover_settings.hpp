@@ -11,7 +11,6 @@
 
 namespace movers {
 
-inline constexpr Hint TURN_SPEED = { PROPERTY_HINT_RANGE, "0,30,0.1,or_greater,hide_slider" };
 inline constexpr Hint SECONDS = { PROPERTY_HINT_RANGE, "0,10,0.001,or_greater,suffix:s,hide_slider" };
 
 template <class Kind>
@@ -37,7 +36,7 @@ template <class Kind>
 void describe_turning(KindTable<Kind> &kind) {
 	kind.template setting<&Kind::turn_to_face>("turn_to_face",
 			"Turn the character to face where it goes, or whom it deals with. A 2D character that falls is seen from the side: its pictures flip instead.");
-	kind.template setting<&Kind::turn_speed>("turn_speed", TURN_SPEED, "How fast it turns. 10 has it round in about a fifth of a second.")
+	kind.template setting<&Kind::turn_speed>("turn_speed", walking::TURN_SPEED, "How fast it turns. 10 has it round in about a fifth of a second.")
 			.template only_if<&Kind::turn_to_face>();
 }
 

@@ -37,9 +37,9 @@ struct MoverStep {
 	bool noted(const StringName &name) const { return slot().get(name, false).booleanize(); }
 	double number(const StringName &name) const { return values::as_number(slot().get(name, 0.0)); }
 	void note(const StringName &name, const Variant &value) const { slot()[name] = value; }
-	// Nearly always there is no such note, and mostly none at all.
+	// Written only when there is something to take back.
 	void take_back(const StringName &name) const {
-		if (has_notes() && noted(name)) {
+		if (noted(name)) {
 			note(name, false);
 		}
 	}
@@ -80,10 +80,6 @@ struct MoverStep {
 	}
 
 private:
-	bool has_notes() const {
-		const RunRow *row = machine->run().running_or_last();
-		return row != nullptr && index < row->action_count() && row->runs[index].slot.get_type() != Variant::NIL;
-	}
 	static Node *body_of(SCMachineBase *machine, const Kind *kind) {
 		Node *found = kind != nullptr ? values::node_of(machine, kind->body_path) : nullptr;
 		return found != nullptr && found->is_inside_tree() ? found : nullptr;

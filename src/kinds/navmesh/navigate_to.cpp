@@ -2,12 +2,7 @@
 
 #include "action/shared_verbs.hpp"
 #include "action/words.hpp"
-
-namespace {
-
-constexpr Hint TURN_SPEED = { PROPERTY_HINT_RANGE, "0,30,0.1,or_greater,hide_slider" };
-
-} // namespace
+#include "steering/walking.hpp"
 
 void SCNavigateToAction::describe(KindTable<Self> &kind) {
 	kind.about("navmesh", "navmesh_move",
@@ -26,7 +21,7 @@ void SCNavigateToAction::describe(KindTable<Self> &kind) {
 	kind.setting<&Self::speed>("speed", hint::SPEED, "How fast it walks, in metres a second in 3D and pixels a second in 2D.");
 	kind.setting<&Self::speed_variable>("speed_variable", "Read the speed from this variable.").optional();
 	kind.setting<&Self::turn_to_face>("turn_to_face", "Turn it to face the way it goes. A 2D body that falls is seen from the side: its sprites flip instead.");
-	kind.setting<&Self::turn_speed>("turn_speed", TURN_SPEED, "How fast it turns. 10 has it round in about a fifth of a second.")
+	kind.setting<&Self::turn_speed>("turn_speed", walking::TURN_SPEED, "How fast it turns. 10 has it round in about a fifth of a second.")
 			.only_if<&Self::turn_to_face>();
 	kind.setting<&Self::falls>("falls", "Pulled down by gravity while it is off the ground. Untick it for what flies, and for games seen from above.");
 	kind.setting<&Self::finish_on_arrival>("finish_on_arrival",

@@ -2,6 +2,7 @@
 
 #include "action/shared_verbs.hpp"
 #include "action/words.hpp"
+#include "steering/walking.hpp"
 
 namespace {
 
@@ -20,7 +21,6 @@ constexpr FeelRow FEELS[] = {
 
 constexpr Hint TIMES = { PROPERTY_HINT_RANGE, "0,4,0.01,or_greater,hide_slider" };
 constexpr Hint SHARE_AT_TOP = { PROPERTY_HINT_RANGE, "0,2,0.01,or_greater,hide_slider" };
-constexpr Hint TURN_SPEED = { PROPERTY_HINT_RANGE, "0,30,0.1,or_greater,hide_slider" };
 
 } // namespace
 
@@ -78,7 +78,7 @@ void SCMoveCharacterAction::describe(KindTable<Self> &kind) {
 			"acceleration", hint::SPEED, "The speed it gains or loses in each second, in metres in 3D and pixels in 2D. Zero starts and stops on the spot.");
 	kind.setting<&Self::turn_to_face>("turn_to_face",
 			"Turn the body to face the way it goes. A 2D body that falls is seen from the side: its sprites flip instead, and it does not turn.");
-	kind.setting<&Self::turn_speed>("turn_speed", TURN_SPEED, "How fast it turns. 10 has it round in about a fifth of a second.")
+	kind.setting<&Self::turn_speed>("turn_speed", walking::TURN_SPEED, "How fast it turns. 10 has it round in about a fifth of a second.")
 			.only_if<&Self::turn_to_face>();
 	kind.setting<&Self::falls>("falls", "Gravity pulls it down while it is off the ground. Off for a game seen from above, and for what flies or swims.");
 	kind.setting<&Self::gravity>(

@@ -91,15 +91,7 @@ class RaycastAll : public AnswersFromSpace<RaycastAll> {
 		}
 		verbs::keep_each<&Kind::store_list_in, &Kind::store_count_in, &Kind::store_places_in>(
 				machine, action, { nodes.duplicate(), int64_t(hits.size()), places });
-		if (here && !hits.is_empty()) {
-			verbs::keep_each<&Kind::store_distance_in>(machine, action, { hits[0].distance });
-		}
-		if (here) {
-			answers::keep_first<Kind>(machine, action, hits.is_empty() ? nullptr : &hits[0]);
-		}
-		if (here) {
-			answers::tell<&Kind::hit_event, &Kind::nothing_event>(machine, action, index, answers::answer_of(hits), nodes);
-		}
+		answers::tell_of_list<Kind>(machine, action, index, hits, nodes, here);
 	}
 
 public:
