@@ -21,7 +21,6 @@ namespace {
 
 // What arithmetic leaves of a whole number.
 constexpr double AS_GOOD_AS_WHOLE = 0.000001;
-constexpr char ITEM_SCRIPT[] = "res://addons/quillstead/runtime/item.gd";
 
 bool counts(const Variant &value) {
 	return is_number(value) || value.get_type() == Variant::BOOL;
@@ -229,12 +228,8 @@ Ref<Resource> item_in(SCMachineBase *machine, const StringName &variable) {
 		return Ref<Resource>();
 	}
 	const Ref<Resource> resource = Object::cast_to<Resource>(held.get_type() == Variant::OBJECT ? held.get_validated_object() : nullptr);
-	Ref<Script> script = resource.is_valid() ? resource->get_script() : Variant();
-	while (script.is_valid()) {
-		if (script->get_path() == ITEM_SCRIPT) {
-			return resource;
-		}
-		script = script->get_base_script();
+	if (CompanionScripts::is_one(resource.ptr(), "item")) {
+		return resource;
 	}
 	MakerWarnings::once_for(machine, vformat("not an item:%s", variable),
 			vformat("%s on %s holds %s, not an item, so the item actions reading it have no item to work with. Put an item in it, with Pick Item or Set "

@@ -13,7 +13,7 @@ namespace body_notes {
 
 namespace {
 
-constexpr int64_t MOST_ENTRIES = 4096;
+constexpr uint32_t MOST_ENTRIES = 4096;
 // Entries older than this many physics frames go when there are too many.
 constexpr int64_t DRIVEN_LASTS = 2;
 constexpr int64_t GROUNDED_LASTS = 300;
@@ -28,19 +28,25 @@ struct NoteNames {
 	StringName grounded = "_grounded";
 };
 
-struct KnownAgent {
+struct KnownBody {
 	int child_count = -1;
 	ObjectID agent;
+	bool driven = false;
+	// As it is written down.
+	Vector2 heading;
+	// Among so many children there was no picture to flip.
+	int without_pictures = -1;
 };
 
 struct Notes {
 	Dictionary driven;
 	Dictionary heading;
 	Dictionary grounded;
-	HashMap<uint64_t, KnownAgent> agents;
-	// Every body that any of these tables may know.
+	HashMap<uint64_t, KnownBody> bodies;
+	// Those of `bodies`, to look at in turn.
 	LocalVector<uint64_t> known;
 	uint32_t next_to_look_at = 0;
+	uint32_t most = MOST_ENTRIES;
 
 	Notes() {
 		const NoteNames &names = NativeNames::of<NoteNames>();
@@ -62,9 +68,10 @@ Notes &shared() {
 	return *notes;
 }
 
-void drop_older_than(Dictionary &table, int64_t frame) {
-	if (table.size() <= MOST_ENTRIES) {
-		return;
+// Whether any went.
+bool drop_older_than(Dictionary &table, int64_t frame) {
+	if (table.size() <= int64_t(MOST_ENTRIES)) {
+		return false;
 	}
 	const Array bodies = table.keys();
 	for (int64_t i = 0; i < bodies.size(); i++) {
@@ -72,6 +79,7 @@ void drop_older_than(Dictionary &table, int64_t frame) {
 			table.erase(bodies[i]);
 		}
 	}
+	return true;
 }
 
 void forget(Notes &of, uint32_t place) {
@@ -79,35 +87,54 @@ void forget(Notes &of, uint32_t place) {
 	of.driven.erase(id);
 	of.heading.erase(id);
 	of.grounded.erase(id);
-	of.agents.erase(id);
+	of.bodies.erase(id);
 	of.known.remove_at_unordered(place);
+}
+
+void drop_the_gone_of(Notes &of) {
+	for (uint32_t i = of.known.size(); i > 0; i--) {
+		if (ObjectDB::get_instance(of.known[i - 1]) == nullptr) {
+			forget(of, i - 1);
+		}
+	}
+}
+
+KnownBody &body_in(Notes &of, uint64_t id) {
+	if (KnownBody *known = of.bodies.getptr(id)) {
+		return *known;
+	}
+	if (of.known.size() >= of.most) {
+		drop_the_gone_of(of);
+		of.most = MAX(MOST_ENTRIES, of.known.size() * 2);
+	}
+	of.known.push_back(id);
+	return of.bodies[id] = KnownBody();
 }
 
 // One entry for each that is noted, so that what has gone is found without a pause in any frame.
 void look_at_one(Notes &of) {
-	if (of.known.is_empty()) {
-		return;
-	}
 	of.next_to_look_at = of.next_to_look_at + 1 < of.known.size() ? of.next_to_look_at + 1 : 0;
 	if (ObjectDB::get_instance(of.known[of.next_to_look_at]) == nullptr) {
 		forget(of, of.next_to_look_at);
 	}
 }
 
-void note_body(Notes &of, uint64_t id, int64_t frame, bool on_floor) {
-	const int64_t before = of.driven.size();
+void note_driven(Notes &of, KnownBody &known, uint64_t id, int64_t frame) {
 	of.driven[id] = frame;
-	if (of.driven.size() != before) {
-		if (!of.agents.has(id)) {
-			of.known.push_back(id);
+	if (known.driven) {
+		return;
+	}
+	if (drop_older_than(of.driven, frame - DRIVEN_LASTS)) {
+		for (KeyValue<uint64_t, KnownBody> &body : of.bodies) {
+			body.value.driven = false;
 		}
-		drop_older_than(of.driven, frame - DRIVEN_LASTS);
 	}
-	if (on_floor) {
-		of.grounded[id] = frame;
-		drop_older_than(of.grounded, frame - GROUNDED_LASTS);
-	}
-	look_at_one(of);
+	known.driven = true;
+}
+
+void note_on_floor(Notes &of, uint64_t id, int64_t frame) {
+	of.grounded[id] = frame;
+	drop_older_than(of.grounded, frame - GROUNDED_LASTS);
 }
 
 ObjectID agent_among(const Node *body, int child_count) {
@@ -125,15 +152,30 @@ ObjectID agent_among(const Node *body, int child_count) {
 void note_step(CharacterBody2D *body, int64_t frame) {
 	Notes &of = shared();
 	const uint64_t id = body->get_instance_id();
-	note_body(of, id, frame, body->is_on_floor());
+	KnownBody &known = body_in(of, id);
+	note_driven(of, known, id, frame);
 	const Vector2 velocity = body->get_velocity();
 	if (double(velocity.length_squared()) > REALLY_MOVES) {
-		of.heading[id] = velocity.normalized();
+		const Vector2 heading = velocity.normalized();
+		if (heading != known.heading) {
+			known.heading = heading;
+			of.heading[id] = heading;
+		}
 	}
+	if (body->is_on_floor()) {
+		note_on_floor(of, id, frame);
+	}
+	look_at_one(of);
 }
 
 void note_step(CharacterBody3D *body, int64_t frame) {
-	note_body(shared(), body->get_instance_id(), frame, body->is_on_floor());
+	Notes &of = shared();
+	const uint64_t id = body->get_instance_id();
+	note_driven(of, body_in(of, id), id, frame);
+	if (body->is_on_floor()) {
+		note_on_floor(of, id, frame);
+	}
+	look_at_one(of);
 }
 
 void note_step(Node *body, int64_t frame) {
@@ -154,40 +196,32 @@ void forget_floor(const Node *body) {
 
 Node *agent_of(const Node *body) {
 	Notes &of = shared();
-	const uint64_t id = body->get_instance_id();
+	KnownBody &known = body_in(of, body->get_instance_id());
 	const int child_count = body->get_child_count();
-	if (const KnownAgent *known = of.agents.getptr(id)) {
-		if (known->child_count == child_count) {
-			if (!known->agent.is_valid()) {
-				return nullptr;
-			}
-			if (Node *agent = Object::cast_to<Node>(ObjectDB::get_instance(known->agent))) {
-				return agent;
-			}
+	if (known.child_count == child_count) {
+		if (!known.agent.is_valid()) {
+			return nullptr;
 		}
-	} else {
-		if (int64_t(of.agents.size()) > MOST_ENTRIES) {
-			of.agents.clear();
-		}
-		if (!of.driven.has(id)) {
-			of.known.push_back(id);
+		if (Node *agent = Object::cast_to<Node>(ObjectDB::get_instance(known.agent))) {
+			return agent;
 		}
 	}
-	KnownAgent found;
-	found.child_count = child_count;
-	found.agent = agent_among(body, child_count);
-	of.agents[id] = found;
-	return Object::cast_to<Node>(ObjectDB::get_instance(found.agent));
+	known.child_count = child_count;
+	known.agent = agent_among(body, child_count);
+	return Object::cast_to<Node>(ObjectDB::get_instance(known.agent));
+}
+
+bool is_without_pictures(const Node *body) {
+	return body_in(shared(), body->get_instance_id()).without_pictures == body->get_child_count();
+}
+
+void note_without_pictures(const Node *body) {
+	body_in(shared(), body->get_instance_id()).without_pictures = body->get_child_count();
 }
 
 void drop_the_gone() {
-	if (notes == nullptr) {
-		return;
-	}
-	for (uint32_t i = notes->known.size(); i > 0; i--) {
-		if (ObjectDB::get_instance(notes->known[i - 1]) == nullptr) {
-			forget(*notes, i - 1);
-		}
+	if (notes != nullptr) {
+		drop_the_gone_of(*notes);
 	}
 }
 

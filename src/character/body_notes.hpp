@@ -24,6 +24,10 @@ void forget_floor(const Node *body);
 // The first NavigationAgent2D or NavigationAgent3D among its children; null for none.
 Node *agent_of(const Node *body);
 
+// That there was nothing to flip among its children, until one comes or goes.
+bool is_without_pictures(const Node *body);
+void note_without_pictures(const Node *body);
+
 // Looks through all of it once for what has gone.
 void drop_the_gone();
 void free_shared();

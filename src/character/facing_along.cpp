@@ -1,6 +1,7 @@
 #include "character/facing_along.hpp"
 
 #include "character/body_keys.hpp"
+#include "character/body_notes.hpp"
 #include "machine/companion_scripts.hpp"
 
 #include <godot_cpp/classes/animated_sprite2d.hpp>
@@ -33,13 +34,15 @@ bool flip(Node *child, bool left) {
 	return true;
 }
 
-void flip_polygon(Node *child, bool left) {
+bool flip_polygon(Node *child, bool left) {
 	Polygon2D *polygon = Object::cast_to<Polygon2D>(child);
-	if (polygon != nullptr) {
-		const Vector2 scale = polygon->get_scale();
-		const real_t width = Math::abs(scale.x);
-		polygon->set_scale(Vector2(left ? -width : width, scale.y));
+	if (polygon == nullptr) {
+		return false;
 	}
+	const Vector2 scale = polygon->get_scale();
+	const real_t width = Math::abs(scale.x);
+	polygon->set_scale(Vector2(left ? -width : width, scale.y));
+	return true;
 }
 
 double shortest_angle(double from, double to) {
@@ -68,12 +71,17 @@ void face_side(Node2D *body, bool left) {
 	if (!body->has_meta(keys.faces_left) || bool(body->get_meta(keys.faces_left)) != left) {
 		body->set_meta(keys.faces_left, left);
 	}
+	if (body_notes::is_without_pictures(body)) {
+		return;
+	}
+	bool any = false;
 	const int count = body->get_child_count();
 	for (int i = 0; i < count; i++) {
 		Node *child = body->get_child(i);
-		if (!flip<Sprite2D>(child, left) && !flip<AnimatedSprite2D>(child, left)) {
-			flip_polygon(child, left);
-		}
+		any = flip<Sprite2D>(child, left) || flip<AnimatedSprite2D>(child, left) || flip_polygon(child, left) || any;
+	}
+	if (!any) {
+		body_notes::note_without_pictures(body);
 	}
 }
 

@@ -36,6 +36,31 @@ Variant CompanionScripts::constant(const StringName &file, const StringName &nam
 	return on.is_valid() ? on->get_script_constant_map().get(name, Variant()) : Variant();
 }
 
+bool CompanionScripts::is_one(const Object *object, const StringName &file) {
+	Ref<Script> has = object != nullptr ? object->get_script() : Variant();
+	if (has.is_null()) {
+		return false;
+	}
+	const Ref<Script> wanted = script(file);
+	for (; has.is_valid(); has = has->get_base_script()) {
+		if (has == wanted) {
+			return true;
+		}
+	}
+	return false;
+}
+
+Node *CompanionScripts::first_child(const Node *node, const StringName &file) {
+	const int count = node != nullptr ? node->get_child_count() : 0;
+	for (int i = 0; i < count; i++) {
+		Node *child = node->get_child(i);
+		if (is_one(child, file)) {
+			return child;
+		}
+	}
+	return nullptr;
+}
+
 void CompanionScripts::free_shared() {
 	if (scripts != nullptr) {
 		memdelete(scripts);

@@ -14,7 +14,7 @@ namespace {
 
 struct SenseNames {
 	StringName script = "senses";
-	StringName target = "target";
+	StringName target_id = "_target_id";
 	StringName can_see_target = "can_see_target";
 	StringName has_a_target = "has_a_target";
 	StringName has_lost_it = "has_lost_it";
@@ -58,29 +58,10 @@ void drop_the_gone(const KnownSenses &known) {
 	known.most = MAX(LEAST_KEPT, uint32_t(known.by_body.size()) * 2);
 }
 
-Node *among_children(const Node *body, int count) {
-	for (int i = 0; i < count; i++) {
-		Node *child = body->get_child(i);
-		if (is_perception(child)) {
-			return child;
-		}
-	}
-	return nullptr;
-}
-
 } // namespace
 
 bool is_perception(const Node *node) {
-	const Ref<Script> wanted = CompanionScripts::script(names().script);
-	if (wanted.is_null() || node == nullptr) {
-		return false;
-	}
-	for (Ref<Script> script = node->get_script(); script.is_valid(); script = script->get_base_script()) {
-		if (script == wanted) {
-			return true;
-		}
-	}
-	return false;
+	return CompanionScripts::is_one(node, names().script);
 }
 
 Node *of(const Node *body) {
@@ -98,7 +79,7 @@ Node *of(const Node *body) {
 			return perception;
 		}
 	}
-	Node *perception = among_children(body, count);
+	Node *perception = CompanionScripts::first_child(body, names().script);
 	if (perception == nullptr) {
 		known.by_body.erase(id);
 		return nullptr;
@@ -115,7 +96,9 @@ Variant ask(Node *perception, const StringName &property) {
 }
 
 Node *target_of(Node *perception) {
-	return Object::cast_to<Node>(ask(perception, names().target).get_validated_object());
+	// Movers ask on every step: this is the property without its getter.
+	const Variant id = ask(perception, names().target_id);
+	return id.get_type() == Variant::INT ? Object::cast_to<Node>(ObjectDB::get_instance(ObjectID(uint64_t(int64_t(id))))) : nullptr;
 }
 
 bool can_see_target(Node *perception) {

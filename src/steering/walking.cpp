@@ -153,6 +153,11 @@ bool steer_straight(SCMachineBase *machine, CharacterBody3D *body, const Vector3
 	return false;
 }
 
+bool slides(Node *body) {
+	return Object::cast_to<CharacterBody2D>(body) != nullptr || Object::cast_to<CharacterBody3D>(body) != nullptr ||
+			body->has_method(MachineNames::shared().move_and_slide);
+}
+
 // Moves a node without physics, or sets the velocity of one with.
 void push_on(Node2D *node_2d, const Vector2 &offset, double speed, const Pace &pace, double delta) {
 	CharacterBody2D *body = Object::cast_to<CharacterBody2D>(node_2d);
@@ -175,8 +180,23 @@ void push_on(Node3D *node_3d, const Vector3 &offset, double speed, const Pace &,
 	}
 }
 
+bool steer_straight(SCMachineBase *machine, CharacterBody2D *body, const Vector2 &goal, const Pace &pace, double delta) {
+	const Vector2 offset = goal - body->get_global_position();
+	const double left = pace.falls ? Math::abs(double(offset.x)) : double(offset.length());
+	if (!(left > pace.stop_within)) {
+		stand_still(machine, body, pace.falls, delta);
+		return true;
+	}
+	push_on(body, offset, longest_step(pace.speed, left, delta), pace, delta);
+	if (pace.turns) {
+		facing_along::turn(body, offset, facing_along::weight(pace.turn_speed, delta));
+	}
+	machine->move_character(body, pace.falls, 0.0, delta);
+	return false;
+}
+
 void finish_step(SCMachineBase *machine, Node *node, bool falls, double delta) {
-	if (node->has_method(MachineNames::shared().move_and_slide)) {
+	if (slides(node)) {
 		machine->move_character(node, falls, 0.0, delta);
 	} else if (!node->has_meta(BodyKeys::shared().moved_by_position)) {
 		SCFastLane::note_moved_by_position(node);
@@ -262,7 +282,7 @@ void stand_still(SCMachineBase *machine, Node *body, bool falls, double delta) {
 	} else if (CharacterBody2D *body_2d = Object::cast_to<CharacterBody2D>(body)) {
 		body_2d->set_velocity(Vector2(0.0f, falls ? body_2d->get_velocity().y : 0.0f));
 	}
-	if (body != nullptr && body->has_method(MachineNames::shared().move_and_slide)) {
+	if (body != nullptr && slides(body)) {
 		machine->move_character(body, falls, 0.0, delta);
 	}
 }
@@ -330,6 +350,10 @@ bool steer(SCMachineBase *machine, Node *body, const Variant &goal, const Pace &
 	if (CharacterBody3D *body_3d = Object::cast_to<CharacterBody3D>(body)) {
 		if (goal.get_type() == Variant::VECTOR3 && body_notes::agent_of(body) == nullptr) {
 			return steer_straight(machine, body_3d, goal, pace, delta);
+		}
+	} else if (CharacterBody2D *body_2d = Object::cast_to<CharacterBody2D>(body)) {
+		if (goal.get_type() == Variant::VECTOR2 && body_notes::agent_of(body) == nullptr) {
+			return steer_straight(machine, body_2d, goal, pace, delta);
 		}
 	}
 	const double left = distance(body, goal, pace.falls);

@@ -150,6 +150,7 @@ var suspicion: float = 0.0
 
 # The distances that were set, by name.
 var _is_set: Dictionary[StringName, bool] = {}
+# Movers read it.
 var _target_id: int = 0
 var _sees: bool = false
 var _saw_it: bool = false
