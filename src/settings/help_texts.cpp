@@ -275,6 +275,12 @@ constexpr HelpText OPERATIONS[] = {
 			"and "
 			"its acceleration, its acceleration in the air and its fastest fall as multiples of the speed." },
 	{ "SCMoveCharacterAction", "the_top_lasts", "The share of a second's gravity below which a vertical speed counts as being around the top of a jump." },
+	{ "SCModifyStatAction", "run_out_later", "Takes a change of a machine's stat away after so many seconds. A time that runs already starts again." },
+	{ "SCModifyStatAction", "running_out", "The changes of a machine's stats that run out, each as an array of the stat, the source and the seconds left." },
+	{ "SCModifyStatAction", "forget_time", "Lets a change of a machine's stat stay that was to run out. Without a stat, those of every stat." },
+	{ "SCModifyStatAction", "forget_timers", "Lets every change of a machine's stats stay that was to run out." },
+	{ "SCDropLootAction", "numbers_of", "The numbers of an item that a copy may have others of, for a file that it is saved in." },
+	{ "SCDropLootAction", "with_numbers", "A copy of an item with numbers of its own, as [method numbers_of] gave them." },
 	{ VARIABLE, "is_number", "Whether it starts with a number, whole or not." },
 	{ VARIABLE, "holds_node", "Whether it is to hold a node: it starts with nothing and is not for a resource." },
 	{ VARIABLE, "starting_value_for", "What it starts with in a machine." },

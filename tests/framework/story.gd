@@ -6,6 +6,8 @@ extends StoryWords
 
 const MakerWarnings := preload("res://addons/quillstead/runtime/quillstead_warnings.gd")
 const OutputCatcher := preload("res://tests/framework/output_catcher.gd")
+const WhatTurnedUp := preload("res://addons/quillstead/runtime/quillstead_items.gd")
+const WhatWasSaid := preload("res://addons/quillstead/runtime/conversation.gd")
 
 ## The frames of a second: what [code]--fixed-fps[/code] is given.
 const FPS: int = 60
@@ -375,7 +377,10 @@ func _forget_what_is_shared() -> void:
 	var any := SCMachine.new()
 	any._core_global_values().clear()
 	any.free()
+	SCQuests.forget_all(tree)
 	SCMachine.set_quest_events([])
+	WhatWasSaid.forget_all()
+	WhatTurnedUp.from_save({})
 	MakerWarnings._said.clear()
 
 

@@ -24,6 +24,13 @@ const NAMES: Array[String] = [
 const NOBODY: StringName = Filling.NOBODY
 ## What no description tells: kinds for which a node that is not there is no fault, or none before a key is pressed.
 const MISSES_NO_NODE: Array[StringName] = [&"SCNodeCondition", &"SCEventOnInputAction"]
+## Paths, as kind:setting, to what a kind can do without.
+const CAN_DO_WITHOUT: Array[String] = ["SCHurtAction:attacker_path"]
+## Kinds that say what is missing, and not where it was looked for.
+const NAMES_NO_PATH: Array[StringName] = [
+	&"SCAddItemAction", &"SCCountItemAction", &"SCDropItemAction", &"SCEquipItemAction", &"SCHealAction", &"SCHurtAction", &"SCInventoryHasCondition",
+	&"SCMakeNoiseAction", &"SCMoveItemAction", &"SCRemoveItemAction", &"SCSortInventoryAction", &"SCUnequipItemAction", &"SCUseItemAction",
+]
 ## Kinds that miss the map that a node is to stand on before they look for the node.
 const ON_A_MAP: Array[StringName] = [
 	&"SCGetCellAction", &"SCSetCellAction", &"SCPaintTerrainAction", &"SCGridMapCellAction", &"SCGridPathAction", &"SCTileCondition",
@@ -228,7 +235,7 @@ func _plant_in_values(fault: String) -> Fault:
 			return _says([_palette(bare.get_class()) + " on"])
 		"a_path_to_nowhere":
 			return _plant_path(^"../Nowhere", func(kind: StringName, path: String) -> bool:
-				return kind in MISSES_NO_NODE or (kind in ON_A_MAP and path not in ["layer_path", "grid_path"]))
+				return kind in MISSES_NO_NODE or "%s:%s" % [kind, path] in CAN_DO_WITHOUT or (kind in ON_A_MAP and path not in ["layer_path", "grid_path"]))
 		"a_path_to_a_node_of_the_wrong_class":
 			return _plant_path(^"../Plain", _takes_any_node)
 		"a_setting_that_reads_a_variable_of_the_wrong_type":
@@ -289,7 +296,7 @@ func _plant_path(to: NodePath, is_no_fault: Callable) -> Fault:
 					for name in filling.declared:
 						_of.design.variables.append(variable(name, filling.declared[name]))
 					_plant(made)
-					return _says([_palette(kind) + " on", to.get_name(1)])
+					return _says([_palette(kind) + " on"] if kind in NAMES_NO_PATH else [_palette(kind) + " on", to.get_name(1)])
 	return null
 
 

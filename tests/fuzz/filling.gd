@@ -3,6 +3,7 @@ extends RefCounted
 ## are, and what can be set in them, is asked of the library.
 
 const Dice := preload("res://tests/fuzz/dice.gd")
+const GameResources := preload("res://tests/fuzz/game_resources.gd")
 const Scene := preload("res://tests/fuzz/scene.gd")
 
 ## What every random design declares, a variable of each type.
@@ -31,8 +32,9 @@ const TEXTS: Array[String] = ["some words", "7.5", "a,b,c", "{level} of {whole}"
 const LONGEST: float = 0.5
 ## They would end the run that plays them.
 const ENDS_THE_GAME: Array[StringName] = [&"SCQuitGameAction"]
-## Not drawn: they would end the run as well, or print what looks like a fault.
+## Not drawn: they would end the run as well, print what looks like a fault, or keep a number in 2D and a vector in 3D.
 const LEFT_ALONE: Dictionary[StringName, Dictionary] = {
+	&"SCGetVelocityAction": {&"store_turning_in": &""},
 	&"SCAssertAction": {&"stop_by": SCAssertAction.PAUSING},
 	&"SCPrintAction": {&"loudness": SCPrintAction.AS_LINE},
 }
@@ -267,6 +269,10 @@ func _text(property: Dictionary, options: PackedStringArray) -> String:
 func _name_for(setting: String) -> StringName:
 	if setting == "variable_there":
 		return &"heard"
+	if well > 0 and GameResources.NAMES.has(setting):
+		return GameResources.NAMES[setting]
+	if well > 0 and setting == "seconds_variable":
+		return _variable_like(VARIABLES[&"level"], setting)
 	# What comes in late may be of any type.
 	if setting.ends_with("_in") and well > 0:
 		declared[StringName("any %d of %s" % [well, setting])] = null
@@ -309,8 +315,13 @@ func _list(name: String, before: Variant) -> Array:
 	if not made.is_typed():
 		return [1, 2.5, "some words"].slice(dice.randi() % 3)
 	for i in 2:
-		made.append(_item(name, made.get_typed_builtin(), made.get_typed_class_name()))
+		made.append(_item(name, made.get_typed_builtin(), _class_of_items(made)))
 	return made
+
+
+func _class_of_items(list: Array) -> StringName:
+	var script := list.get_typed_script() as Script
+	return list.get_typed_class_name() if script == null else script.get_global_name()
 
 
 func _item(name: String, type: int, class_of: StringName) -> Variant:
@@ -337,6 +348,9 @@ func _resource_of(class_of: String) -> Resource:
 			made.pack(root)
 			root.free()
 			return made
+	var declared_by_script := GameResources.made(class_of)
+	if declared_by_script != null:
+		return declared_by_script
 	var name: StringName = STAND_INS.get(class_of, class_of)
 	var made: Resource = ClassDB.instantiate(name) if ClassDB.can_instantiate(name) else null
 	if made is Curve:

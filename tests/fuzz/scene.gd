@@ -1,6 +1,8 @@
 extends RefCounted
 ## The small scene that a machine works in: a node of one side with children called alike on each side.
 
+const GameResources := preload("res://tests/fuzz/game_resources.gd")
+
 enum Dimension { NONE, IN_2D, IN_3D }
 
 const ENDINGS: Array[String] = ["", "2D", "3D"]
@@ -32,6 +34,9 @@ static func host(side: Dimension, few: bool) -> Node:
 		child.name = path.get_file()
 		child.add_to_group(&"things")
 		(made.get_node(path.get_base_dir()) if "/" in path else made).add_child(child)
+	for owner: Node in [made, made.get_node("Sprite")]:
+		for belonging in GameResources.belongings():
+			owner.add_child(belonging)
 	if few or side == Dimension.NONE:
 		return made
 	for path: String in ["Area", "Body", "Rigid"]:

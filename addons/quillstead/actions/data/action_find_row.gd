@@ -1,0 +1,2 @@
+extends SCFindRowAction
+## Pick a row of a Data Table and keep it in a variable, for Get Data, Set Data and the Data check to read.

@@ -1,0 +1,2 @@
+extends SCCountItemAction
+## How many of something an inventory is carrying, into a variable.

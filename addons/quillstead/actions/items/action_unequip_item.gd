@@ -1,0 +1,2 @@
+extends SCUnequipItemAction
+## Take something off.

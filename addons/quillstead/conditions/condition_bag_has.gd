@@ -1,0 +1,2 @@
+extends SCInventoryHasCondition
+## What an inventory is carrying.

@@ -1,0 +1,2 @@
+extends SCDialogueLineSaidCondition
+## Has a line of a dialogue been said this game?
