@@ -71,6 +71,23 @@ func test_a_machine_that_carries_over_takes_its_values_along() -> void:
 	expect_equal(start(running(hero, {"name": "Second"})).get_value("hp"), 20)
 
 
+func test_a_boost_that_runs_out_is_carried_over_with_the_time_it_has_left() -> void:
+	var boost := kind(SCModifyStatAction, {"variable_name": &"pace", "amount": 6.0, "source": "Potion", "for_seconds": 1.0})
+	var hero := template([state("Walk", [], {"drink": "Fast"}), state("Fast", [boost])], {"variables": [variable("pace", 10.0)], "carries_over": true})
+	var old := start(running(hero, {"name": "Hero"}))
+	old.send_event("drink")
+	expect_equal(old.get_value("pace"), 16.0)
+	await frames(30)
+	CarryOver.gather()
+	old.free()
+	var new := start(running(hero, {"name": "Hero"}))
+	expect_equal(new.get_value("pace"), 16.0)
+	await frames(20)
+	expect_equal(new.get_value("pace"), 16.0)
+	await frames(20)
+	expect_equal(new.get_value("pace"), 10.0)
+
+
 ## Makes a scene of these the running one, the old one gone.
 func _go_to(states: Array, variables: Array) -> void:
 	tree.change_scene_to_packed(_scene(states, variables))

@@ -4,8 +4,10 @@ extends RefCounted
 ## A machine whose template carries over is written down as its scene ends: [method gather]. The machine that runs the
 ## same template in the next scene finds the record as it starts, and goes on with its values.
 ## [br][br]
-## A record is a [Dictionary] with the keys [constant TEMPLATE], [constant PATH], [constant FROM], [constant VALUES]
-## and [constant TIMERS].
+## A record is a [Dictionary] with the keys [constant TEMPLATE], [constant PATH], [constant FROM], [constant VALUES],
+## [constant STATS] and [constant TIMERS].
+
+const Stats := preload("res://addons/quillstead/runtime/quillstead_stats.gd")
 
 ## The meta under which a machine keeps the record it arrived with.
 const ARRIVED_RECORD: StringName = &"quillstead_arrived"
@@ -18,6 +20,8 @@ const PATH: StringName = &"path"
 const FROM: StringName = &"from"
 ## Record key: variable name to value. What belongs to the scene left behind is not in it.
 const VALUES: StringName = &"values"
+## Record key: what changes its stats, as [code]quillstead_stats.gd[/code] writes it down.
+const STATS: StringName = &"stats"
 ## Record key: the changes of stats that run out later, each an [Array] of stat, source and seconds left.
 const TIMERS: StringName = &"timers"
 
@@ -51,6 +55,7 @@ static func take_in(machine: SCMachine, record: Dictionary) -> void:
 	for name: StringName in values:
 		if machine.has_value(name) and not SCMachine._is_global_in(machine.variables, name):
 			machine._write(name, _copy_of(values[name]), true)
+	Stats.from_save(machine, record.get(STATS, {}))
 
 
 ## Starts again what was running out on the machine in [param record], with the time it had left.
@@ -93,6 +98,7 @@ static func record_of(machine: SCMachine) -> Dictionary:
 		PATH: machine.template.resource_path if machine.template != null else "",
 		FROM: machine.get_instance_id(),
 		VALUES: values,
+		STATS: Stats.to_save(machine),
 		TIMERS: timers,
 	}
 
