@@ -58,6 +58,14 @@ func growth(of: String, over: String, beside: PackedStringArray, at_most: float)
 	_say({"ratio": of, "over": over, "beside": beside}, at_most)
 
 
+## The parts of what was measured of several at once.
+static func each(samples: PackedFloat64Array, parts: float) -> PackedFloat64Array:
+	var parted := PackedFloat64Array()
+	for sample in samples:
+		parted.append(sample / parts)
+	return parted
+
+
 ## Microseconds for which the engine has been at work. Not by the clock on the wall, which goes on while the computer does
 ## something else.
 static func now_usec() -> float:

@@ -305,17 +305,10 @@ func _measure_grid_paths() -> void:
 	var ours := PackedFloat64Array()
 	for i in own.size():
 		ours.append(turns.samples("whole")[i] - turns.samples("marking")[i])
-	figure("characters.grid_path", "Grid Path's search over %d x %d cells" % [CELLS, CELLS], "ms", _in_ms(ours))
-	figure("characters.grid_path_engine", "AStarGrid2D's own search", "ms", _in_ms(own))
+	figure("characters.grid_path", "Grid Path's search over %d x %d cells" % [CELLS, CELLS], "ms", each(ours, 1e6))
+	figure("characters.grid_path_engine", "AStarGrid2D's own search", "ms", each(own, 1e6))
 	ratio("characters.grid_path", "characters.grid_path_engine", 1.2)
-	figure("characters.grid_path_marking", "what it takes to mark the walls before", "ms", _in_ms(turns.samples("marking")), INF, true)
-
-
-func _in_ms(samples: PackedFloat64Array) -> PackedFloat64Array:
-	var converted := PackedFloat64Array()
-	for sample in samples:
-		converted.append(sample / 1e6)
-	return converted
+	figure("characters.grid_path_marking", "what it takes to mark the walls before", "ms", each(turns.samples("marking"), 1e6), INF, true)
 
 
 func _is_wall(x: int, y: int) -> bool:

@@ -11,7 +11,7 @@ from figures import Run, is_met, save
 
 def arguments():
     parser = argparse.ArgumentParser(prog="./dev bench", description="Measure, with the release library, each figure beside its yardsticks.")
-    parser.add_argument("words", metavar="WORD", nargs="*", help="only the subjects whose name holds one of these: event, tick, idle, start, fast_lane, variables, broadcast, load, scale")
+    parser.add_argument("words", metavar="WORD", nargs="*", help="only the subjects whose name holds one of these: event, tick, idle, start, fast_lane, variables, broadcast, load, scale, characters, systems")
     parser.add_argument("--against", metavar="FILE", help="an earlier run to compare with")
     parser.add_argument("--json", metavar="FILE", help="where the figures are left (build/bench.json)")
     parser.add_argument("--readme", action="store_true", help="put the table into README.md")

@@ -75,8 +75,8 @@ func field_names() -> PackedStringArray:
 func row_names() -> PackedStringArray:
 	var names: PackedStringArray = []
 	for one in _rows:
-		if one != null and not one.resource_name.is_empty():
-			names.append(one.resource_name)
+		if one != null and not one.get_name().is_empty():
+			names.append(one.get_name())
 	return names
 
 
@@ -84,14 +84,20 @@ func row_names() -> PackedStringArray:
 func row(of_name: String) -> Data:
 	_look()
 	var found: Data = _named.get(of_name)
-	if of_name.is_empty() or (found != null and found.resource_name == of_name):
+	if of_name.is_empty() or (found != null and found.get_name() == of_name):
 		return found
+	# Not as a property, for which a record would first look among its fields.
+	if _named.is_empty():
+		for one in _rows:
+			if one != null and not one.get_name().is_empty():
+				_named.get_or_add(one.get_name(), one)
+		return _named.get(of_name)
 	# Rows can be given names without anybody hearing of it.
-	_named.clear()
 	for one in _rows:
-		if one != null and not one.resource_name.is_empty() and not _named.has(one.resource_name):
-			_named[one.resource_name] = one
-	return _named.get(of_name)
+		if one != null and one.get_name() == of_name:
+			_named[of_name] = one
+			return one
+	return null
 
 
 func has_row(of_name: String) -> bool:
@@ -183,9 +189,9 @@ func findings() -> PackedStringArray:
 		found.append("%s has nothing in row %d, so that row is passed over. Put a record there, or remove it." % [shown_name(), _rows.find(null) + 1])
 	var seen: Dictionary[String, int] = {}
 	for i in _rows.size():
-		if _rows[i] == null or _rows[i].resource_name.is_empty():
+		if _rows[i] == null or _rows[i].get_name().is_empty():
 			continue
-		var name := _rows[i].resource_name
+		var name := _rows[i].get_name()
 		if seen.has(name):
 			found.append("%s calls both row %d and row %d %s, so only the first is found by that name. Give the other another one." % [
 				shown_name(), seen[name] + 1, i + 1, name])
