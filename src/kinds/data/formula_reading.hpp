@@ -5,6 +5,7 @@
 // Expression, so that nothing that was typed reaches the engine's own reader.
 
 #include <godot_cpp/classes/expression.hpp>
+#include <godot_cpp/classes/ref.hpp>
 #include <godot_cpp/templates/local_vector.hpp>
 #include <godot_cpp/variant/array.hpp>
 #include <godot_cpp/variant/packed_string_array.hpp>
