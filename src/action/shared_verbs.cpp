@@ -1,10 +1,10 @@
 #include "action/shared_verbs.hpp"
 
-#include "action/action_shared.hpp"
 #include "action/kind.hpp"
 #include "action/machines.hpp"
 #include "action/spaces.hpp"
 #include "action/storing.hpp"
+#include "action/told_path.hpp"
 #include "settings/class_rows.hpp"
 
 #include <godot_cpp/classes/method_tweener.hpp>
@@ -58,8 +58,7 @@ String setting_in_inspector(const StringName &setting) {
 Node *node_or_warn(SCMachineBase *machine, const Object *kind, const NodePath &path, const StringName &setting) {
 	Node *node = values::node_of(machine, path);
 	if (node == nullptr) {
-		const String what = path.is_empty() ? String("the Machine has no node to work on")
-											: vformat("there is no node at %s", path == ActionShared::get().no_node ? words::name_in_line(path) : String(path));
+		const String what = path.is_empty() ? String("the Machine has no node to work on") : vformat("there is no node at %s", words::told_path(path));
 		warn(machine, kind, vformat("%s. Pick one under %s.", what, setting_in_inspector(setting)));
 	}
 	return node;

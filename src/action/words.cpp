@@ -2,6 +2,7 @@
 
 #include "action/action_shared.hpp"
 #include "action/values.hpp"
+#include "machine/native_names.hpp"
 #include "machine/value_kinds.hpp"
 #include "machine_node/sc_machine_base.hpp"
 
@@ -28,6 +29,10 @@ String listed(std::initializer_list<double> parts) {
 	return text + ")";
 }
 
+struct WordNames {
+	StringName shown_name = "shown_name";
+};
+
 String name_of(Object *object) {
 	if (const Node *node = Object::cast_to<Node>(object)) {
 		return node->get_name();
@@ -35,6 +40,11 @@ String name_of(Object *object) {
 	Resource *resource = Object::cast_to<Resource>(object);
 	if (resource == nullptr) {
 		return object != nullptr ? object->to_string() : String();
+	}
+	// What a script declares may know better, as an item does.
+	const StringName &shown_name = NativeNames::of<WordNames>().shown_name;
+	if (resource->has_method(shown_name)) {
+		return resource->call(shown_name).stringify();
 	}
 	const Variant display_name = resource->get(ActionShared::get().display_name);
 	if ((display_name.get_type() == Variant::STRING || display_name.get_type() == Variant::STRING_NAME) && !String(display_name).is_empty()) {

@@ -16,6 +16,8 @@
 
 using namespace godot;
 
+class SCMachineBase;
+
 // An event that arrived while the machine was paused.
 struct HeldEvent {
 	StringName name;
@@ -83,6 +85,8 @@ class EventRegistry {
 	HashMap<StringName, int> global_uses;
 	HashSet<StringName> quest_events;
 	HashMap<StringName, uint64_t> senders;
+	// What several machines are about to be sent was told to the quests already.
+	bool told_quests = false;
 
 public:
 	// Borrowed by every MachineSnapshot.
@@ -97,6 +101,10 @@ public:
 	bool is_global(const StringName &event) const { return global_uses.has(event); }
 	void set_quest_events(const Array &events);
 	bool is_quest_event(const StringName &event) const { return quest_events.has(event); }
+	// However many machines are sent an event together, a quest hears it once: `machine` tells it.
+	static void tell_quests(SCMachineBase *machine, const StringName &event);
+	static void send_past_quests(SCMachineBase *machine, const StringName &event, const Variant &data);
+	bool take_told_quests();
 	// To every machine that listens for it, which takes it as its own.
 	static void broadcast(const StringName &event, const Variant &data);
 	void note_sender(const StringName &event, uint64_t id);

@@ -54,8 +54,8 @@ void MachineRun::send_event(const StringName &event, const Variant &data) {
 	if (event.is_empty()) {
 		return;
 	}
-	const EventRegistry &registry = EventRegistry::shared();
-	if (registry.is_quest_event(event)) {
+	EventRegistry &registry = EventRegistry::shared();
+	if (!registry.take_told_quests() && registry.is_quest_event(event)) {
 		Busy keep(*this);
 		call_node(MachineNames::shared().quest_heard, event);
 		send_past_quests(event, data);
@@ -70,6 +70,26 @@ void MachineRun::send_past_quests(const StringName &event, const Variant &data) 
 	} else {
 		take_event(event, data, false);
 	}
+}
+
+void EventRegistry::tell_quests(SCMachineBase *machine, const StringName &event) {
+	if (machine != nullptr && shared().is_quest_event(event)) {
+		MachineRun &run = machine->run();
+		MachineRun::Busy keep(run);
+		run.call_node(MachineNames::shared().quest_heard, event);
+	}
+}
+
+void EventRegistry::send_past_quests(SCMachineBase *machine, const StringName &event, const Variant &data) {
+	shared().told_quests = true;
+	machine->send_event(event, data);
+	shared().told_quests = false;
+}
+
+bool EventRegistry::take_told_quests() {
+	const bool told = told_quests;
+	told_quests = false;
+	return told;
 }
 
 void EventRegistry::broadcast(const StringName &event, const Variant &data) {

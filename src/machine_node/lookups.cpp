@@ -105,15 +105,16 @@ void SCMachine::broadcast_event(const StringName &group, const StringName &event
 	if (event_name.is_empty()) {
 		return;
 	}
-	if (is_global_event(event_name)) {
-		broadcast_everywhere(event_name, data);
+	const StringName event = event_name;
+	const Variant carried = data;
+	if (is_global_event(event)) {
+		EventRegistry::tell_quests(this, event);
+		broadcast_everywhere(event, carried);
 		return;
 	}
 	if (!is_inside_tree()) {
 		return;
 	}
-	const StringName event = event_name;
-	const Variant carried = data;
 	Array machines;
 	const Array members = get_tree()->get_nodes_in_group(group);
 	for (int64_t i = 0; i < members.size(); i++) {
@@ -121,7 +122,11 @@ void SCMachine::broadcast_event(const StringName &group, const StringName &event
 			machines.push_back(machine);
 		}
 	}
-	MachineSnapshot(machines).each([&](SCMachineBase *machine) { machine->send_event(event, carried); });
+	const MachineSnapshot snapshot(machines);
+	if (!machines.is_empty()) {
+		EventRegistry::tell_quests(this, event);
+	}
+	snapshot.each([&](SCMachineBase *machine) { EventRegistry::send_past_quests(machine, event, carried); });
 }
 
 bool SCMachine::is_global_event(const StringName &event_name) {

@@ -28,6 +28,22 @@ func test_the_order_of_steps() -> void:
 		expect_status(errand, SCQuests.Status.NOT_STARTED)
 
 
+## However many machines an event is sent to, a quest counts it once.
+func test_an_event_for_many_counts_once() -> void:
+	for row: Array in [["Every Machine", {"reach": SCSendEventAction.EVERY_MACHINE}], ["A Group", {"reach": SCSendEventAction.A_GROUP, "to_group": &"slimes"}]]:
+		var errand := quest(row[0], [on_event(&"slain", 3)])
+		SCQuests.start(errand, tree)
+		for i in 3:
+			var slime: Node2D = add(Node2D.new())
+			slime.add_to_group(&"slimes")
+			slime.add_child(running(template([state("Here", [], {"slain": "There"}), state("There")])))
+		var settings := {"event_name": &"slain"}
+		settings.merge(row[1])
+		play(kind(SCSendEventAction, settings))
+		expect_equal(SCQuests.step_count(errand, 0), 1, row[0])
+		SCQuests.forget_all(tree)
+
+
 func test_when_a_quest_is_over() -> void:
 	var optional := {"optional": true}
 	for row: Array in [

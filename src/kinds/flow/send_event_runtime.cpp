@@ -4,6 +4,7 @@
 #include "action/own_value.hpp"
 #include "action/shared_verbs.hpp"
 #include "kinds/flow/send_event.hpp"
+#include "machine/event_state.hpp"
 #include "machine_node/sc_machine.hpp"
 
 #include <godot_cpp/variant/callable_method_pointer.hpp>
@@ -34,6 +35,11 @@ class SendEvent : public SCNativeAction {
 		}
 	}
 
+	static void send_to_all(SCMachineBase *machine, const StringName &event, const Variant &data) {
+		EventRegistry::tell_quests(machine, event);
+		SCMachineBase::broadcast_everywhere(event, data);
+	}
+
 	static void send(SCMachineBase *machine, SCMachineAction *action, int index) {
 		const StringName event = setting_of<&Kind::event_name>(action);
 		if (event.is_empty()) {
@@ -43,7 +49,7 @@ class SendEvent : public SCNativeAction {
 		const Variant data = contents::own_value<&Kind::data>(action);
 		SCMachineBase::note_sender(event, machine);
 		if (SCMachineBase::core_is_global_event(event)) {
-			SCMachineBase::broadcast_everywhere(event, data);
+			send_to_all(machine, event, data);
 			return;
 		}
 		switch (setting_of<&Kind::reach>(action)) {
@@ -54,7 +60,7 @@ class SendEvent : public SCNativeAction {
 				send_to_group(machine, action, index, event, data);
 				return;
 			case Kind::EVERY_MACHINE:
-				SCMachineBase::broadcast_everywhere(event, data);
+				send_to_all(machine, event, data);
 				return;
 			case Kind::A_NODE:
 				send_to_node(machine, action, index, event, data);
