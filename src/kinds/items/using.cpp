@@ -8,15 +8,20 @@ void SCUseItemAction::describe(KindTable<Self> &kind) {
 			"Use an item. A potion is used up: one comes out of the inventory, and its When Used changes are made. An active item is used when it is charged: "
 			"its charge goes back to zero, and its Use Event is sent.");
 	kind.runs(Runs::ONCE_OR_REPEATING);
-	kind.setting<&Self::item>("item", hint::ITEM, "The item.");
+	kind.setting<&Self::item>("item", hint::ITEM, "The item, also when there is none in Item Variable.");
 	kind.setting<&Self::item_variable>("item_variable", "The item is in this variable.").optional();
-	kind.setting<&Self::charge_variable>("charge_variable", "The number of this machine that says how far an active item is charged.");
+	kind.setting<&Self::charge_variable>("charge_variable", "The number of this machine that says how far an active item is charged.")
+			.only_if<&Self::may_be_charged>();
 	kind.setting<&Self::not_ready_event>("not_ready_event", "Sent when an active item is not charged yet, or there is no item. Empty sends nothing.")
 			.optional();
 	kind.setting<&Self::bag_path>("bag_path", "The Inventory that an item which is used up comes out of, or the node it is on. Empty is Self.");
 	kind.setting<&Self::none_left_event>("none_left_event", "Sent when there is none of it left to use up. Empty sends nothing.").optional();
 	kind.setting<&Self::on_path>("on_path", "A node with the machine that an item which is used up changes. Empty is this machine.");
 	kind.warns<&Self::warn>("_warn", "m", "index", "what", "words");
+}
+
+bool SCUseItemAction::may_be_charged() const {
+	return !item_variable.is_empty() || item.is_null() || !items::ask(item, "used_up").booleanize();
 }
 
 String SCUseItemAction::summary_default() {

@@ -27,5 +27,7 @@ public:
 	// Words go into the sentence: why there is no item or no user, or what the item is called.
 	void warn(SCMachineBase *machine, int64_t index, int64_t what, const String &words);
 
+	// What is used up needs no charge.
+	bool may_be_charged() const;
 	String summary_default() override;
 };
