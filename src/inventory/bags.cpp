@@ -1,5 +1,6 @@
 #include "inventory/bags.hpp"
 
+#include "action/action_shared.hpp"
 #include "action/words.hpp"
 #include "machine/native_names.hpp"
 
@@ -14,6 +15,7 @@ struct BagNames {
 	StringName on = "on";
 	StringName add = "add";
 	StringName take = "take";
+	StringName put_back = "put_back";
 	StringName has = "has";
 	StringName count = "count";
 	StringName stacks = "stacks";
@@ -60,6 +62,10 @@ int64_t add(Node *bag, const Ref<Resource> &item, int64_t how_many) {
 
 void take(Node *bag, const Ref<Resource> &item, int64_t how_many) {
 	bag->call(names().take, item, how_many);
+}
+
+void put_back(Node *bag, const Ref<Resource> &item, int64_t how_many) {
+	bag->call(names().put_back, item, how_many);
 }
 
 bool has(Node *bag, const Ref<Resource> &item, int64_t how_many) {
@@ -133,6 +139,15 @@ String under(SCMachineBase *machine, const NodePath &path) {
 		node = machine->target_node();
 	}
 	return node != nullptr ? String(node->get_name()) : String("the machine's node");
+}
+
+String none_to(SCMachineBase *machine, const NodePath &path, const char *kind, const char *what) {
+	return vformat("%s on %s: there is no Inventory to %s. Add an Inventory node under %s, or point Bag at one.", kind, machine->name_in_messages(), what,
+			under(machine, path));
+}
+
+String path_in_words(const NodePath &path) {
+	return path == ActionShared::get().no_node ? words::name_in_line(path) : String(path);
 }
 
 String in_line(const NodePath &path, const String &otherwise) {

@@ -18,8 +18,8 @@ const ItemNames &names() {
 	return NativeNames::of<ItemNames>();
 }
 
-String told_by(const Ref<Resource> &item, const StringName &method) {
-	return is_item(item.ptr()) ? String(item->call(method)) : String();
+String told_by(const Ref<Resource> &item, const StringName &method, const String &otherwise) {
+	return is_item(item.ptr()) ? String(item->call(method)) : otherwise;
 }
 
 } // namespace
@@ -34,11 +34,11 @@ Array none() {
 }
 
 String shown_name(const Ref<Resource> &item) {
-	return item.is_valid() ? told_by(item, names().shown_name) : String("nothing");
+	return told_by(item, names().shown_name, "nothing");
 }
 
 String key_of(const Ref<Resource> &item) {
-	return told_by(item, names().key);
+	return told_by(item, names().key, String());
 }
 
 Variant ask(const Ref<Resource> &item, const StringName &member) {
@@ -60,7 +60,7 @@ Meant meant(SCMachineBase *machine, const Ref<Resource> &picked, const StringNam
 }
 
 String in_line(const Ref<Resource> &picked, const StringName &variable) {
-	return words::variable_or(variable, picked.is_valid() ? shown_name(picked) : String("(pick one)"));
+	return words::variable_or(variable, is_item(picked.ptr()) ? shown_name(picked) : String("(pick one)"));
 }
 
 } // namespace items

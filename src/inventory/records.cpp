@@ -1,6 +1,6 @@
 #include "inventory/records.hpp"
 
-#include "action/words.hpp"
+#include "action/told_path.hpp"
 #include "machine/native_names.hpp"
 
 namespace records {
@@ -48,7 +48,7 @@ Meant in_variable(SCMachineBase *machine, const StringName &variable) {
 Meant on_node(SCMachineBase *machine, const NodePath &path) {
 	Node *node = values::node_of(machine, path);
 	if (node == nullptr) {
-		const String what = path.is_empty() ? String("the Machine has no node to work on") : vformat("there is no node at %s", words::name_in_line(path));
+		const String what = path.is_empty() ? String("the Machine has no node to work on") : vformat("there is no node at %s", words::told_path(path));
 		return { Ref<Resource>(), vformat("%s. Pick one under Node Path", what) };
 	}
 	const String name = node->get_name();

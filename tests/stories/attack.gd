@@ -116,6 +116,35 @@ func test_a_swing_of_no_time_still_hits() -> void:
 			await frames(1))
 
 
+func test_a_hit_is_told_before_the_swing_ends() -> void:
+	await on_both_sides(func() -> void:
+		for seconds: float in [0.0, 0.02, 0.04]:
+			var who := hero()
+			wear(who, {"swing_seconds": seconds, "reach": far(2.0)})
+			foe_ahead(1.0)
+			await physics_frames(4)
+			var owner := start(doing(attack(), {"hit": "Landed", "FINISHED": "Missed"}, {"under": who}))
+			await physics_frames(6)
+			expect_state(owner, "Landed")
+			for child in stage.get_children():
+				child.free()
+			await frames(1))
+
+
+func test_a_hit_is_told_though_another_event_ends_the_swing() -> void:
+	await on_both_sides(func() -> void:
+		var who := hero()
+		var near := foe_ahead(1.0)
+		await physics_frames(4)
+		var owner := start(doing(attack(), {"away": "Gone"}, {"under": who}))
+		while lost(near) == 0.0:
+			await frames(1)
+		owner.send_event(&"away")
+		await frames(1)
+		events_of(owner).sort()
+		expect_events(owner, ["away", "hit"]))
+
+
 func test_the_weapon_that_is_worn() -> void:
 	# The item, the variables, what a hit takes from a foe at 1.5 metres, and how many frames the swing takes.
 	await on_both_sides(func() -> void:
@@ -297,7 +326,7 @@ func test_one_that_begins_as_the_scene_does() -> void:
 
 
 func test_lines_and_mistakes() -> void:
-	expect_lines(SCAttackAction, {"Attack with the Weapon": {}, "Attack with the Claw": {"slot": &"Claw"}, "Attack with bare hands": {"slot": &""}})
+	expect_lines(SCAttackAction, {"Attack with the Weapon": {}, "Attack with the Claw": {"slot": &"Claw"}, "Attack with the (pick one)": {"slot": &""}})
 	expect_warns(attack(), "Attack on Machine needs a 2D or 3D character to swing from, and Stage is a Node.")
 	expect_warns(attack(), "Attack on Nowhere needs a 2D or 3D character to swing from, and", {"name": "Nowhere", "target_path": ^"../Gone", "under": body()})
 	var who := hero()

@@ -5,6 +5,17 @@ const HurtBox := preload("res://addons/quillstead/runtime/hurt_box.gd")
 const GIVE_IT := "To add one under it, right-click it in the scene and pick QuillStead > Give It > Health."
 
 
+## A Hurt Box of a game's own, that only writes down what hits it.
+class Target:
+	extends HurtBox
+
+	var hits: Array = []
+
+	func take_hit(damage: float, attacker: Node, times: float) -> bool:
+		hits.append([damage, attacker, times])
+		return false
+
+
 ## A goblin with a Hurt Box and a machine that keeps its health and hears what becomes of it.
 func goblin(variables: Dictionary = {"health": 10}, settings: Dictionary = {}, name: String = "Goblin") -> Node:
 	var body := character(0.0, 0.0, name)
@@ -77,7 +88,7 @@ func test_what_the_events_and_signals_carry() -> void:
 	box(hit).revived.connect(func() -> void: told.append(["revived"]))
 	hurt(hit, 4.0)
 	expect_equal(brain(hit).get_value(&"data"), 4, "HURT carries what was taken")
-	box(hit).take_hit(20.0, by)
+	box(hit).take_hit(20.0, by, 1.0)
 	expect_equal(brain(hit).get_value(&"data"), by, "DIED carries the attacker")
 	expect_state(brain(hit), "Dead")
 	heal(hit, 3.0, {"revives": true})
@@ -108,10 +119,10 @@ func test_it_dies_of_what_another_does_about_the_hit() -> void:
 		var hit := goblin({"health": 10}, {"invincible_seconds": 0.0 if by_a_hit else 2.0})
 		box(hit).hurt.connect(func(_damage: float, _attacker: Node) -> void:
 			if by_a_hit and health(hit) > 0:
-				box(hit).take_hit(50.0)
+				box(hit).take_hit(50.0, null, 1.0)
 			else:
 				brain(hit).set_value(&"health", 0))
-		box(hit).take_hit(1.0)
+		box(hit).take_hit(1.0, null, 1.0)
 		expect_events(brain(hit), ["DIED"])
 		expect_equal([box(hit).is_safe(), (hit as Node2D).visibility_layer], [false, 1], "the dead do not blink")
 		hit.free()
@@ -122,7 +133,7 @@ func test_what_a_goblin_carries_is_not_the_goblin() -> void:
 	var carried := crate(0.0, 3.0)
 	carried.reparent(hit)
 	var its := guard_health(carried)
-	expect(not its.take_hit(3.0))
+	expect(not its.take_hit(3.0, null, 1.0))
 	expect_warning("Crate was hit, but it has no machine with a number called health, so no health was taken.")
 	expect_equal(health(hit), 10)
 
@@ -236,7 +247,7 @@ func test_a_crate_is_thrown_too() -> void:
 		guard_health(hit, {"knockback": far(2.0)})
 		asker(hit, {"variables": {"health": 3}})
 		var by := spot(-3.0, 5.0)
-		hit.get_node(^"HurtBox").call(&"take_hit", 1.0, by)
+		hit.get_node(^"HurtBox").call(&"take_hit", 1.0, by, 1.0)
 		await physics_frames(31)
 		expect_near(where(hit).x, 1.0, 0.1))
 
@@ -252,14 +263,31 @@ func test_a_part_that_is_hurt_more_and_what_does_not_hurt() -> void:
 		[whole, 4.0, &"fire", 8], [whole, 4.0, &"frost", 2], [whole, 1.0, &"frost", 1], [whole, 4.0, &"light", 0], [whole, 4.0, &"", 4], [weak, 4.0, &"", 12],
 	]:
 		var before: int = health(hit)
-		expect_equal(row[0].take_hit(row[1], null, 1.0, row[2]), row[3] > 0)
+		expect_equal(row[0].take_typed_hit(row[2], row[1], null, 1.0), row[3] > 0)
 		expect_equal(before - health(hit), row[3], "%s" % [row])
 	for row: Array in [[&"spared_by_group", true], [&"hurt_by_group", false]]:
 		var by := body("By")
 		by.add_to_group(&"goblins")
 		box(hit).set(row[0], &"goblins")
-		expect_equal([box(hit).take_hit(1.0, by), box(hit).take_hit(1.0, body())], [not row[1], row[1]], row[0])
+		expect_equal([box(hit).take_hit(1.0, by, 1.0), box(hit).take_hit(1.0, body(), 1.0)], [not row[1], row[1]], row[0])
 		box(hit).set(row[0], &"")
+
+
+func test_a_hurt_box_of_a_games_own() -> void:
+	await on_both_sides(func() -> void:
+		var hit := character()
+		var its: Target = add(Target.new(), "HurtBox", {"under": hit})
+		var by := spot(1.0, 0.0)
+		expect_equal(SCHurtAction.new()._hurt_box_of(hit), its)
+		play(kind(SCHurtAction, {"target_path": hit.get_path(), "damage": 2.0, "attacker_path": by.get_path(), "knockback": 3.0}))
+		play(kind(SCHurtAction, {"target_path": hit.get_path()}))
+		expect_equal(its.hits, [[2.0, by, 3.0], [1.0, null, 1.0]])
+		its.hits.clear()
+		var box_shape: Resource = BoxShape3D.new() if in_3d else RectangleShape2D.new()
+		add(SCHitBox.new(), "HitBox", {"under": by, "shape": box_shape, "damage": 4.0, "damage_type": &"fire", "attacker": by})
+		by.set(&"position", hit.get(&"position"))
+		await physics_frames(4)
+		expect_equal(its.hits.slice(0, 1), [[4.0, by, 1.0]]))
 
 
 func test_heal_gives_what_fits() -> void:
@@ -322,7 +350,7 @@ func test_lines_and_mistakes() -> void:
 	expect_equal(health(beaten), 0)
 	hurt(hurtable, 1.0)
 	expect_warning("Goblin was hit, but it has no machine with a number called health, so no health was taken.")
-	box(beaten).take_hit(0.0)
+	box(beaten).take_hit(0.0, null, 1.0)
 	expect_warning("Loser was hit with a damage of 0.0")
 	var unsure := goblin({"health": 5}, {"defence_variable": &"armor", "store_attacker_in": &"foe"})
 	hurt(unsure, 1.0)
@@ -337,7 +365,7 @@ func test_whoever_hears_of_a_hit_may_do_anything() -> void:
 		func(hit: Node) -> void: hit.remove_child(box(hit)),
 		func(hit: Node) -> void: hit.remove_child(brain(hit)),
 		func(hit: Node) -> void: brain(hit).stop(),
-		func(hit: Node) -> void: box(hit).take_hit(1.0),
+		func(hit: Node) -> void: box(hit).take_hit(1.0, null, 1.0),
 		func(hit: Node) -> void: stage.remove_child(hit),
 		func(hit: Node) -> void: box(hit).heal(100.0, true),
 	]
@@ -364,7 +392,7 @@ func test_whoever_hears_of_a_hit_may_do_anything() -> void:
 						brain(hit).event_sent.connect(func(event: StringName, _data: Variant) -> void:
 							if event == when:
 								act_once.call())
-				box(hit).take_hit(damage, stage)
+				box(hit).take_hit(damage, stage, 1.0)
 				expect_equal(once.size(), 0 if damage < 10.0 and when in [&"died", &"DIED"] or damage > 10.0 and when == &"HURT" else 1, "%s by %s" % [when, damage])
 				kept.append(hit)
 				for node: Node in kept:

@@ -274,12 +274,18 @@ func test_what_cannot_be_dropped_stays() -> void:
 	stone.free()
 	expect_equal(drop.call({"pickup_scene": bare}), "Cannot")
 	expect_warning("Drop Item on Machine: Stone has no Inventory on it, so there is nowhere in it for the item to go. Add an Inventory node to that scene.")
+	expect_equal(drop.call({"pickup_scene": PackedScene.new()}), "Cannot")
+	expect_warning("nothing can be made of Pickup Scene, so nothing is put down. Pick a scene with an Inventory on it.")
 	expect_equal(of(player).count(arrow), 5)
 	var small := pickup(Node2D.new(), {"holds_only": [&"food"] as Array[StringName]})
 	expect_equal(drop.call({"pickup_scene": small}), "Cannot", "it does not go into that pickup")
 	expect_equal(of(player).count(arrow), 5)
 	expect_equal(drop.call({"pickup_scene": scene, "at_path": ^"../../Nowhere"}), "Dropped")
 	expect_warning("Drop Item on Machine: the node named in At, ../../Nowhere, was not found, so Arrow is dropped where the scene starts")
+	tree.root.get_child(-1).free()
+	var beside := kind(SCDropItemAction, {"item": arrow, "pickup_scene": scene, "at_path_variable": &"spot"})
+	sent(beside, player, {"spot": null})
+	expect_warning("the node named in At, an empty node variable, was not found, so Arrow is dropped where the scene starts")
 	tree.root.get_child(-1).free()
 
 
@@ -309,6 +315,24 @@ func test_rows_that_do_not_fit_are_kept() -> void:
 	var quiver := bag([item("Sword"), 1], {"holds_only": [&"ammo"] as Array[StringName], "name": "Quiver"})
 	expect_warning("Quiver on Stage holds Sword, which does not belong into it. It is kept, and nothing like it can be put in.")
 	expect_equal([quiver.stacks(), quiver.room_for(item("Sword")), quiver.add(item("Axe"))], [1, 0, 0])
+
+
+func test_what_is_put_back_is_kept() -> void:
+	var arrow := item("Arrow", {"most_in_a_stack": 4})
+	var pack := bag([arrow, 3], {"slots": 1, "name": "Pack"})
+	var came: Array = []
+	pack.item_added.connect(func(_came: SCItem, how_many: int) -> void: came.append(how_many))
+	pack.put_back(arrow, 6)
+	expect_equal([shown(pack), came, pack.add(arrow, 9)], ["Arrow 4, Arrow 4, Arrow 1", [6, 3], 3])
+	expect_warning("Pack on Stage holds 3 stacks and has 1 slots. They are kept, and nothing more fits until some have gone.")
+
+
+func test_nothing_goes_into_a_slot_without_a_name() -> void:
+	var worn := bag([], {"slot_names": [&"", &"hand"] as Array[StringName]})
+	var rope := item("Rope")
+	expect_equal([worn.room_for(rope), worn.add(rope), worn.add(item("Sword", {"equips_to": &"hand"}))], [0, 0, 1])
+	expect_equal(worn.worn(&""), null)
+	expect("Slot Names has an empty one" in "".join(worn._get_configuration_warnings()))
 
 
 func test_which_inventory_of_a_node() -> void:

@@ -176,6 +176,29 @@ func test_loot_is_laid_and_taken_from_within_the_physics() -> void:
 		expect_equal(bag_of(hero).count(stick), 1))
 
 
+## A chest that is open from the start: its machine begins while the engine sets the scene up.
+func test_loot_is_laid_as_the_scene_begins() -> void:
+	await on_both_sides(func() -> void:
+		var stick := item("Stick")
+		var chest: Node = Node3D.new() if in_3d else Node2D.new()
+		var bag := SCInventory.new()
+		bag.add(stick)
+		chest.set(&"position", at(2.0, 0.0))
+		chest.add_child(bag)
+		chest.add_child(doing(drop({"gold_least": 4, "gold_most": 4})))
+		var level: Node = Node3D.new() if in_3d else Node2D.new()
+		level.set(&"position", at(1.0, 0.0))
+		level.add_child(chest)
+		stage.add_child(level)
+		await frames(1)
+		var laid := level.get_children().filter(func(node: Node) -> bool: return is_instance_of(node, Loot3D if in_3d else Loot2D))
+		expect_equal(laid.map(func(loot: Node) -> Array: return [loot.get(&"item") == stick, loot.get(&"gold")]), [[true, 0], [false, 4]])
+		for loot: Node in laid:
+			expect_near(loot.get(&"global_position"), at(3.0, 0.0), 10.0 if not in_3d else 0.5)
+		expect(bag.is_empty())
+		level.free())
+
+
 ## What is really played is let go of by a thread in its own time, so this one is asked for and gives nothing.
 class Asked:
 	extends AudioStream
@@ -288,8 +311,9 @@ func test_no_two_swords_are_alike() -> void:
 	expect_error("Parameter \"p_item\" is null.")
 	expect_equal(SCDropLootAction.with_numbers(null, {}), null)
 	expect_error("Parameter \"p_item\" is null.")
-	for rubbish: Dictionary in [{}, {"damage": "much", "changes": 3}, {"changes": ["x", null, 4]}]:
-		expect_equal((SCDropLootAction.with_numbers(sword, rubbish) as SCItem).damage, 20.0)
+	for rubbish: Dictionary in [{}, {"damage": "much", "changes": 3}, {"changes": ["x", null, 4]}, {"damage": NAN, "changes": [INF]}]:
+		var made: SCItem = SCDropLootAction.with_numbers(sword, rubbish)
+		expect_equal([made.damage, made.changes[0].amount], [20.0, 1.5], str(rubbish))
 
 
 func test_it_needs_a_place_and_says_what_it_drops() -> void:

@@ -94,6 +94,9 @@ func test_kinds_without_a_quest_say_so() -> void:
 			[SCQuestStepIsCondition, "Quest Step Is on Asker has no quest to ask about, so pick one under Quest, so the answer is always no."],
 		]:
 			expect_warns(kind(row[0], {"quest": picked}), row[1], {"name": "Asker"})
+			if row[0] not in [SCQuestIsCondition, SCQuestStepIsCondition]:
+				kind(row[0]).call(&"_warn_quest", null, 0, 0)
+				expect_warning((row[1] as String).replace("on Asker", "on a machine"))
 
 
 func test_where_one_step_has_got() -> void:

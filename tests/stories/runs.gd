@@ -180,6 +180,7 @@ func test_what_cannot_be_given_is_told() -> void:
 		[{"item_variable": &"answer"}, "the variable answer holds no item, so nothing is given."],
 	]:
 		expect_warns(kind(SCGiveItemAction, row[0]), "Give Item on Machine: " + (row[1] as String), {"under": body("Giver"), "variables": {"answer": null}})
+	expect_line(kind(SCGiveItemAction, {"item": Resource.new()}), "Give (pick one) to this machine")
 	var machine_below := start(machine([state("Rest")], {"under": stone}))
 	play(kind(SCGiveItemAction, {"item": stick, "machine_path": ^"../../Stone"}), {}, {"under": body("Giver")})
 	expect_equal(Items.how_many_given(machine_below, stick), 1)

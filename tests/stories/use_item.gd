@@ -61,6 +61,18 @@ func test_it_is_taken_from_one_and_changes_another() -> void:
 	expect_warning("Use Item on Other: Chest has no Machine on it or above it, so the item is used on this machine instead.")
 
 
+func test_what_is_picked_stands_in_for_an_empty_hand() -> void:
+	var drink := potion()
+	var other := potion({"item_key": &"other"}, [["health", SCItemChange.Change.ADD, 1.0]])
+	var hero := body("Hero")
+	bag_with(hero, drink, 3).add(other)
+	for row: Array in [[null, 40.0], [other, 11.0], [7, 40.0]]:
+		var made := play(use(drink, {"item_variable": &"hand"}), {}, {"under": hero, "variables": {"health": 10.0, "hand": row[0]}})
+		expect_equal(made.get_value(&"health"), row[1], str(row))
+		made.free()
+	expect_warning("hand on Machine holds an int, not an item")
+
+
 ## Rows of what it needs, what the machine has, and what becomes of it.
 func test_a_charged_item() -> void:
 	for row: Array in [

@@ -98,6 +98,29 @@ func test_a_full_pack_changes_nothing() -> void:
 	expect_equal([made.get_value(&"power"), names_in(pack_of(node)), worn_by(node).worn(&"hand")], [8, ["Club"], axes])
 
 
+func test_a_pack_that_would_not_take_it_again_keeps_it() -> void:
+	var club := item("Club", "hand", {"changes": change(&"power", 2.0)})
+	var sword := item("Sword", "hand", {"changes": change(&"power", 5.0)})
+	for how: String in ["holds too much", "is for something else", "fills up meanwhile"]:
+		var node := player([club, sword])
+		var made := wearer(node, {&"CLUB": equip(club), &"SWORD": equip(sword)})
+		expect(does(made, &"CLUB"))
+		var pack := pack_of(node)
+		match how:
+			"holds too much":
+				pack.add(item("Rope", ""), 2)
+				pack.slots = 1
+			"is for something else":
+				pack.holds_only = [&"food"]
+			"fills up meanwhile":
+				pack.slots = 1
+				pack.item_taken.connect(func(_what: SCItem, _how_many: int) -> void: pack.add(item("Rope", "")))
+		expect(not does(made, &"SWORD"), how)
+		expect_equal([pack.count(sword), worn_by(node).worn(&"hand"), made.get_value(&"power")], [1, club, 3], how)
+		expect_warning("Pack on Player holds" if how != "is for something else" else "which does not belong into it. It is kept")
+		node.free()
+
+
 func test_a_ring_on_each_finger() -> void:
 	var rings: Array[SCItem] = []
 	for number in 3:
@@ -154,6 +177,12 @@ func test_what_cannot_be_worn() -> void:
 		expect_equal(current(made), &"No TRY", "row %d" % so_far)
 		if not (row[1] as String).is_empty():
 			expect_warning(row[1] as String)
+	var beside := equip(hat)
+	beside.set(&"on_path_variable", &"told")
+	made.free()
+	made = wearer(node, {&"TRY": beside})
+	expect(not does(made, &"TRY"))
+	expect_warning("the node named in On, an empty node variable, was not found, so there is nobody for Hat to change")
 	expect_equal(pack_of(node).stacks(), 3)
 
 

@@ -7,8 +7,8 @@ extends Node
 ## Items lie in slots, several of the same on one stack. Without [member slot_names] it is carried. With them it is worn: every slot
 ## takes one item, the one whose [member SCItem.equips_to] is the slot's name.
 ## [br][br]
-## Nothing is ever lost: what does not fit stays where it was, and every method answers how many went through. [signal changed] and
-## the other signals come when everything is in its place already, so whoever hears them may change the inventory again.
+## Whatever finds no room is left with whoever had it, and every method answers how many went through. [signal changed] and the
+## other signals come when everything is in its place already, so whoever hears them may change the inventory again.
 
 ## Something in it came, went or moved.
 signal changed
@@ -93,6 +93,8 @@ func _get_configuration_warnings() -> PackedStringArray:
 			names.append("%s, which does not belong into it" % stack.item.shown_name())
 	if not names.is_empty():
 		wrong.append("Held has %s." % ", ".join(names))
+	if &"" in slot_names:
+		wrong.append("Slot Names has an empty one, which nothing goes into. Name it, or take it away.")
 	if slots > 0 and held.size() > slots:
 		wrong.append("It starts with %d stacks and has %d slots. Nothing more will fit until some have gone." % [held.size(), slots])
 	return wrong
@@ -138,6 +140,17 @@ func take(item: SCItem, how_many: int = 1) -> int:
 	var went := _take_out(item, how_many)
 	_tell_taken(self, item, went)
 	return went
+
+
+## Puts so many of an item that was just taken out in again. Unlike with [method add], what does not fit any more is kept too.
+func put_back(item: SCItem, how_many: int = 1) -> void:
+	if item == null or how_many < 1:
+		return
+	var left := how_many - _put_in(item, how_many, _cap_of(item))
+	if left > 0:
+		held.append(_new_stack(item, left, -1))
+		_tidy()
+	_tell_added(self, item, how_many)
 
 
 ## Whether there are so many of an item in it.
@@ -212,7 +225,7 @@ static func _move_all_of(from: SCInventory, to: SCInventory, item: SCItem) -> in
 
 ## What is worn in a slot. Null for nothing, and in an inventory that is carried.
 func worn(slot: StringName) -> SCItem:
-	if slot_names.is_empty():
+	if slot_names.is_empty() or slot.is_empty():
 		return null
 	_tidy()
 	for stack in held:
@@ -450,7 +463,9 @@ func _most_stacks() -> int:
 
 
 func _takes(item: SCItem) -> bool:
-	return (holds_only.is_empty() or item.type in holds_only) and (slot_names.is_empty() or item.equips_to in slot_names)
+	if not holds_only.is_empty() and item.type not in holds_only:
+		return false
+	return slot_names.is_empty() or (not item.equips_to.is_empty() and item.equips_to in slot_names)
 
 
 func _takes_at(item: SCItem, place: int) -> bool:

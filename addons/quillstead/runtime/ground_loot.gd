@@ -53,10 +53,7 @@ var _rules: Rules
 static func lay(machine: SCMachine, place: Vector2, what: SCItem, gold_pieces: int, pushed: Vector2) -> Node2D:
 	var loot: Node2D = load("res://addons/quillstead/runtime/ground_loot.gd").new()
 	loot.set(&"push", pushed)
-	if Rules.lay(loot, machine, what, gold_pieces) == null:
-		return null
-	loot.global_transform = Transform2D(0.0, place)
-	return loot
+	return Rules.lay(loot, machine, what, gold_pieces, Transform2D(0.0, place)) as Node2D
 
 
 func _ready() -> void:

@@ -53,10 +53,7 @@ var _rules: Rules
 static func lay(machine: SCMachine, place: Vector3, what: SCItem, gold_pieces: int, pushed: Vector3) -> Node3D:
 	var loot: Node3D = load("res://addons/quillstead/runtime/ground_loot_3d.gd").new()
 	loot.set(&"push", pushed)
-	if Rules.lay(loot, machine, what, gold_pieces) == null:
-		return null
-	loot.global_transform = Transform3D(Basis.IDENTITY, place)
-	return loot
+	return Rules.lay(loot, machine, what, gold_pieces, Transform3D(Basis.IDENTITY, place)) as Node3D
 
 
 func _ready() -> void:

@@ -50,8 +50,8 @@ func _init(loot: Node, push: Variant) -> void:
 	_down = Vector3.DOWN if loot is Node3D else Vector2.DOWN
 
 
-## Puts a new piece of loot into the world where [param machine]'s body stands. Null when there is no world.
-static func lay(loot: Node, machine: SCMachine, item: SCItem, gold: int) -> Node:
+## Puts a new piece of loot into the world of [param machine]'s body, where [param transform] says. Null when there is no world.
+static func lay(loot: Node, machine: SCMachine, item: SCItem, gold: int, transform: Variant) -> Node:
 	var parent := _parent_for(machine)
 	if parent == null:
 		loot.free()
@@ -60,7 +60,11 @@ static func lay(loot: Node, machine: SCMachine, item: SCItem, gold: int) -> Node
 	loot.set(&"gold", maxi(gold, 0))
 	loot.set(&"falls", loot is Node3D or is_side_on(machine))
 	loot.set(&"laid_by", machine.target.get_instance_id())
-	parent.add_child(loot)
+	if parent.is_node_ready():
+		_put(loot.get_instance_id(), parent.get_instance_id(), transform)
+	else:
+		# The engine takes no new children while a scene is being set up.
+		_put.call_deferred(loot.get_instance_id(), parent.get_instance_id(), transform)
 	return loot
 
 
@@ -240,6 +244,18 @@ func _taker_of(node: Node) -> Node:
 	while taker != null and not taker.is_in_group(group):
 		taker = taker.get_parent()
 	return taker
+
+
+static func _put(loot_id: int, parent_id: int, transform: Variant) -> void:
+	var loot := instance_from_id(loot_id) as Node
+	var parent := instance_from_id(parent_id) as Node
+	if loot == null:
+		return
+	if parent == null or not parent.is_inside_tree():
+		loot.free()
+		return
+	parent.add_child(loot)
+	loot.set(&"global_transform", transform)
 
 
 static func _parent_for(machine: SCMachine) -> Node:

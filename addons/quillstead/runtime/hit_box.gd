@@ -388,7 +388,7 @@ func _hit_one(box: HurtBox, by: Node) -> bool:
 	blow.safe_times_over = box.safe_times_over
 	# Noted first, as whoever hears of the hit may have this strike again.
 	_struck[box_id] = blow
-	var has_hit := box.take_hit(damage, by, knockback, damage_type)
+	var has_hit := box.take_typed_hit(damage_type, damage, by, knockback)
 	if is_instance_id_valid(id) and not has_hit and _struck.get(box_id) == blow:
 		if before != null:
 			_struck[box_id] = before

@@ -87,6 +87,8 @@ var safe_times_over: int = 0
 var _knockback_is_set: bool = false
 var _safe_left: float = 0.0
 var _safe_for: float = 0.0
+# Of the damage that take_hit() is about to take.
+var _type: StringName
 # This hit has ended it, which is told once.
 var _is_told: bool = false
 # What blinks, by id.
@@ -139,10 +141,12 @@ func _property_get_revert(property: StringName) -> Variant:
 	return _usual_knockback() if property == &"knockback" else null
 
 
-## Takes a hit: [param damage] times what [member damage_types] says of its [param type], less the defence, but at least 1. It is
-## knocked back from [param attacker], if there is one, [param times] as fast as usual. False when nothing came of it: it is safe
-## or beaten, or that attacker or type does not hurt it.
-func take_hit(damage: float, attacker: Node = null, times: float = 1.0, type: StringName = &"") -> bool:
+## Takes a hit: [param damage] less the defence, but at least 1. It is knocked back from [param attacker], [param times] as fast as
+## usual; null is nobody, who knocks nothing back. False when nothing came of it: it is safe or beaten, or that attacker does not
+## hurt it. Every hit comes through here, so a script that extends this one may replace it.
+func take_hit(damage: float, attacker: Node, times: float) -> bool:
+	var type := _type
+	_type = &""
 	if not can_be_hurt or is_safe() or not _is_hurt_by(attacker):
 		return false
 	if not damage > 0.0:
@@ -170,6 +174,12 @@ func take_hit(damage: float, attacker: Node = null, times: float = 1.0, type: St
 	_knock_back(attacker, times)
 	_tell_of_hit(machine, health, taken, attacker)
 	return true
+
+
+## Takes a hit of a [param type] of damage, such as fire, by which [member damage_types] multiplies it.
+func take_typed_hit(type: StringName, damage: float, attacker: Node, times: float) -> bool:
+	_type = type
+	return take_hit(damage, attacker, times)
 
 
 ## Whether it is safe from a hit that it took a moment ago.

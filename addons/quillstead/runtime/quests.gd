@@ -70,14 +70,14 @@ var _news: News = News.new()
 
 
 #region For everybody
-## Begins a quest. One that is under way or done is left as it is; one that failed or was given up begins again.
+## Begins a quest, also one that failed or was given up before. Nothing comes of it while the quest is under way, or once it is done.
 static func start(quest: Resource, tree: SceneTree = null) -> void:
 	var book := _book_for(quest, tree)
 	if book != null:
 		book._start(quest as SCQuest)
 
 
-## Marks a quest done now and gives its reward, whatever its steps say. One that has not begun begins first.
+## Ends a quest as done, with its reward, however far its steps are. One that has not begun begins first.
 static func complete(quest: Resource, tree: SceneTree = null) -> void:
 	var book := _book_for(quest, tree)
 	if book != null:

@@ -1,9 +1,9 @@
 extends RefCounted
 ## Changes of a machine's numbers that can be taken away again: those of worn items, boosts, curses and auras.
 ##
-## A stat is a variable of the machine that holds a number. It always holds what it started as, plus every addition, times every
-## multiplication, whatever order they came and went in; when all of them have gone it is exactly what it was. A change is known by
-## its source, such as [code]"Iron Sword"[/code], and by that it is taken away.
+## A stat is a variable of the machine that holds a number. Additions go onto it first and multiplications count for the sum, so the
+## order in which changes come and go makes no difference, and when the last has gone it is exactly what it was. A change is known
+## by its source, such as [code]"Iron Sword"[/code], and by that it is taken away.
 ## [br][br]
 ## What the game itself writes into the variable meanwhile counts as a change of what it started as: a stat of 20 that is 10 times 2
 ## and is set to 30 is 15 times 2 from then on. A machine that starts anew has no changes.

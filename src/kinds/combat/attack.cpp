@@ -5,16 +5,13 @@
 
 void SCAttackAction::describe(KindTable<Self> &kind) {
 	kind.about("combat", "attack",
-			"Swing whatever weapon is worn, across its reach in front of the character, the way they are heading, for its swing time. What has a Hurt Box "
-			"there is "
-			"hit once.");
+			"Swing whatever weapon is worn, across its reach in front of the character, the way they are heading, for its swing time. "
+			"What has a Hurt Box there is hit once.");
 	kind.runs(Runs::FOR_A_WHILE);
 	kind.wants_physics();
 	kind.setting<&Self::slot>("slot",
-				"The slot of the character's worn Inventory that the weapon is in. Its item says the damage, the reach, the swing time and the knockback. With "
-				"nothing "
-				"in it that does damage, the swing is unarmed.")
-			.optional();
+			"The slot of the character's worn Inventory that the weapon is in. Its item says the damage, the reach, the swing time and the knockback. With "
+			"nothing in it that does damage, the swing is unarmed.");
 	kind.setting<&Self::strength_variable>("strength_variable", "A number of this machine that is added to the damage. Empty adds nothing.").optional();
 	kind.setting<&Self::hurts_group>("hurts_group", "Only what is in this group is hurt. Empty is anything with a Hurt Box but the character itself.")
 			.optional();
@@ -31,7 +28,7 @@ void SCAttackAction::describe(KindTable<Self> &kind) {
 }
 
 String SCAttackAction::summary_default() {
-	return slot.is_empty() ? String("Attack with bare hands") : vformat("Attack with the %s", slot);
+	return vformat("Attack with the %s", slot);
 }
 
 void SCAttackAction::warn_attack(SCMachineBase *machine, int64_t index, int64_t what, Node *node) {

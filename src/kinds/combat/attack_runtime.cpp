@@ -33,6 +33,7 @@ struct Names {
 	StringName box = "box";
 	StringName shown = "shown";
 	StringName heading = "heading";
+	StringName hits = "hits";
 
 	StringName damage = "damage";
 	StringName damage_variable = "damage_variable";
@@ -42,6 +43,7 @@ struct Names {
 	StringName icon = "icon";
 
 	StringName hit = "hit";
+	StringName send_event = "send_event";
 };
 
 const Names &names() {
@@ -121,10 +123,31 @@ void end_swing(SCMachineBase *machine, int index) {
 	slot.erase(names().left);
 }
 
-void on_hit(SCMachineBase *machine, SCMachineAction *action, int, const Array &handed_over) {
+// Told by the next update: sent from the box's signal, which comes within the physics frame, the last hits of a swing would come
+// after its end.
+void on_hit(SCMachineBase *machine, SCMachineAction *, int index, const Array &handed_over) {
+	Dictionary slot = machine->slot(index);
+	Array hits = slot.get(names().hits, Array());
+	hits.push_back(handed_over.is_empty() ? Variant() : handed_over[0]);
+	slot[names().hits] = hits;
+}
+
+// All of them, also when the first leads to another state. Later, for a swing that another event ends: it has hit what it hit.
+void tell_of_hits(SCMachineBase *machine, SCMachineAction *action, int index, bool later = false) {
+	Dictionary slot = machine->slot(index);
+	if (!slot.has(names().hits)) {
+		return;
+	}
+	const Array hits = slot[names().hits];
+	slot.erase(names().hits);
 	const StringName event = setting_of<&Kind::hit_event>(action);
-	if (!event.is_empty()) {
-		machine->send_event_from_signal(event, handed_over.is_empty() ? Variant() : handed_over[0]);
+	const Weak<SCMachineBase> telling(machine);
+	for (int i = 0; i < hits.size() && !event.is_empty() && telling.get() != nullptr; i++) {
+		if (later) {
+			machine->call_deferred(names().send_event, event, hits[i]);
+		} else {
+			verbs::send(machine, event, hits[i].get_validated_object());
+		}
 	}
 }
 
@@ -234,7 +257,7 @@ public:
 		}
 	}
 
-	void update(SCMachineBase *machine, SCMachineAction *, int index, double delta) override {
+	void update(SCMachineBase *machine, SCMachineAction *action, int index, double delta) override {
 		Dictionary slot = machine->slot(index);
 		if (!slot.has(names().left)) {
 			return;
@@ -252,21 +275,25 @@ public:
 			// Between the engine's own calls, so it may join at once.
 			swinger->add_child(box, true);
 		}
-		if (left > OVER || !here) {
-			return;
-		}
+		const bool is_over = left <= OVER;
 		// The box itself may not have had its turn yet.
-		box = node_in(slot, names().box);
+		box = is_over && here ? node_in(slot, names().box) : nullptr;
 		if (box != nullptr) {
 			swings::strike(box);
 		}
 		if (here) {
+			tell_of_hits(machine, action, index);
+		}
+		if (is_over && here) {
 			end_swing(machine, index);
 			machine->finish(index);
 		}
 	}
 
-	void exit(SCMachineBase *machine, SCMachineAction *, int index) override { end_swing(machine, index); }
+	void exit(SCMachineBase *machine, SCMachineAction *action, int index) override {
+		end_swing(machine, index);
+		tell_of_hits(machine, action, index, true);
+	}
 };
 
 const AddKinds added = {

@@ -39,7 +39,7 @@ SCMachine *machine_of(Node *hurt_box) {
 }
 
 void take_hit(Node *hurt_box, double damage, Node *attacker, double knockback) {
-	hurt_box->call(names().take_hit, damage, attacker, knockback);
+	hurt_box->call(names().take_hit, damage, attacker != nullptr ? Variant(attacker) : Variant(), knockback);
 }
 
 Variant heal(Node *hurt_box, double amount, bool revives) {

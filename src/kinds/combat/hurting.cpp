@@ -71,8 +71,7 @@ void SCHurtAction::warn_hurt(SCMachineBase *machine, int64_t, int64_t what, Node
 void SCHealAction::describe(KindTable<Self> &kind) {
 	kind.about("combat", "heal",
 			"Give health back, for a potion drunk, a first-aid kit picked up, a healer's spell, a campfire that mends a little every second, or a checkpoint "
-			"that "
-			"puts the player back on their feet.");
+			"that puts the player back on their feet.");
 	kind.runs(Runs::ONCE_OR_REPEATING);
 	kind.setting<&Self::target_path>("target_path", "Who is healed. Empty is Self. It needs a Hurt Box right under it.");
 	kind.setting<&Self::amount>("amount", hint::HEALTH, "How much health it gives. What goes beyond the Max of the health variable is lost.");

@@ -57,22 +57,25 @@ constexpr double SHARE_TO_THE_SIDES = 0.75;
 // How far the picture goes to either side, in radians.
 constexpr double EITHER_WAY = 1.0;
 
-Vector2 middle_of(Node2D *body) {
+template <class CollisionShape>
+CollisionShape *first_shape(const Node *body) {
 	for (int i = 0; i < body->get_child_count(); i++) {
-		if (const auto *shape = Object::cast_to<CollisionShape2D>(body->get_child(i))) {
-			return shape->get_global_position();
+		auto *holder = Object::cast_to<CollisionShape>(body->get_child(i));
+		if (holder != nullptr && holder->get_shape().is_valid()) {
+			return holder;
 		}
 	}
-	return body->get_global_position();
+	return nullptr;
+}
+
+Vector2 middle_of(Node2D *body) {
+	const auto *shape = first_shape<CollisionShape2D>(body);
+	return shape != nullptr ? shape->get_global_position() : body->get_global_position();
 }
 
 Vector3 middle_of(Node3D *body) {
-	for (int i = 0; i < body->get_child_count(); i++) {
-		if (const auto *shape = Object::cast_to<CollisionShape3D>(body->get_child(i))) {
-			return shape->get_global_position();
-		}
-	}
-	return body->get_global_position();
+	const auto *shape = first_shape<CollisionShape3D>(body);
+	return shape != nullptr ? shape->get_global_position() : body->get_global_position();
 }
 
 bool last_moved(const Node2D *body, Vector2 &heading) {
@@ -133,21 +136,17 @@ double at_least(double reach, bool in_2d) {
 // How tall the swinger is, by its first shape: what stands in front of it is hit at any height.
 template <class CollisionShape>
 double height_of(const Node *body) {
-	for (int i = 0; i < body->get_child_count(); i++) {
-		const auto *holder = Object::cast_to<CollisionShape>(body->get_child(i));
-		const Object *shape = holder != nullptr ? holder->get_shape().ptr() : nullptr;
-		if (shape == nullptr) {
-			continue;
-		}
-		const Variant size = shape->get(names().size);
-		const Variant height = shape->get(names().height);
-		const Variant radius = shape->get(names().radius);
-		if (values::is_vector(size)) {
-			return double(Vector3(places::as_vector3(size)).y);
-		}
-		return values::is_number(height) ? double(height) : values::as_number(radius) * 2.0;
+	const auto *holder = first_shape<CollisionShape>(body);
+	if (holder == nullptr) {
+		return 0.0;
 	}
-	return 0.0;
+	const Ref<Resource> shape = holder->get_shape();
+	const Variant size = shape->get(names().size);
+	if (values::is_vector(size)) {
+		return double(Vector3(places::as_vector3(size)).y);
+	}
+	const Variant height = shape->get(names().height);
+	return values::is_number(height) ? double(height) : values::as_number(shape->get(names().radius)) * 2.0;
 }
 
 Vector2 size_of_swing(double reach, const Node2D *swinger) {

@@ -31,12 +31,9 @@ void SCInventoryHasCondition::warn(SCMachineBase *machine, int64_t what, const S
 	if (machine == nullptr) {
 		return;
 	}
-	const String name = machine->name_in_messages();
 	if (what == NO_BAG) {
-		verbs::warn_whole(machine, this, int(what),
-				vformat("Inventory Has on %s: there is no Inventory to ask about, so the answer is no. Add an Inventory node under %s, or point Bag at one.",
-						name, bags::under(machine, bag_path)));
+		verbs::warn_whole(machine, this, int(what), bags::none_to(machine, bag_path, "Inventory Has", "ask about, so the answer is no"));
 	} else {
-		verbs::warn_whole(machine, this, int(what), vformat("Inventory Has on %s: %s, so the answer is no.", name, missing));
+		verbs::warn_whole(machine, this, int(what), vformat("Inventory Has on %s: %s, so the answer is no.", machine->name_in_messages(), missing));
 	}
 }

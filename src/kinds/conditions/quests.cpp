@@ -73,8 +73,7 @@ void SCQuestStepIsCondition::describe(KindTable<Self> &kind) {
 	kind.setting<&Self::step>("step", STEP, "The step to ask about. In a variable or a script, the first step is 0.");
 	kind.setting<&Self::status>("status",
 			"Done is yes once the step is done. Not Done is yes before that, also while the quest has not begun. To Do Now is yes while the step counts: the "
-			"quest "
-			"is under way, the step is not done, and, where steps come in order, it is its turn.");
+			"quest is under way, the step is not done, and, where steps come in order, it is its turn.");
 	kind.warns<&Self::warn_quest_step_is>("_warn_quest_step_is", "m", "index");
 }
 

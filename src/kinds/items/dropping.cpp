@@ -33,8 +33,7 @@ void SCDropItemAction::warn(SCMachineBase *machine, int64_t, int64_t what, const
 	String text;
 	switch (what) {
 		case NO_BAG:
-			text = vformat("Drop Item on %s: there is no Inventory to take anything out of. Add an Inventory node under %s, or point Bag at one.", name,
-					bags::under(machine, bag_path));
+			text = bags::none_to(machine, bag_path, "Drop Item", "take anything out of");
 			break;
 		case NO_ITEM:
 			text = vformat("Drop Item on %s: %s, so there is nothing to put down.", name, about);
@@ -51,7 +50,7 @@ void SCDropItemAction::warn(SCMachineBase *machine, int64_t, int64_t what, const
 		default:
 			text = vformat(
 					"Drop Item on %s: the node named in At, %s, was not found, so %s is dropped where the scene starts rather than where it should land.", name,
-					at_path, about);
+					bags::path_in_words(at_path), about);
 			break;
 	}
 	verbs::warn_whole(machine, this, int(what), text);

@@ -64,6 +64,9 @@ class Drop {
 	Node *make_pickup() {
 		const Ref<PackedScene> scene = setting_of<&Kind::pickup_scene>(action);
 		Node *pickup = scene->can_instantiate() ? scene->instantiate() : nullptr;
+		if (pickup == nullptr && here) {
+			verbs::warn(machine, action, "nothing can be made of Pickup Scene, so nothing is put down. Pick a scene with an Inventory on it.");
+		}
 		if (pickup != nullptr && bags::on(pickup, bags::EITHER) == nullptr) {
 			if (here) {
 				wrong(Kind::NO_BAG_IN_IT, pickup->get_name());

@@ -6,8 +6,7 @@
 void SCMoveItemAction::describe(KindTable<Self> &kind) {
 	kind.about("items", "move_item",
 			"Move something from one inventory to another, such as taking loot out of a chest, buying from a shop, handing a quest item to somebody or "
-			"dropping a "
-			"purse when robbed.");
+			"dropping a purse when robbed.");
 	kind.runs(Runs::AT_ONCE);
 	kind.setting<&Self::item>("item", hint::ITEM, "What is moved. Empty, with Item Variable empty too, moves everything.");
 	kind.setting<&Self::item_variable>("item_variable", "Move the item that this variable holds instead.").optional();

@@ -6,8 +6,8 @@
 
 void SCModifyStatAction::describe(KindTable<Self> &kind) {
 	kind.about("items", "modify_stat",
-			"Change a number the machine carries under a name, so it can be taken away again later. Boosts, curses, auras and what is worn can come and go in "
-			"any order: the number is always what it started as, plus every addition, times every multiplication.");
+			"Change a number the machine carries under a name, so it can be taken away again later. Boosts, curses, auras and what is worn may come and go in "
+			"any order: additions go onto the number first and multiplications count for the sum, and when the last of them has gone it is what it was.");
 	kind.runs(Runs::ONCE_OR_REPEATING);
 	kind.constants_of<Change>();
 	kind.setting<&Self::variable_name>("variable_name", "The number to change, such as speed. With Remove, empty is every number that Source changes.")

@@ -42,8 +42,7 @@ void SCAddItemAction::warn(SCMachineBase *machine, int64_t, int64_t what, const 
 					from_variable(how_many_variable));
 			break;
 		case NO_BAG:
-			text = vformat("Add Item on %s: there is no Inventory to put anything in. Add an Inventory node under %s, or point Bag at one.", name,
-					bags::under(machine, bag_path));
+			text = bags::none_to(machine, bag_path, "Add Item", "put anything in");
 			break;
 		default:
 			text = vformat("Add Item on %s: %s, so there is nothing to put in the inventory.", name, words::text_of(about));
@@ -82,8 +81,7 @@ void SCRemoveItemAction::warn(SCMachineBase *machine, int64_t, int64_t what, con
 					from_variable(how_many_variable));
 			break;
 		case NO_BAG:
-			text = vformat("Remove Item on %s: there is no Inventory to take anything out of. Add an Inventory node under %s, or point Bag at one.", name,
-					bags::under(machine, bag_path));
+			text = bags::none_to(machine, bag_path, "Remove Item", "take anything out of");
 			break;
 		default:
 			text = vformat("Remove Item on %s: %s, so there is nothing to take out.", name, words::text_of(about));
@@ -124,13 +122,10 @@ void SCCountItemAction::warn(SCMachineBase *machine, int64_t, int64_t what, cons
 	if (machine == nullptr) {
 		return;
 	}
-	const String name = machine->name_in_messages();
 	if (what == NO_BAG) {
-		verbs::warn_whole(machine, this, int(what),
-				vformat("Count Item on %s: there is no Inventory to count in. Add an Inventory node under %s, or point Bag at one.", name,
-						bags::under(machine, bag_path)));
+		verbs::warn_whole(machine, this, int(what), bags::none_to(machine, bag_path, "Count Item", "count in"));
 	} else {
-		verbs::warn_whole(machine, this, int(what), vformat("Count Item on %s: %s, so there is nothing to count.", name, missing));
+		verbs::warn_whole(machine, this, int(what), vformat("Count Item on %s: %s, so there is nothing to count.", machine->name_in_messages(), missing));
 	}
 }
 
@@ -158,8 +153,6 @@ String SCSortInventoryAction::summary_default() {
 
 void SCSortInventoryAction::warn(SCMachineBase *machine, int64_t) {
 	if (machine != nullptr) {
-		verbs::warn_whole(machine, this, 0,
-				vformat("Sort Inventory on %s: there is no Inventory to put in order. Add an Inventory node under %s, or point Bag at one.",
-						machine->name_in_messages(), bags::under(machine, bag_path)));
+		verbs::warn_whole(machine, this, 0, bags::none_to(machine, bag_path, "Sort Inventory", "put in order"));
 	}
 }

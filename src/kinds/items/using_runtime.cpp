@@ -108,7 +108,10 @@ class UseItem : public OnceOrRepeating<UseItem> {
 public:
 	static void work(SCMachineBase *machine, SCMachineAction *action, int index, double) {
 		const StillHere here(machine);
-		const items::Meant meant = items::meant<&Kind::item, &Kind::item_variable>(machine, action);
+		items::Meant meant = items::meant<&Kind::item, &Kind::item_variable>(machine, action);
+		if (!meant && items::is_item(setting_of<&Kind::item>(action).ptr())) {
+			meant = { setting_of<&Kind::item>(action), String() };
+		}
 		if (!meant) {
 			warn(machine, action, index, Kind::NO_ITEM, meant.missing);
 		}

@@ -54,6 +54,10 @@ double drawn(double number, double share) {
 	return number * UtilityFunctions::randf_range(1.0 - share, 1.0 + share);
 }
 
+bool is_sound(const Variant &number) {
+	return values::is_number(number) && Math::is_finite(double(number));
+}
+
 double varied_amount(double amount, double share) {
 	const double fresh = drawn(amount, share);
 	// A small one is a fraction or a multiplier.
@@ -112,7 +116,7 @@ Ref<Resource> with_numbers(const Ref<Resource> &item, const Dictionary &numbers)
 		return copy;
 	}
 	const Variant damage = numbers.get("damage", Variant());
-	if (values::is_number(damage)) {
+	if (is_sound(damage)) {
 		copy->set(names().damage, double(damage));
 	}
 	const Variant given = numbers.get("changes", Variant());
@@ -120,7 +124,7 @@ Ref<Resource> with_numbers(const Ref<Resource> &item, const Dictionary &numbers)
 	const Array rows = rows_of(copy);
 	for (int64_t i = 0; i < rows.size() && i < amounts.size(); i++) {
 		Object *row = row_at(rows, i);
-		if (row != nullptr && values::is_number(amounts[i])) {
+		if (row != nullptr && is_sound(amounts[i])) {
 			row->set(names().amount, double(amounts[i]));
 		}
 	}

@@ -47,8 +47,11 @@ struct Wardrobe {
 		change(names().undo_changes, item);
 		carry(item);
 	}
+	// Never refused: a full inventory, or one that does not take the like of it, keeps what came from here.
 	void carry(const Ref<Resource> &item) const {
-		if (carried.get() == nullptr || bags::add(carried.get(), item, 1) < 1) {
+		if (Node *bag = carried.get()) {
+			bags::put_back(bag, item, 1);
+		} else {
 			put_on(item);
 		}
 	}
@@ -68,7 +71,7 @@ Node *wearer_of(SCMachineBase *machine, const NodePath &path, String &wrong) {
 	}
 	Node *node = values::node_of(machine, path);
 	if (node == nullptr) {
-		wrong = vformat("the node named in On, %s, was not found", path);
+		wrong = vformat("the node named in On, %s, was not found", bags::path_in_words(path));
 		return nullptr;
 	}
 	Node *found = SCMachine::machine_of(node);
@@ -118,7 +121,7 @@ class EquipItem : public OnceOrRepeating<EquipItem> {
 		// Where a slot is there twice, as for rings, a free one comes first.
 		const bool is_free = bags::room_for(wardrobe.worn.get(), item) > 0;
 		const Ref<Resource> old = is_free || wardrobe.worn.get() == nullptr ? Ref<Resource>() : bags::worn(wardrobe.worn.get(), slot_of(item));
-		if (!is_free && old.is_null()) {
+		if (wardrobe.carried.get() == nullptr || (!is_free && old.is_null())) {
 			return false;
 		}
 		// Out first, for the old one to have its room.
@@ -202,7 +205,7 @@ public:
 		const StillHere here(machine);
 		Wardrobe wardrobe = { Weak<Node>(nullptr), Weak<Node>(nullptr), Weak<Node>(nullptr) };
 		const Ref<Resource> item = find(machine, action, index, wardrobe);
-		const bool comes_off = item.is_valid() && wardrobe.worn.get() != nullptr && wardrobe.takes_back(item);
+		const bool comes_off = item.is_valid() && wardrobe.takes_back(item) && wardrobe.worn.get() != nullptr;
 		if (comes_off) {
 			wardrobe.take_off(item);
 		}

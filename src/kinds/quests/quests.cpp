@@ -8,6 +8,8 @@ namespace {
 void warn(SCMachineBase *machine, const Object *kind, int64_t code, const String &sentence) {
 	if (machine != nullptr) {
 		verbs::warn_whole(machine, kind, int(code), sentence);
+	} else {
+		MakerWarnings::say(sentence);
 	}
 }
 
@@ -24,7 +26,7 @@ void describe_quest(KindTable<Kind> &kind, const char *word, const char *about, 
 	kind.about("quests", word, about);
 	kind.runs(Runs::AT_ONCE);
 	kind.template setting<&Kind::quest>("quest", hint::QUEST, which);
-	kind.template warns<&Kind::warn_quest>("_warn_quest", "m", "index", "code");
+	kind.template warns<&Kind::warn_quest>("_warn_quest", "machine", "index", "code");
 }
 
 } // namespace

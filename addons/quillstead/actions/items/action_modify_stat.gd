@@ -1,4 +1,4 @@
 extends SCModifyStatAction
 ## Change a number the machine carries under a name, so it can be taken away again later. Boosts, curses, auras and
-## what is worn can come and go in any order: the number is always what it started as, plus every addition, times
-## every multiplication.
+## what is worn may come and go in any order: additions go onto the number first and multiplications count for the
+## sum, and when the last of them has gone it is what it was.
