@@ -6,7 +6,9 @@
 #include "machine/value_kinds.hpp"
 #include "machine_node/sc_machine_base.hpp"
 
+#include <godot_cpp/classes/engine.hpp>
 #include <godot_cpp/classes/resource.hpp>
+#include <godot_cpp/classes/script.hpp>
 #include <godot_cpp/core/math.hpp>
 #include <godot_cpp/core/object.hpp>
 #include <godot_cpp/variant/builtin_types.hpp>
@@ -33,6 +35,12 @@ struct WordNames {
 	StringName shown_name = "shown_name";
 };
 
+// The editor runs the scripts that ask for it and no others.
+bool runs_here(const Object *object) {
+	const Ref<Script> script = object->get_script();
+	return script.is_valid() && (script->is_tool() || !Engine::get_singleton()->is_editor_hint());
+}
+
 String name_of(Object *object) {
 	if (const Node *node = Object::cast_to<Node>(object)) {
 		return node->get_name();
@@ -43,8 +51,11 @@ String name_of(Object *object) {
 	}
 	// What a script declares may know better, as an item does.
 	const StringName &shown_name = NativeNames::of<WordNames>().shown_name;
-	if (resource->has_method(shown_name)) {
-		return resource->call(shown_name).stringify();
+	if (resource->has_method(shown_name) && runs_here(resource)) {
+		const Variant said = resource->call(shown_name);
+		if (said.get_type() == Variant::STRING) {
+			return said;
+		}
 	}
 	const Variant display_name = resource->get(ActionShared::get().display_name);
 	if ((display_name.get_type() == Variant::STRING || display_name.get_type() == Variant::STRING_NAME) && !String(display_name).is_empty()) {

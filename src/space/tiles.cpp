@@ -1,9 +1,9 @@
 #include "space/tiles.hpp"
 
-#include "action/action_shared.hpp"
 #include "action/checked.hpp"
 #include "action/sides.hpp"
 #include "action/spaces.hpp"
+#include "action/told_path.hpp"
 #include "machine/companion_scripts.hpp"
 #include "machine/native_names.hpp"
 
@@ -89,8 +89,7 @@ void warn_none(SCMachineBase *machine, const Object *kind, const NodePath &path,
 		return;
 	}
 	const Node *node = values::node_of(machine, path);
-	const String shown_path = path == ActionShared::get().no_node ? words::name_in_line(path) : String(path);
-	const String why = node != nullptr ? vformat("%s is no %s", node->get_name(), what) : vformat("there is no node at %s", shown_path);
+	const String why = node != nullptr ? vformat("%s is no %s", node->get_name(), what) : vformat("there is no node at %s", words::told_path(path));
 	verbs::warn(machine, kind, vformat("%s, %s. Pick one under %s.", why, instead, shown));
 }
 

@@ -46,10 +46,10 @@ func test_the_players_press_picks_one() -> void:
 
 func test_the_items_of_a_list() -> void:
 	var box: VBoxContainer = add(VBoxContainer.new(), "Box")
-	var sword: Resource = kind(SCDialogue, {"resource_name": "Sword"})
+	var sword: Resource = kind(SCItem, {"item_name": "Sword {number}"})
 	var choice := {"list_variable": &"shop", "choices": ["Ignored"], "store_choice_in": &"number", "store_words_in": &"words", "events": [&"", &"second"]}
 	var made := choose(choice, {"FINISHED": "Done"}, {"variables": {"shop": [sword, stage, 3, 2.0, "{number} left", null], "number": 0, "words": ""}})
-	expect_equal(answers_in(box), ["Sword", "Stage", "3", "2.0", "{number} left", "<null>"])
+	expect_equal(answers_in(box), ["Sword {number}", "Stage", "3", "2.0", "{number} left", "<null>"])
 	buttons_in(box)[4].pressed.emit()
 	expect_values(made, {"number": 5, "words": "{number} left"})
 	expect_state(made, "Done")
@@ -126,7 +126,7 @@ func test_it_shows_them_as_its_scene_begins() -> void:
 
 
 func test_what_goes_wrong_is_told() -> void:
-	expect_warns(kind(SCShowChoicesAction, {"box_path": ^"../Nobody"}), "Show Choices on Machine: there is no node at Nobody to put the answer buttons in, so none are shown.")
+	expect_warns(kind(SCShowChoicesAction, {"box_path": ^"../Nobody"}), "Show Choices on Machine: there is no node at ../Nobody to put the answer buttons in, so none are shown.")
 	var box: VBoxContainer = add(VBoxContainer.new(), "Box")
 	add(Button.new(), "Old", {"under": box})
 	expect_warns(kind(SCShowChoicesAction, {"box_path": ^"../Box"}), "Show Choices on Machine has no answers to offer, so no buttons are shown.")

@@ -167,7 +167,7 @@ func test_what_is_missing_is_told_of() -> void:
 		[{"from": Reach.A_VARIABLE, "field": &"Damage"}, "no variable is picked."],
 		[{"from": Reach.A_VARIABLE, "field": &"Damage", "data_variable": &"none"}, "there is no variable called none."],
 		[{"from": Reach.A_VARIABLE, "field": &"Damage", "data_variable": &"held"}, "the variable held holds an int, not a record."],
-		[place.merged({"node_path": ^"../Nobody"}), "there is no node at Nobody. Pick one under Node Path."],
+		[place.merged({"node_path": ^"../Nobody"}), "there is no node at ../Nobody. Pick one under Node Path."],
 		[place, "Enemy has no Data node under it. Add one, and pick its record under Data."],
 		[place.merged({"node_path": NodePath("../../Empty")}), "the Data node of Empty has no record. Pick one under Data, or make one there."],
 	]:

@@ -48,6 +48,7 @@ func test_lines_lead_on_and_the_last_one_ends_it() -> void:
 	var made := talk(greeting(), {"finished_event": &"talked"}, {"FINISHED": "Done"}, {"variables": {"name": "Ann"}})
 	expect_equal([words_in(box), answers_in(box), box.visible], ["Hello, Ann.", ["Who are you?", "Bye."], true])
 	expect_line(kind(SCStartDialogueAction, {"conversation": kind(SCDialogue, {"resource_name": "Greeting"})}), "Have dialogue Greeting")
+	expect_line(kind(SCStartDialogueAction, {"conversation": load("res://demo/first_dialogue/gate_talk.tres")}), "Have dialogue Gate Talk")
 	expect_line(SCStartDialogueAction.new(), "Have dialogue (pick one)")
 	buttons_in(box)[0].pressed.emit()
 	expect_equal([words_in(box), answers_in(box)], ["I keep the gate.", []])

@@ -128,7 +128,7 @@ func try_set_field(field: StringName, value: Variant) -> String:
 		return ""
 	values[field] = held
 	_keep_alive()
-	_tell_tables(field)
+	_tell_tables(field, before)
 	field_changed.emit(field, DataField.copied(held))
 	emit_changed()
 	return ""
@@ -222,13 +222,15 @@ func _on_definition_changed() -> void:
 
 
 # An empty name is for all fields.
-func _tell_tables(field: StringName) -> void:
+func _tell_tables(field: StringName, before: Variant = null) -> void:
 	for i in range(_tables.size() - 1, -1, -1):
 		var table := instance_from_id(_tables[i])
 		if table == null:
 			_tables.remove_at(i)
+		elif field.is_empty():
+			table.call(&"forget_fields")
 		else:
-			table.call(&"forget_field", field)
+			table.call(&"move_row", self, field, before)
 
 
 func _keep_alive() -> void:

@@ -50,6 +50,9 @@ var _gaps: int = 0
 var _named: Dictionary[String, Data] = {}
 var _holding: Dictionary[StringName, Dictionary] = {}
 var _extremes: Dictionary[StringName, Array] = {}
+# Where each row stands, filled with the first index; useless when one stands in two places.
+var _places: Dictionary[Data, int] = {}
+var _has_doubles: bool = false
 var _was_told: bool = false
 
 
@@ -233,19 +236,34 @@ func export_csv(path: String = "") -> String:
 	return text
 
 
-## Called by the rows: what was found out about that field, or about all of them for an empty name, is no longer so.
-func forget_field(field: StringName) -> void:
-	if field.is_empty():
-		_forget()
-	else:
+## Called by a row: all of its fields may hold something else now.
+func forget_fields() -> void:
+	_forget()
+
+
+## Called by a row whose field held [param before] until now.
+func move_row(one: Data, field: StringName, before: Variant) -> void:
+	_extremes.erase(field)
+	if not _holding.has(field):
+		return
+	if _has_doubles or not _places.has(one):
 		_holding.erase(field)
-		_extremes.erase(field)
+		return
+	var index := _holding[field]
+	var left: Variant = _key_of(before)
+	(index.get(left, []) as Array).erase(one)
+	if (index.get(left, []) as Array).is_empty():
+		index.erase(left)
+	var together: Array = index.get_or_add(_key_of(one.get_field(field)), [])
+	together.insert(together.bsearch_custom(one, func(a: Data, b: Data) -> bool: return _places[a] < _places[b]), one)
 
 
 func _forget() -> void:
 	_named.clear()
 	_holding.clear()
 	_extremes.clear()
+	_places.clear()
+	_has_doubles = false
 	_was_told = false
 
 
@@ -289,6 +307,7 @@ func _candidates(field: StringName, value: Variant) -> Array:
 
 func _index_of(field: StringName) -> Dictionary:
 	var index := {}
+	_place_rows()
 	for one: Data in _rows.duplicate():
 		if one == null or not one.has_field(field):
 			continue
@@ -299,6 +318,14 @@ func _index_of(field: StringName) -> Dictionary:
 		else:
 			index[key] = [one]
 	return index
+
+
+func _place_rows() -> void:
+	if not _places.is_empty():
+		return
+	for i in _rows.size():
+		if _rows[i] != null and _places.get_or_add(_rows[i], i) != i:
+			_has_doubles = true
 
 
 static func _key_of(value: Variant) -> Variant:

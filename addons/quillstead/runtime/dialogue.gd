@@ -52,7 +52,8 @@ func line(id: StringName) -> Object:
 func shown_name() -> String:
 	if not resource_name.is_empty():
 		return resource_name
-	return resource_path.get_file().get_basename() if not resource_path.is_empty() else "without a name"
+	var has_a_file := not resource_path.is_empty() and "::" not in resource_path
+	return resource_path.get_file().get_basename().capitalize() if has_a_file else "without a name"
 
 
 ## What is wrong with it, a sentence each: lines that are missing, without a way to them, or called alike.

@@ -5,8 +5,7 @@
 void SCHighScoreTableAction::describe(KindTable<Self> &kind) {
 	kind.about("data", "score_table",
 			"Keep a table of best scores in a variable, the way an arcade game shows its top ten, with each run's name and score, best first. Save Game keeps "
-			"it "
-			"like any other variable.");
+			"it like any other variable.");
 	kind.runs(Runs::ONCE_OR_REPEATING);
 	kind.constants_of<Operation>();
 	kind.constants_of<Best>();

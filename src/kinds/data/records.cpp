@@ -6,8 +6,7 @@
 void SCGetDataAction::describe(KindTable<Self> &kind) {
 	kind.about("data", "get_data",
 			"Read one field of a Data record into a variable, such as the Damage of the sword the player holds, the Speed of the enemy type Find Row picked, "
-			"or "
-			"this enemy's own Health from its Data node.");
+			"or this enemy's own Health from its Data node.");
 	kind.runs(Runs::ONCE_OR_REPEATING);
 	SCDataReach::describe<&Self::from, &Self::data, &Self::data_variable, &Self::node_path, &Self::field>(kind);
 	kind.setting<&Self::store_in>("store_in", "The variable that the field goes into. A list or a table goes in as a copy.");

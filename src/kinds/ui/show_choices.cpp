@@ -2,6 +2,7 @@
 
 #include "action/action_shared.hpp"
 #include "action/shared_verbs.hpp"
+#include "action/told_path.hpp"
 #include "action/words.hpp"
 
 namespace {
@@ -20,8 +21,7 @@ void add_names_in(const String &line, PackedStringArray &names) {
 void SCShowChoicesAction::describe(KindTable<Self> &kind) {
 	kind.about("ui", "show_choices",
 			"Put a button on the screen for each answer the player can choose, and send the event that goes with the one picked, such as 'Help the stranger' "
-			"or "
-			"'Walk on', 'Buy', 'Sell' or 'Leave'. Its state is finished when one has been picked.");
+			"or 'Walk on', 'Buy', 'Sell' or 'Leave'. Its state is finished when one has been picked.");
 	kind.runs(Runs::FOR_A_WHILE);
 	kind.setting<&Self::box_path>("box_path", "Where the buttons go: a VBoxContainer or an HBoxContainer. Empty is Self, the node this Machine works on.");
 	kind.setting<&Self::choices>("choices", "The answers, one to a row. Write {name} anywhere to drop a variable's value in.").unless<&Self::list_variable>();
@@ -74,15 +74,13 @@ void SCShowChoicesAction::warn_choices(SCMachineBase *machine, int64_t, int64_t 
 		case NO_BOX:
 			verbs::warn_whole(machine, this, int(what),
 					vformat("Show Choices on %s: there is no node at %s to put the answer buttons in, so none are shown. Pick a VBoxContainer or an "
-							"HBoxContainer "
-							"under Box.",
-							name, words::name_in_line(box_path)));
+							"HBoxContainer under Box.",
+							name, words::told_path(box_path)));
 			break;
 		case NO_ANSWERS:
 			verbs::warn_whole(machine, this, int(what),
 					vformat("Show Choices on %s has no answers to offer, so no buttons are shown. Type them under Choices, or pick an Array variable under "
-							"List "
-							"Variable.",
+							"List Variable.",
 							name));
 			break;
 		case NO_ARRAY:

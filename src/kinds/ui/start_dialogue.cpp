@@ -2,6 +2,7 @@
 
 #include "action/action_shared.hpp"
 #include "action/shared_verbs.hpp"
+#include "action/told_path.hpp"
 #include "action/words.hpp"
 
 namespace {
@@ -18,7 +19,7 @@ String why_no_box(const NodePath &path, const Variant &about) {
 	if (const Node *node = about.get_type() == Variant::OBJECT ? Object::cast_to<Node>(about.get_validated_object()) : nullptr) {
 		return vformat("%s is not a Dialogue Box", node->get_name());
 	}
-	return vformat("there is no node at %s", path == ActionShared::get().no_node ? words::name_in_line(path) : String(path));
+	return vformat("there is no node at %s", words::told_path(path));
 }
 
 } // namespace
@@ -52,8 +53,7 @@ void SCStartDialogueAction::warn_dialogue(SCMachineBase *machine, int64_t, int64
 		case NO_BOX_THERE:
 			verbs::warn_whole(machine, this, int(what),
 					vformat("Start Dialogue on %s: %s, so there is nowhere to show the dialogue. Pick a Dialogue Box under Box, or leave it empty for the one "
-							"in "
-							"the scene.",
+							"in the scene.",
 							name, why_no_box(box_path, about)));
 			break;
 		case NO_BOX_ANYWHERE:
