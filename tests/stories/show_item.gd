@@ -36,6 +36,14 @@ func test_it_keeps_the_numbers() -> void:
 		expect_values(made, row[1])
 
 
+func test_a_price_that_is_no_number() -> void:
+	var item := sword()
+	item.price = NAN
+	var made := play(show({"item": item, "store_price_in": &"price"}), {}, {"variables": {"price": 7.0}})
+	expect_warning("Show Item on Machine: the price of Sword is nan, so 0 is kept. Give the item a Price.")
+	expect_values(made, {"price": 0.0})
+
+
 func test_the_line_goes_to_its_label() -> void:
 	var label: Label = add(Label.new(), "Label")
 	play(show({"item": sword(), "line_path": ^"../../Label"}), {}, {"under": body("Shelf")})

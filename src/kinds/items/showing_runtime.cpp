@@ -1,6 +1,7 @@
 // The compiled runtime of Show Item.
 
 #include "action/add_kind.hpp"
+#include "action/checked.hpp"
 #include "action/runtime_shapes.hpp"
 #include "inventory/items.hpp"
 #include "kinds/items/showing.hpp"
@@ -73,6 +74,15 @@ class ShowItem : public OnceOrRepeating<ShowItem> {
 		}
 	}
 
+	static double price_of(SCMachineBase *machine, const SCMachineAction *action, const Ref<Resource> &item, const String &name) {
+		const double price = values::as_number(items::ask(item, names().price));
+		if (checked::is_sound(price) || setting_of<&Kind::store_price_in>(action).is_empty()) {
+			return price;
+		}
+		verbs::warn(machine, action, vformat("the price of %s is %s, so 0 is kept. Give the item a Price.", name, words::number(price)));
+		return 0.0;
+	}
+
 public:
 	static void work(SCMachineBase *machine, SCMachineAction *action, int index, double) {
 		const StillHere here(machine);
@@ -97,7 +107,7 @@ public:
 		}
 		if (here) {
 			verbs::keep_each<&Kind::store_price_in, &Kind::store_charge_in, &Kind::store_active_in>(machine, action,
-					{ values::as_number(items::ask(item, names().price)), int64_t(values::as_number(items::ask(item, names().charge))),
+					{ price_of(machine, action, item, name), int64_t(values::as_number(items::ask(item, names().charge))),
 							values::as_truth(items::ask(item, names().active)) });
 		}
 	}
