@@ -44,6 +44,7 @@ func test_who_pays_is_let_through() -> void:
 	var box: SCDialogueBox = road.get_node("Screen/Box")
 	await _tap(KEY_E)
 	expect_state(_machine("Keeper"), "Talk")
+	expect(road.get_node_or_null("Keeper/Prompt") == null, "the words to talk stay over who is talking")
 	expect_equal(_speaker(box), "The keeper")
 	await _tap(KEY_ENTER)
 	expect_equal([_words(box), _answers(box)], ["Halt! This road costs 3 gold.", ["Why?", "Here you are.", "Another time."]])

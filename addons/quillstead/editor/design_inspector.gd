@@ -6,6 +6,7 @@ extends EditorInspectorPlugin
 const DesignNames := preload("design_names.gd")
 const EditedDesign := preload("edited_design.gd")
 const KindListProperty := preload("kind_list_property.gd")
+const NodeNames := preload("node_names.gd")
 const PathProperty := preload("path_property.gd")
 const ShownNames := preload("shown_names.gd")
 const StateProperty := preload("state_property.gd")
@@ -53,7 +54,11 @@ func _editor_of_kinds(type: Variant.Type, hint_string: String) -> EditorProperty
 func _editor_of_names(object: Object, type: Variant.Type, name: String, hint_type: PropertyHint, usage: int) -> EditorProperty:
 	if hint_type != PROPERTY_HINT_NONE:
 		return null
-	var names := DesignNames.offered(_edited.of(object), object, name, EditorInterface.get_edited_scene_root())
+	var scene := EditorInterface.get_edited_scene_root()
+	var design := _edited.of(object)
+	var names := DesignNames.offered(design, object, name, scene)
+	if names.is_empty():
+		names = NodeNames.offered(object, name, EditedDesign.machine_of(design, scene))
 	if names.is_empty():
 		return null
 	return EditorInspector.instantiate_property_editor(object, type, name, PROPERTY_HINT_ENUM_SUGGESTION, ",".join(names), usage)

@@ -344,6 +344,10 @@ private:
 			const Variant user = machine->target_node();
 			SCMachineBase::note_sender(event, machine);
 			its->send_event(event, user);
+			// Held still by what came of it, as by a dialogue, it would leave its words standing.
+			if (here && !machine->can_process()) {
+				forget_text();
+			}
 		}
 	}
 
