@@ -32,6 +32,7 @@
 #include "settings/class_rows.hpp"
 #include "settings/editor_help.hpp"
 #include "settings/shown_names.hpp"
+#include "terrain/sc_terrain_work.hpp"
 
 using namespace godot;
 
@@ -52,6 +53,7 @@ void initialize_quillstead(ModuleInitializationLevel level) {
 	GDREGISTER_VIRTUAL_CLASS(SCFastLane);
 	GDREGISTER_VIRTUAL_CLASS(SCMachineCore);
 	GDREGISTER_VIRTUAL_CLASS(SCMachineBase);
+	GDREGISTER_VIRTUAL_CLASS(SCTerrainWork);
 	register_classes<SCMachine, SCMachineAction, SCMachineCondition, SCMachineTransition, SCMachineVariable, SCMachineEvent, SCMachineNote, SCMachineState,
 			SCMachineParallelState, SCMachineTemplate>();
 	GDREGISTER_INTERNAL_CLASS(SCDebugDrawings2D);

@@ -9,7 +9,7 @@ from passed import ROOT, sources
 # From the bottom up. A file belongs to the first row that matches it, and may include what stands in its own row and above.
 LAYERS = [
     ("machine and design", re.compile(r"(machine/|machine_node/|design/|settings/|character/)")),
-    ("action", re.compile(r"(action/|fast_lane/|design_check/|steering/|space/|inventory/)")),
+    ("action", re.compile(r"(action/|fast_lane/|design_check/|steering/|space/|inventory/|terrain/)")),
     ("kinds", re.compile(r"kinds/")),
     ("registration", re.compile(r"register_types")),
 ]

@@ -44,6 +44,21 @@ func test_the_players_press_picks_one() -> void:
 	expect_events(made, ["no"])
 
 
+func test_a_gamepad_picks_one() -> void:
+	add(VBoxContainer.new(), "Box")
+	var made := choose({"choices": ["Yes", "No"], "events": [&"yes", &"no"]}, {"no": "Refused", "FINISHED": "Done"})
+	await frames(2)
+	for button: JoyButton in [JOY_BUTTON_DPAD_DOWN, JOY_BUTTON_A]:
+		for down: bool in [true, false]:
+			var event := InputEventJoypadButton.new()
+			event.button_index = button
+			event.pressed = down
+			Input.parse_input_event(event)
+			await frames(2)
+	expect_state(made, "Refused")
+	expect_events(made, ["no"])
+
+
 func test_the_items_of_a_list() -> void:
 	var box: VBoxContainer = add(VBoxContainer.new(), "Box")
 	var sword: Resource = kind(SCItem, {"item_name": "Sword {number}"})

@@ -54,6 +54,8 @@ enum _Mark { WAIT, SPEED, PAUSE }
 ## What the player presses to see the whole line and to move on: a control of the input map, or any other word for an input. The
 ## answer that has the focus is picked by it too.
 @export_custom(PROPERTY_HINT_INPUT_NAME, "show_builtin,loose_mode") var press_action: StringName = &"ui_accept"
+## What presses as well: the engine's own accept is on no gamepad. Empty is nothing more.
+@export_custom(PROPERTY_HINT_INPUT_NAME, "show_builtin,loose_mode") var press_with: StringName = &"Pad: Bottom Button (A / Cross)"
 ## Whether a click counts as a press, or a tap: on the box, or anywhere that nothing else takes it.
 @export var clicks_count: bool = true
 ## What the player presses to leave the whole conversation, unless the line forbids that. Empty leaves no way but to hear it out.
@@ -147,7 +149,7 @@ func _input(event: InputEvent) -> void:
 		_use_up()
 		if _can_skip and event.is_pressed() and not event.is_echo() and not _queued.is_valid():
 			_go_on(left_early.emit)
-	elif _is(event, press_action):
+	elif _is(event, press_action) or _is(event, press_with):
 		_take_press(event, false)
 	elif clicks_count and _is_click(event):
 		var place: Vector2 = (make_input_local(event) as InputEventMouseButton).position
@@ -543,7 +545,7 @@ func _is(event: InputEvent, word: StringName) -> bool:
 		return event is InputEventKey or event is InputEventJoypadButton
 	if action.is_empty():
 		MakerWarnings.once_for(self, "no input:%s" % word,
-			"The Dialogue Box %s: nothing is called \"%s\", so no press of it counts. Pick an input under Press Action or Leave Action, or add it to the Input Map." % [
+			"The Dialogue Box %s: nothing is called \"%s\", so no press of it counts. Pick another one for it, or add it to the Input Map." % [
 				name, word])
 		return false
 	return event.is_action(action)

@@ -2,6 +2,7 @@
 
 #include "action/action_shared.hpp"
 #include "action/add_kind.hpp"
+#include "action/input_words.hpp"
 #include "action/native_calls.hpp"
 #include "action/shared_verbs.hpp"
 #include "action/weak.hpp"
@@ -24,6 +25,12 @@ struct Names {
 	// On a row that holds an answer and its small button.
 	StringName row = "quillstead_choice_row";
 	StringName pressed = "pressed";
+	StringName gui_input = "gui_input";
+	StringName is_action = "is_action";
+	StringName is_action_pressed = "is_action_pressed";
+	StringName accept = "ui_accept";
+	// The engine's own accept is on no gamepad.
+	StringName pad = "Pad: Bottom Button (A / Cross)";
 	StringName add_child = "add_child";
 	StringName grab_focus = "grab_focus";
 	StringName tr = "tr";
@@ -108,6 +115,7 @@ PackedStringArray words_of_rows(const TypedArray<String> &rows, SCMachineBase *m
 
 void hear_answer(SCMachineBase *machine, SCMachineAction *action, int index, const Array &handed_over);
 void hear_row_button(SCMachineBase *machine, SCMachineAction *action, int index, const Array &handed_over);
+void hear_input(SCMachineBase *machine, SCMachineAction *action, int index, const Array &handed_over);
 
 // The buttons of one visit. Adding to the scene may run a game's code.
 class Buttons {
@@ -131,7 +139,7 @@ public:
 			if (wraps) {
 				button->set_autowrap_mode(TextServer::AUTOWRAP_WORD_SMART);
 			}
-			button->connect(names().pressed, ActionCall::make("Show Choices: picked", machine, action, index, hear_answer).bind(i));
+			listen(button, ActionCall::make("Show Choices: picked", machine, action, index, hear_answer).bind(i));
 			ids.push_back(int64_t(button->get_instance_id()));
 			// Noted first, as whoever sees it come may leave the state.
 			machine->slot(index)[names().buttons] = ids;
@@ -144,6 +152,12 @@ public:
 	}
 
 private:
+	void listen(Button *button, const Callable &when_pressed) {
+		button->connect(names().pressed, when_pressed);
+		const Callable heard = ActionCall::make("Show Choices: gamepad", machine, action, index, hear_input);
+		button->connect(names().gui_input, heard.bind(int64_t(button->get_instance_id())));
+	}
+
 	// A box whose scene is just being set up takes no more children yet.
 	void put_in(Node *node) {
 		if (SCMachine::takes_children_now(box.get()) || !box.get()->is_inside_tree()) {
@@ -162,7 +176,7 @@ private:
 		Button *beside = memnew(Button);
 		beside->set_name("RowButton");
 		beside->set_text(small_button);
-		beside->connect(names().pressed, ActionCall::make("Show Choices: small button", machine, action, index, hear_row_button).bind(i));
+		listen(beside, ActionCall::make("Show Choices: small button", machine, action, index, hear_row_button).bind(i));
 		row->add_child(beside);
 		return row;
 	}
@@ -202,6 +216,16 @@ void hear_answer(SCMachineBase *machine, SCMachineAction *action, int index, con
 
 void hear_row_button(SCMachineBase *machine, SCMachineAction *action, int index, const Array &handed_over) {
 	pick(machine, action, index, handed_over.is_empty() ? -1 : int64_t(handed_over[0]), true);
+}
+
+void hear_input(SCMachineBase *, SCMachineAction *, int, const Array &handed_over) {
+	Object *event = handed_over.size() == 2 ? handed_over[0].get_validated_object() : nullptr;
+	Button *button = event != nullptr ? Object::cast_to<Button>(ObjectDB::get_instance(uint64_t(int64_t(handed_over[1])))) : nullptr;
+	const bool is_pad = button != nullptr && event->call(names().is_action_pressed, input_words::action_for(names().pad)).booleanize();
+	if (is_pad && !event->call(names().is_action, names().accept).booleanize()) {
+		button->accept_event();
+		button->emit_signal(names().pressed);
+	}
 }
 
 class ShowChoices : public SCNativeAction {
