@@ -15,6 +15,10 @@ enum Rarity {
 	LEGENDARY,
 }
 
+# Not by its global name: the library loads this script as soon as a kind has a list of items, which in a project that is opened
+# for the first time is before the editor knows of such names.
+const ItemChange := preload("res://addons/quillstead/runtime/item_change.gd")
+
 ## The metadata of a copy with numbers of its own: the path of the item that it was made from.
 const VARIED_FROM: StringName = &"quillstead_varied_from"
 
@@ -46,7 +50,7 @@ const VARIED_FROM: StringName = &"quillstead_varied_from"
 ## something that is not worn.
 @export var equips_to: StringName
 ## What it changes about whoever wears it, or was given it, for as long as that is so.
-@export var changes: Array[SCItemChange] = []
+@export var changes: Array[ItemChange] = []
 
 @export_group("Weapon")
 ## The damage of a hit with it. Zero is no weapon.
@@ -70,7 +74,7 @@ const VARIED_FROM: StringName = &"quillstead_varied_from"
 ## Whether one comes out of the inventory when it is used up.
 @export var leaves_the_bag: bool = true
 ## What using it up changes about the user, for good.
-@export var when_used: Array[SCItemChange] = []
+@export var when_used: Array[ItemChange] = []
 ## The event that is sent to the machine of the user when an active item is used. It carries the item.
 @export var use_event: StringName
 
