@@ -48,13 +48,12 @@ constexpr HelpText CLASSES[] = {
 	{ BASE, "", "What an [SCMachine] can do, apart from what it does with the scene around it." },
 	{ TERRAIN, "",
 			"The work of a terrain tool that would take too long in a script. It plants many things on a grid of heights, packs them for MultiMeshes, and "
-			"makes "
-			"what "
-			"a body bumps into. It touches no node and no resource, so it may be called from any thread, and the same numbers give the same forest on every "
-			"machine.\n[codeblock]\nvar trees := SCTerrainWork.place_things(heights, 129, 2.0, 0.02, 7, 10.0, 1.5, 0.6, true)\nvar pieces := "
-			"SCTerrainWork.pack_things(trees, 1.0, -0.1, Color.WHITE, 0.7, 0.3, PackedColorArray(), 64.0)\nfor piece: Vector2i in pieces:\n\tvar buffer: "
-			"PackedFloat32Array = pieces[piece]\n\tvar trees_here := MultiMesh.new()\n\ttrees_here.transform_format = MultiMesh.TRANSFORM_3D\n\t"
-			"trees_here.use_colors = true\n\ttrees_here.instance_count = buffer.size() / 16\n\ttrees_here.buffer = buffer\n[/codeblock]" },
+			"makes what a body bumps into. It touches no node and no resource, so it may be called from any thread, and the same numbers give the same "
+			"forest on every machine.\n[codeblock]\nvar trees := SCTerrainWork.place_things(heights, 129, 2.0, 0.02, 7, 10.0, 1.5, 0.6, true)\nvar pieces "
+			":= SCTerrainWork.pack_things(trees, 1.0, -0.1, Color.WHITE, 0.7, 0.3, PackedColorArray(), 64.0)\nfor piece: Vector2i in pieces:\n\tvar "
+			"buffer: PackedFloat32Array = pieces[piece]\n\tvar trees_here := MultiMesh.new()\n\ttrees_here.transform_format = "
+			"MultiMesh.TRANSFORM_3D\n\ttrees_here.use_colors = true\n\ttrees_here.instance_count = buffer.size() / 16\n\ttrees_here.buffer = "
+			"buffer\n[/codeblock]" },
 };
 
 constexpr HelpText OPERATIONS[] = {
@@ -264,23 +263,19 @@ constexpr HelpText OPERATIONS[] = {
 	{ CORE, "time_calls", "Measures what calling a method costs." },
 
 	{ TERRAIN, "place_things",
-			"Plants things on a square of ground. [param ground] holds its heights row by row, [param side] of them in a row and [param step] metres apart, "
-			"with "
-			"the middle of the square at 0. [param per_m2] is how many are wanted on a square metre. None stands within [param keep] metres of the middle, "
-			"lower "
-			"than [param lowest], or where the ground rises by more than [param steepest] metres a metre. [param clustered] gathers most of them in clumps. "
-			"For "
-			"each thing the answer holds six numbers: x, height, z, scale (0.75 to 1.35), turn (0 to a whole one, in radians) and shade (0 to 1). The same "
-			"[param seed] plants the same things." },
+			"Plants things on a square of ground. [param ground] holds its heights row by row, [param side] of them in a row and [param step] metres "
+			"apart, with the middle of the square at 0. [param per_m2] is how many are wanted on a square metre. None stands within [param keep] metres of "
+			"the middle, lower than [param lowest], or where the ground rises by more than [param steepest] metres a metre. [param clustered] gathers most "
+			"of them in clumps. For each thing the answer holds six numbers: x, height, z, scale (0.75 to 1.35), turn (0 to a whole one, in radians) and "
+			"shade (0 to 1). The same [param seed] plants the same things." },
 	{ TERRAIN, "pack_things",
-			"Packs what [method place_things] planted for MultiMeshes with colors, one for each piece of ground that is [param piece] metres wide: the answer "
-			"leads from the piece, counted from the middle, to its buffer. [param scale_by] makes all of them bigger, and [param sink] moves them up by that "
-			"share of their size, or into the ground below 0. The color is [param colour] times [param dimmest] and up to [param spread] more, by the shade; "
-			"with "
-			"[param dimmest] below 0 it is one of [param palette] instead, where that holds any. The shade itself is the alpha." },
+			"Packs what [method place_things] planted for MultiMeshes with colors, one for each piece of ground that is [param piece] metres wide: the "
+			"answer leads from the piece, counted from the middle, to its buffer. [param scale_by] makes all of them bigger, and [param sink] moves them "
+			"up by that share of their size, or into the ground below 0. The color is [param colour] times [param dimmest] and up to [param spread] more, "
+			"by the shade; with [param dimmest] below 0 it is one of [param palette] instead, where that holds any. The shade itself is the alpha." },
 	{ TERRAIN, "solid_faces",
-			"The triangles that bodies bump into, for a ConcavePolygonShape3D: a trunk for each thing, [param trunk_radius] wide from its middle and [param "
-			"trunk_height] tall, or with a radius of 0 a boulder of [param boulder_size] metres times its scale." },
+			"The triangles that bodies bump into, for a ConcavePolygonShape3D: a trunk for each thing, [param trunk_radius] wide from its middle and "
+			"[param trunk_height] tall, or with a radius of 0 a boulder of [param boulder_size] metres times its scale." },
 
 	{ TEMPLATE, "global_event_names", "The events it declares as global." },
 	{ TEMPLATE, "event_named", "The event it declares under this name, null when there is none." },

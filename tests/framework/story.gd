@@ -6,6 +6,7 @@ extends StoryWords
 
 const MakerWarnings := preload("res://addons/quillstead/runtime/quillstead_warnings.gd")
 const OutputCatcher := preload("res://tests/framework/output_catcher.gd")
+const WhatIsBuilt := preload("res://addons/quillstead/runtime/quillstead_dungeon.gd")
 const WhatTurnedUp := preload("res://addons/quillstead/runtime/quillstead_items.gd")
 const WhatWasSaid := preload("res://addons/quillstead/runtime/conversation.gd")
 
@@ -379,6 +380,7 @@ func _forget_what_is_shared() -> void:
 	any.free()
 	SCQuests.forget_all(tree)
 	SCMachine.set_quest_events([])
+	WhatIsBuilt.forget()
 	WhatWasSaid.forget_all()
 	WhatTurnedUp.from_save({})
 	MakerWarnings._said.clear()

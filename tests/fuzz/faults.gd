@@ -25,7 +25,7 @@ const NOBODY: StringName = Filling.NOBODY
 ## What no description tells: kinds for which a node that is not there is no fault, or none before a key is pressed.
 const MISSES_NO_NODE: Array[StringName] = [&"SCNodeCondition", &"SCEventOnInputAction"]
 ## Paths, as kind:setting, to what a kind can do without.
-const CAN_DO_WITHOUT: Array[String] = ["SCHurtAction:attacker_path"]
+const CAN_DO_WITHOUT: Array[String] = ["SCHurtAction:attacker_path", "SCInstantiateAction:at_node_path", "SCInstantiateAction:away_from_path"]
 ## Kinds that say what is missing, and not where it was looked for.
 const NAMES_NO_PATH: Array[StringName] = [
 	&"SCAddItemAction", &"SCCountItemAction", &"SCDropItemAction", &"SCEquipItemAction", &"SCHealAction", &"SCHurtAction", &"SCInventoryHasCondition",
@@ -37,7 +37,9 @@ const ON_A_MAP: Array[StringName] = [
 ]
 ## Kinds that work with a node of any class, beside those that name a property, a signal or a machine of it.
 const TAKES_ANY_NODE: Array[StringName] = [
-	&"SCHasChildOfTypeCondition", &"SCIsChildOfCondition", &"SCNodeCondition", &"SCEventOnInputAction", &"SCSendEventAction",
+	&"SCHasChildOfTypeCondition", &"SCIsChildOfCondition", &"SCNodeCondition", &"SCEventOnInputAction", &"SCSendEventAction", &"SCInstantiateAction",
+	&"SCDuplicateAction", &"SCAddNodeAction", &"SCCallMethodAction", &"SCEnableNodeAction", &"SCFindChildAction", &"SCGetChildrenAction",
+	&"SCGetParentAction", &"SCGroupAction", &"SCGroupSwitchAction", &"SCReparentAction", &"SCSetProcessModeAction",
 ]
 
 

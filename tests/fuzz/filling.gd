@@ -19,6 +19,8 @@ const ANSWERED: StringName = &"Answered"
 const AHEAD: StringName = &"ahead"
 ## Settings for the name of a variable that is to hold a node.
 const FOR_A_NODE: Array[StringName] = [&"target_variable", &"toward_variable", &"point_variable", &"to_node_variable", &"from_variable"]
+## Settings for the name of a variable that is to hold a number, and one such.
+const COUNTS: Dictionary[String, StringName] = {"seconds_variable": &"level", "how_many_variable": &"whole"}
 ## Sent from outside alone, or late.
 const EVENTS: Array[StringName] = [&"go", &"turn", &"back", &"alarm", &"FINISHED"]
 const PATHS: Array[NodePath] = [^"", ^"..", ^"../..", ^".", ^"../../Host0", ^"../../Host1"]
@@ -30,10 +32,23 @@ const PROPERTIES: Array[String] = ["visible", "process_priority", "modulate", "m
 const TEXTS: Array[String] = ["some words", "7.5", "a,b,c", "{level} of {whole}", "{nobody} {level:2} {", "", "  ", "ÄÖ \n\t"]
 ## Seconds that anything lasts that may outlive its machine.
 const LONGEST: float = 0.5
-## They would end the run that plays them.
-const ENDS_THE_GAME: Array[StringName] = [&"SCQuitGameAction"]
-## Not drawn: they would end the run as well, print what looks like a fault, or keep a number in 2D and a vector in 3D.
+## They would end the run that plays them, or take away what it is played on.
+const ENDS_THE_GAME: Array[StringName] = [&"SCQuitGameAction", &"SCQueueFreeAction"]
+## Not drawn: they would end the run as well, print what looks like a fault, keep a number in 2D and a vector in 3D, or reach files
+## that are not the story's.
 const LEFT_ALONE: Dictionary[StringName, Dictionary] = {
+	# Without a parent they would go under the root. What is warned of comes when its machine has long gone.
+	&"SCInstantiateAction": {&"parent_path": ^"..", &"warning_scene": null},
+	&"SCAddNodeAction": {&"parent_path": ^".."},
+	&"SCProceduralPlacementAction": {&"parent_path": ^".."},
+	&"SCBuildDungeonAction": {&"parent_path": ^".."},
+	# A copy of its host would copy itself.
+	&"SCDuplicateAction": {&"node_path": ^"../Plain"},
+	&"SCReadFileAction": {&"anywhere": false},
+	&"SCWriteFileAction": {&"anywhere": false},
+	&"SCChangeTextInFileAction": {&"anywhere": false},
+	&"SCCopyFolderAction": {&"anywhere": false},
+	&"SCMoveToBinAction": {&"anywhere": false},
 	&"SCGetVelocityAction": {&"store_turning_in": &""},
 	&"SCAssertAction": {&"stop_by": SCAssertAction.PAUSING},
 	&"SCPrintAction": {&"loudness": SCPrintAction.AS_LINE},
@@ -261,6 +276,8 @@ func _text(property: Dictionary, options: PackedStringArray) -> String:
 			return dice.pick(["ui_accept", "ui_left"] if well > 0 else ["ui_accept", "ui_left", NOBODY, ""])
 		PROPERTY_HINT_TYPE_STRING, PROPERTY_HINT_ARRAY_TYPE:
 			return dice.pick(["Label", "Node", "Nothing"])
+	if well > 0 and GameResources.TEXTS.has(name):
+		return GameResources.TEXTS[name]
 	if name == "property":
 		return dice.pick(PROPERTIES.slice(0, 2 if well > 0 else PROPERTIES.size()))
 	return dice.pick(TEXTS.slice(0, 3 if well > 0 else TEXTS.size())) if property["type"] == TYPE_STRING else String(_name_for(name))
@@ -271,8 +288,8 @@ func _name_for(setting: String) -> StringName:
 		return &"heard"
 	if well > 0 and GameResources.NAMES.has(setting):
 		return GameResources.NAMES[setting]
-	if well > 0 and setting == "seconds_variable":
-		return _variable_like(VARIABLES[&"level"], setting)
+	if well > 0 and COUNTS.has(setting):
+		return _variable_like(VARIABLES[COUNTS[setting]], setting)
 	# What comes in late may be of any type.
 	if setting.ends_with("_in") and well > 0:
 		declared[StringName("any %d of %s" % [well, setting])] = null

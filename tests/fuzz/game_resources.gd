@@ -4,7 +4,11 @@ extends RefCounted
 const FIELD: StringName = &"level"
 const LINE: StringName = &"hello"
 ## Settings that name something inside one of them.
-const NAMES: Dictionary[String, StringName] = {"field": FIELD, "line": LINE}
+const NAMES: Dictionary[String, StringName] = {"field": FIELD, "line": LINE, "method_name": &"get_index", "signal_name": &"renamed"}
+## Settings that name something outside of the game.
+const TEXTS: Dictionary[String, String] = {
+	"path": "res://project.godot", "program": "true", "scene_path": "res://tests/stories/files/placement/pine.tscn",
+}
 
 # Each quest is a new one: what another kind has done to it is not to be complained of.
 static var _quests: int = 0

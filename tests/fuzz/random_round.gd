@@ -86,6 +86,10 @@ func play() -> void:
 func end() -> void:
 	_town.close()
 	await _story.frames(1)
+	# Without a scene being played, what is made goes under the root.
+	for child in _story.tree.root.get_children():
+		if child.has_meta(&"quillstead_made_by") or child.has_meta(&"quillstead_placed_by"):
+			child.free()
 	_put_the_game_back()
 	for line in _story.output.unclaimed():
 		if not _is_expected(line):

@@ -1,0 +1,2 @@
+extends SCCarryAction
+## Pick something up and carry it, then put it down or throw it.
