@@ -6,9 +6,7 @@ extends StoryWords
 
 const MakerWarnings := preload("res://addons/quillstead/runtime/quillstead_warnings.gd")
 const OutputCatcher := preload("res://tests/framework/output_catcher.gd")
-const WhatIsBuilt := preload("res://addons/quillstead/runtime/quillstead_dungeon.gd")
-const WhatTurnedUp := preload("res://addons/quillstead/runtime/quillstead_items.gd")
-const WhatWasSaid := preload("res://addons/quillstead/runtime/conversation.gd")
+const SharedState := preload("res://tests/framework/shared_state.gd")
 
 ## The frames of a second: what [code]--fixed-fps[/code] is given.
 const FPS: int = 60
@@ -375,15 +373,7 @@ func _forget_what_is_shared() -> void:
 	var machines := SCMachine.machines_in_the_scene()
 	if not machines.is_empty():
 		_fail("left machines in the table: %s" % [machines], false)
-	var any := SCMachine.new()
-	any._core_global_values().clear()
-	any.free()
-	SCQuests.forget_all(tree)
-	SCMachine.set_quest_events([])
-	WhatIsBuilt.forget()
-	WhatWasSaid.forget_all()
-	WhatTurnedUp.from_save({})
-	MakerWarnings._said.clear()
+	SharedState.forget(tree)
 
 
 func _fail(why: String, tell: bool = true, of: SCMachine = null) -> void:

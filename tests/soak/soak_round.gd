@@ -9,6 +9,7 @@ const Design := preload("res://tests/fuzz/design.gd")
 const Dice := preload("res://tests/fuzz/dice.gd")
 const Filling := preload("res://tests/fuzz/filling.gd")
 const Scene := preload("res://tests/fuzz/scene.gd")
+const SharedState := preload("res://tests/framework/shared_state.gd")
 const Town := preload("res://tests/fuzz/town.gd")
 
 const SCENE_FILE: String = "user://soak_square.tscn"
@@ -166,7 +167,7 @@ func _end(stage: Node) -> void:
 	await tree.process_frame
 	CarryOver.forget()
 	DirAccess.remove_absolute(SCENE_FILE)
-	SCMachine._core_global_values().clear()
+	SharedState.forget(tree)
 
 
 func _put_the_game_back() -> void:
