@@ -140,6 +140,8 @@ func _send(input: String, pressed: bool) -> void:
 	if event is InputEventKey:
 		var key: InputEventKey = event
 		key.keycode = key.physical_keycode
+		# What a text field is typed into with.
+		key.unicode = String.chr(key.keycode).to_lower().unicode_at(0) if key.keycode < KEY_SPECIAL else 0
 		key.pressed = pressed
 	elif event is InputEventMouseButton:
 		(event as InputEventMouseButton).pressed = pressed

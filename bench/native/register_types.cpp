@@ -1,5 +1,7 @@
 #include "bare_characters.hpp"
 #include "bare_lane.hpp"
+#include "bare_spawner.hpp"
+#include "bare_terrain.hpp"
 #include "bindings_node.hpp"
 #include "by_hand_node.h"
 #include "empty_calls.hpp"
@@ -19,6 +21,8 @@ void initialize(ModuleInitializationLevel level) {
 	if (level == MODULE_INITIALIZATION_LEVEL_SCENE) {
 		GDREGISTER_CLASS(BenchBareCharacters);
 		GDREGISTER_CLASS(BenchBareLane);
+		GDREGISTER_CLASS(BenchBareSpawner);
+		GDREGISTER_CLASS(BenchBareTerrain);
 		GDREGISTER_CLASS(BenchBindingsNode);
 		GDREGISTER_CLASS(BenchEmptyCalls);
 		GDREGISTER_CLASS(BenchProbe);

@@ -114,4 +114,18 @@ void change_for_good(const Object *object, const StringName &property, const Var
 	}
 }
 
+Array all_held() {
+	LocalVector<Held> &all = NativeNames::of<Table>().all;
+	forget_the_gone(all);
+	Array rows;
+	for (const Held &held : all) {
+		Array row;
+		row.push_back(ObjectDB::get_instance(held.object));
+		row.push_back(held.property);
+		row.push_back(held.before);
+		rows.push_back(row);
+	}
+	return rows;
+}
+
 } // namespace holders

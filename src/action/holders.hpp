@@ -10,6 +10,7 @@
 // A ticket counts once, so that a slot copied into the next visit of a state lets go of nothing that is not its own.
 
 #include <godot_cpp/core/object.hpp>
+#include <godot_cpp/variant/array.hpp>
 #include <godot_cpp/variant/string_name.hpp>
 #include <godot_cpp/variant/variant.hpp>
 
@@ -25,5 +26,7 @@ int64_t hold(const Object *object, const StringName &property, const SCMachineBa
 void let_go(int64_t ticket);
 // A change that is to stay is what those who hold it put back to.
 void change_for_good(const Object *object, const StringName &property, const Variant &value);
+// A row for each that is held: the object, the property, and what comes back in the end.
+Array all_held();
 
 } // namespace holders

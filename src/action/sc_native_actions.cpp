@@ -15,6 +15,9 @@ void SCNativeAction::enter(SCMachineBase *, SCMachineAction *, int) {}
 void SCNativeAction::update(SCMachineBase *, SCMachineAction *, int, double) {}
 void SCNativeAction::exit(SCMachineBase *, SCMachineAction *, int) {}
 void SCNativeAction::other(SCMachineBase *, SCMachineAction *, int, int) {}
+bool SCNativeAction::take_up(SCMachineBase *, SCMachineAction *, int) {
+	return false;
+}
 
 namespace {
 

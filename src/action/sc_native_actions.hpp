@@ -26,6 +26,9 @@ public:
 	virtual void exit(SCMachineBase *machine, SCMachineAction *action, int index);
 	// Work the machine sends back later; `what` tells which.
 	virtual void other(SCMachineBase *machine, SCMachineAction *action, int index, int what);
+	// In place of `enter` in a game that goes on from where it was saved, with the slot as it was then. False for one that
+	// is to be taken up the way all are.
+	virtual bool take_up(SCMachineBase *machine, SCMachineAction *action, int index);
 };
 
 // A runtime and which of its operations do anything: a do-nothing one is not called.
@@ -34,6 +37,8 @@ struct NativeEntry {
 	bool has_update = false;
 	bool has_exit = false;
 	bool has_other = false;
+	// Finished as soon as it is entered, it goes on holding something until it is left.
+	bool holds = false;
 };
 
 using NativeCondition = bool (*)(SCMachineBase *machine, SCMachineCondition *condition);
@@ -58,6 +63,7 @@ public:
 		entry.has_update = !std::is_same_v<decltype(&Runtime::update), decltype(&SCNativeAction::update)>;
 		entry.has_exit = !std::is_same_v<decltype(&Runtime::exit), decltype(&SCNativeAction::exit)>;
 		entry.has_other = !std::is_same_v<decltype(&Runtime::other), decltype(&SCNativeAction::other)>;
+		entry.holds = holds_something<Runtime>(0);
 		add_entry(word, script_path, entry);
 	}
 	static void add_condition(const String &script_path, NativeCondition check);
@@ -65,6 +71,15 @@ public:
 	static void free_shared();
 
 private:
+	// A runtime says so by `static constexpr bool HOLDS = true`.
+	template <class Runtime>
+	static constexpr auto holds_something(int) -> decltype(Runtime::HOLDS) {
+		return Runtime::HOLDS;
+	}
+	template <class Runtime>
+	static constexpr bool holds_something(...) {
+		return false;
+	}
 	template <class Runtime>
 	static SCNativeAction *new_runtime() {
 		static Runtime stateless;

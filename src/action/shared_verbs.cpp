@@ -5,6 +5,7 @@
 #include "action/spaces.hpp"
 #include "action/storing.hpp"
 #include "action/told_path.hpp"
+#include "machine/machine_run.hpp"
 #include "settings/class_rows.hpp"
 
 #include <godot_cpp/classes/method_tweener.hpp>
@@ -120,6 +121,38 @@ void shape(const Ref<Tweener> &tweener, const Easing &easing) {
 	}
 }
 
+Ref<Tween> tween_of(SCMachineBase *machine, Node *node, const PropertyTween &does) {
+	const Ref<Tween> tween = machine->create_tween();
+	const Easing easing = { Tween::TransitionType(does.transition), Tween::EaseType(does.ease) };
+	if (Object::cast_to<Node3D>(node) != nullptr && String(does.property).begins_with("global_")) {
+		const Callable step = callable_mp_static(&set_in_world).bind(node->get_instance_id(), does.property);
+		shape(tween->tween_method(step, does.from, does.to, does.seconds), easing);
+	} else {
+		shape(tween->tween_property(node, does.property, does.to, does.seconds), easing);
+	}
+	return tween;
+}
+
+// A tween reads where it starts as it takes its first step.
+void tween_again(SCMachineBase *machine, int index, const PropertyTween &does, double elapsed) {
+	const StillHere here(machine);
+	Node *node = Object::cast_to<Node>(ObjectDB::get_instance(does.node));
+	if (node == nullptr || !(does.seconds > 0.0) || !machine->is_inside_tree()) {
+		machine->finish(index);
+		return;
+	}
+	node->set_indexed(does.property, does.from);
+	if (!here || ObjectDB::get_instance(does.node) == nullptr) {
+		return;
+	}
+	const Ref<Tween> tween = tween_of(machine, node, does);
+	machine->finish_with_tween(index, tween);
+	machine->run().note_tweened(index, does);
+	tween->custom_step(elapsed);
+}
+
+[[maybe_unused]] const bool takes_tweens_up = (PropertyTween::start_again = &tween_again, true);
+
 } // namespace
 
 Ref<Tween> tween_property(SCMachineBase *machine, int index, Node *node, const NodePath &property, const Variant &to, double seconds, const Easing &easing) {
@@ -134,16 +167,19 @@ Ref<Tween> tween_property(SCMachineBase *machine, int index, Node *node, const N
 		}
 		return Ref<Tween>();
 	}
+	PropertyTween does;
+	does.node = ObjectID(node->get_instance_id());
+	does.property = property;
+	does.from = node->get_indexed(property);
+	does.to = to;
+	does.seconds = seconds;
+	does.transition = easing.transition;
+	does.ease = easing.ease;
 	// Of the machine and not of the node: a node that is freed on its way then ends the tween, where its
 	// own tween would go with it and never tell, and hold the state up for ever.
-	const Ref<Tween> tween = machine->create_tween();
-	if (Object::cast_to<Node3D>(node) != nullptr && String(property).begins_with("global_")) {
-		const Callable step = callable_mp_static(&set_in_world).bind(node->get_instance_id(), property);
-		shape(tween->tween_method(step, node->get_indexed(property), to, seconds), easing);
-	} else {
-		shape(tween->tween_property(node, property, to, seconds), easing);
-	}
+	const Ref<Tween> tween = tween_of(machine, node, does);
 	machine->finish_with_tween(index, tween);
+	machine->run().note_tweened(index, does);
 	return tween;
 }
 

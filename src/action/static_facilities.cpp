@@ -1,5 +1,6 @@
 #include "action/static_facilities.hpp"
 
+#include "action/holders.hpp"
 #include "action/inspector.hpp"
 #include "action/kind_list.hpp"
 #include "action/naming.hpp"
@@ -331,6 +332,16 @@ void bind_words(const Binder &bind) {
 	bind(D_METHOD("property_in_line", "property"), &words::property_in_line);
 }
 
+// The node that is to get a child.
+Variant help_takes_children_now(const Array &arguments) {
+	const Node *parent = arguments.size() == 1 ? Object::cast_to<Node>(arguments[0].get_validated_object()) : nullptr;
+	return parent != nullptr && SCMachine::takes_children_now(parent);
+}
+
+Variant help_held_properties(const Array &) {
+	return holders::all_held();
+}
+
 } // namespace
 
 void static_facilities::bind_to_action() {
@@ -352,5 +363,7 @@ void static_facilities::add_helpers() {
 	SCNativeActions::add_helper("fill_in", &help_fill_in);
 	SCNativeActions::add_helper("shown_as", &help_shown_as);
 	SCNativeActions::add_helper("text_of", &help_text_of);
+	SCNativeActions::add_helper("held_properties", &help_held_properties);
+	SCNativeActions::add_helper("takes_children_now", &help_takes_children_now);
 	sight::add_helpers();
 }

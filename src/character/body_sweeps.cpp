@@ -1,5 +1,6 @@
 #include "character/body_sweeps.hpp"
 
+#include "character/in_physics.hpp"
 #include "machine/native_names.hpp"
 
 #include <godot_cpp/classes/kinematic_collision2d.hpp>
@@ -23,6 +24,9 @@ template <class Body, class Vector, class Answer>
 Sweep<Vector> ask(Body *body, const Vector &offset, const Vector &motion, const Answer &answer) {
 	Sweep<Vector> found;
 	found.travel = motion;
+	if (!in_physics(body)) {
+		return found;
+	}
 	auto from = body->get_global_transform();
 	from.set_origin(from.get_origin() + offset);
 	found.is_blocked = body->test_move(from, motion, answer);

@@ -4,6 +4,7 @@
 #include "character/body_notes.hpp"
 #include "character/body_sides.hpp"
 #include "character/gravity.hpp"
+#include "character/in_physics.hpp"
 #include "machine/companion_scripts.hpp"
 #include "machine/names.hpp"
 #include "machine_node/sc_machine.hpp"
@@ -157,7 +158,7 @@ bool move_body(SCMachineBase *machine, Body *body, bool falls, double own_gravit
 	const BodyKeys &keys = BodyKeys::shared();
 	const bool is_falling = falls && may_fall(body);
 	const int64_t frame = int64_t(Engine::get_singleton()->get_physics_frames());
-	if (!body->is_inside_tree()) {
+	if (!body->is_inside_tree() || !in_physics(body)) {
 		return false;
 	}
 	if (!machine->moved_bodies().may_move(body->get_instance_id(), frame)) {

@@ -118,6 +118,20 @@ void DesignIndex::build(const Array &design) {
 	*this = fresh;
 }
 
+int DesignIndex::place_of(const Resource *state) const {
+	const uint32_t count = record != nullptr ? record->states.size() : 0;
+	for (uint32_t place = 0; place < count; place++) {
+		if (record->states[place]->state.ptr() == state) {
+			return int(place);
+		}
+	}
+	return -1;
+}
+
+Resource *DesignIndex::at(int64_t place) const {
+	return record != nullptr && place >= 0 && place < int64_t(record->states.size()) ? record->states[uint32_t(place)]->state.ptr() : nullptr;
+}
+
 Resource *DesignIndex::find(const StringName &state_name) const {
 	IndexedState *const *found = record != nullptr ? record->by_name.getptr(state_name) : nullptr;
 	return found != nullptr ? (*found)->state.ptr() : nullptr;

@@ -51,6 +51,9 @@ public:
 	// Tells this index from every other, for whoever remembers what was found in it; 0 for none.
 	uint64_t number() const { return record != nullptr ? record->number : 0; }
 	bool has(const Resource *state) const { return record != nullptr && record->by_state.has(state); }
+	// A state by its place in the design, for what is kept longer than an object lives: -1 and null for none.
+	int place_of(const Resource *state) const;
+	Resource *at(int64_t place) const;
 	// Null for what is not in the design.
 	Resource *find(const StringName &state_name) const;
 	Resource *parent_of(const Resource *state) const;

@@ -232,6 +232,8 @@ public:
 	void finish_after(int index, double seconds, const Callable &then, bool real_time);
 	void finish_with_tween(int index, const Ref<Tween> &tween);
 	void keep_tween(int index, const Ref<Tween> &tween);
+	// What the tween that an action has just handed over does.
+	void note_tweened(int index, const PropertyTween &does);
 	int cancel_timeouts(const Callable &which);
 	void restart_timeouts();
 	void time_up(int64_t serial, int index, const Callable &then);
@@ -255,6 +257,11 @@ public:
 	double game_time_now() const;
 	// Called as the lanes are refreshed: notes when the machine falls idle, and ends that when it is called again.
 	void keep_clock_honest(bool main_lane_has_rows);
+
+	// going_on.cpp: a machine written down, to go on from there in another scene or another run of the game.
+	Dictionary written_down();
+	// In place of entering the first state. False when the design no longer has the states it was in.
+	bool go_on_from(const Dictionary &record);
 
 	// stepping.cpp: the debugger's pause and step.
 	void set_paused(bool on);
@@ -353,10 +360,15 @@ private:
 	bool tell_row(RunRow *row, const LocalVector<int> &watchers);
 	void tell_watchers_of(const LocalVector<StringName> &names);
 
+	// going_on.cpp
+	Resource *state_in(const Dictionary &written) const;
+	void go_on_with(RunRow *row, const Array &actions);
+	bool take_up_action(RunRow *row, int index, const Dictionary &record);
+
 	// timers.cpp
 	// The row that a request with this action's index is meant for, null when there is none.
 	RunRow *waiting_row(int action);
-	void start_timer(RunRow *row, int action, double seconds, const Callable &then, bool real_time);
+	void start_timer(RunRow *row, int action, double seconds, const Callable &then, bool real_time, double elapsed = 0.0);
 	void hold_tween(int action, const Ref<Tween> &tween, bool finishes);
 	void let_timers_go(RunRow *row);
 

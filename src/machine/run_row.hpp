@@ -12,8 +12,11 @@
 #include <godot_cpp/core/object_id.hpp>
 #include <godot_cpp/variant/callable.hpp>
 #include <godot_cpp/variant/dictionary.hpp>
+#include <godot_cpp/variant/node_path.hpp>
 
 using namespace godot;
+
+class SCMachineBase;
 
 // What one action remembers while its state is entered.
 struct ActionRun {
@@ -31,6 +34,27 @@ struct TimerRecord {
 	double seconds = 0.0;
 	Callable then;
 	bool real_time = false;
+};
+
+// What a tween does to a property, written down because the tween itself does not tell.
+struct PropertyTween {
+	// Makes the tween anew, `elapsed` seconds on its way: set by whoever knows how properties are moved.
+	static void (*start_again)(SCMachineBase *machine, int index, const PropertyTween &tweened, double elapsed);
+
+	ObjectID node;
+	NodePath property;
+	Variant from;
+	Variant to;
+	double seconds = 0.0;
+	int transition = 0;
+	int ease = 0;
+};
+
+struct KeptTween {
+	Ref<Tween> tween;
+	// Without a node for a tween that does something else.
+	PropertyTween does;
+	bool finishes = false;
 };
 
 struct SignalRest {
@@ -72,7 +96,7 @@ struct RunRow {
 	Ref<Resource> previous_state;
 	StringName entered_by;
 	HashMap<int, TimerRecord> timers;
-	HashMap<int, Ref<Tween>> kept_tweens;
+	HashMap<int, KeptTween> kept_tweens;
 	HashMap<int, Rest> rests;
 
 	int action_count() const { return int(runs.size()); }

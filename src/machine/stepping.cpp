@@ -17,9 +17,9 @@ void MachineRun::collect_tweens(LocalVector<Ref<Tween>> &tweens) {
 				tweens.push_back(timer.value.tween);
 			}
 		}
-		for (const KeyValue<int, Ref<Tween>> &kept : row->kept_tweens) {
-			if (kept.value.is_valid()) {
-				tweens.push_back(kept.value);
+		for (const KeyValue<int, KeptTween> &kept : row->kept_tweens) {
+			if (kept.value.tween.is_valid()) {
+				tweens.push_back(kept.value.tween);
 			}
 		}
 	}
@@ -28,9 +28,9 @@ void MachineRun::collect_tweens(LocalVector<Ref<Tween>> &tweens) {
 // One that has run out takes no further orders, and the tree clears it away only with its own next step.
 void MachineRun::forget_kept_tween(const Ref<Tween> &tween) {
 	for (RunRow *row : live_rows()) {
-		for (const KeyValue<int, Ref<Tween>> &kept : row->kept_tweens) {
-			if (kept.value == tween) {
-				Ref<Tween> forgotten;
+		for (const KeyValue<int, KeptTween> &kept : row->kept_tweens) {
+			if (kept.value.tween == tween) {
+				KeptTween forgotten;
 				row_records::take(row->kept_tweens, kept.key, forgotten);
 				return;
 			}

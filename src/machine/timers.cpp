@@ -9,6 +9,8 @@
 #include <godot_cpp/classes/interval_tweener.hpp>
 #include <godot_cpp/classes/tween.hpp>
 
+void (*PropertyTween::start_again)(SCMachineBase *, int, const PropertyTween &, double) = nullptr;
+
 namespace {
 
 void kill_if_valid(const Ref<Tween> &tween) {
@@ -59,7 +61,7 @@ void MachineRun::finish_after(int action, double seconds, const Callable &then, 
 }
 
 // A timer that this one replaces runs on: whoever restarts a wait cancels the former one first.
-void MachineRun::start_timer(RunRow *row, int action, double seconds, const Callable &then, bool real_time) {
+void MachineRun::start_timer(RunRow *row, int action, double seconds, const Callable &then, bool real_time, double elapsed) {
 	TimerRecord timer;
 	timer.tween = node->create_tween();
 	if (timer.tween.is_null()) {
@@ -71,6 +73,10 @@ void MachineRun::start_timer(RunRow *row, int action, double seconds, const Call
 	timer.tween->set_ignore_time_scale(real_time);
 	timer.tween->tween_interval(seconds);
 	timer.tween->connect(MachineNames::shared().tween_finished, RunCall::make(RunCall::TIME_UP, node, row->serial, action, then));
+	if (elapsed > 0.0) {
+		// By a step and not by a shorter time, so that the end comes in the same frame.
+		timer.tween->custom_step(elapsed);
+	}
 	if (paused) {
 		timer.tween->pause();
 	}
@@ -165,7 +171,18 @@ void MachineRun::hold_tween(int action, const Ref<Tween> &tween, bool finishes) 
 			tween->connect(finished, done);
 		}
 	}
-	const Ref<Tween> former = row_records::put(row->kept_tweens, action, tween);
+	KeptTween held;
+	held.tween = tween;
+	held.finishes = finishes;
+	const KeptTween former = row_records::put(row->kept_tweens, action, held);
+}
+
+void MachineRun::note_tweened(int action, const PropertyTween &does) {
+	RunRow *row = waiting_row(action);
+	KeptTween *kept = row != nullptr ? row->kept_tweens.getptr(action) : nullptr;
+	if (kept != nullptr) {
+		kept->does = does;
+	}
 }
 
 void MachineRun::tween_done(int64_t serial, int action) {
@@ -174,7 +191,7 @@ void MachineRun::tween_done(int64_t serial, int action) {
 		return;
 	}
 	Busy keep(*this);
-	Ref<Tween> done;
+	KeptTween done;
 	row_records::take(row->kept_tweens, action, done);
 	finish_from_outside(row, action);
 }
@@ -220,9 +237,9 @@ void MachineRun::let_timers_go(RunRow *row) {
 	while (row_records::take_any(row->timers, timer)) {
 		kill_if_valid(timer.tween);
 	}
-	Ref<Tween> tween;
-	while (row_records::take_any(row->kept_tweens, tween)) {
-		kill_if_valid(tween);
+	KeptTween kept;
+	while (row_records::take_any(row->kept_tweens, kept)) {
+		kill_if_valid(kept.tween);
 	}
 	Rest rest;
 	while (row_records::take_any(row->rests, rest)) {

@@ -174,6 +174,8 @@ void SCMachine::_bind_methods() {
 	BIND_CONSTANT(LOOP_INCREMENT_LIMIT);
 
 	ClassDB::bind_method(D_METHOD("start"), &SCMachine::start);
+	ClassDB::bind_method(D_METHOD("_start_from", "record"), &SCMachine::start_from);
+	ClassDB::bind_method(D_METHOD("_written_down"), &SCMachine::written_down);
 	ClassDB::bind_method(D_METHOD("all_states"), &SCMachine::all_states);
 	bind_scene_life();
 	bind_values();

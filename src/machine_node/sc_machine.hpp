@@ -58,6 +58,9 @@ public:
 
 	// starting.cpp
 	void start();
+	// Starts in the states, with the values and the running times that `written_down` gave.
+	void start_from(const Dictionary &record);
+	Dictionary written_down();
 	TypedArray<SCMachineState> all_states() const;
 	void register_globals(const Array &design);
 
@@ -145,6 +148,7 @@ private:
 	void bind_shared_data();
 	void find_target();
 	Dictionary claim_carried_record();
+	void take_in_values(const Dictionary &record);
 
 	// scene_life.cpp
 	void become_ready();
@@ -182,6 +186,8 @@ private:
 	bool start_held = false;
 	// Asked to start where its target could not be found, and does once it is ready.
 	bool start_wanted = false;
+	// Until the start under way has taken it.
+	const Dictionary *starting_from = nullptr;
 	// Goes up with every start and stop, so that a start under way notices another.
 	uint32_t start_count = 0;
 };

@@ -4,6 +4,7 @@
 #include "machine/debugger_channel.hpp"
 #include "machine/game_clock.hpp"
 #include "machine/machine_run.hpp"
+#include "machine_node/place_in_file.hpp"
 #include "machine_node/sc_machine.hpp"
 #include "machine_node/shared_machine_data.hpp"
 #include "machine_node/values_setup.hpp"
@@ -255,6 +256,7 @@ void SCMachine::move_node(Node *node, Node *parent, bool keep_global_transform) 
 	if (node == nullptr || parent == nullptr || node == parent || node->is_ancestor_of(parent)) {
 		return;
 	}
+	place_in_file::note_moving(node);
 	LocalVector<ObjectID> machines;
 	collect_moving(node, node, machines);
 	for (const ObjectID id : machines) {

@@ -96,8 +96,13 @@ void SCMachine::start() {
 	}
 	its_run.values.load(std::move(starting));
 
-	// The record of the machine that this one goes on from.
-	const Dictionary record = goes_on() ? claim_carried_record() : Dictionary();
+	// What was written down of this machine, or the record of the one that it goes on from.
+	const Dictionary written = starting_from != nullptr ? *starting_from : Dictionary();
+	starting_from = nullptr;
+	if (!written.is_empty()) {
+		take_in_values(written);
+	}
+	const Dictionary record = goes_on() && written.is_empty() ? claim_carried_record() : Dictionary();
 	if (!goes_on()) {
 		return;
 	}
@@ -114,7 +119,7 @@ void SCMachine::start() {
 	if (goes_on()) {
 		MachineValues::learn_limits(this, declared);
 	}
-	if (goes_on() && record.is_empty()) {
+	if (goes_on() && record.is_empty() && written.is_empty()) {
 		MachineValues::start_attributes(this, declared);
 	}
 	if (!goes_on()) {
@@ -144,8 +149,46 @@ void SCMachine::start() {
 	if (goes_on() && !record.is_empty()) {
 		CompanionScripts::call(names.carry_over_script, names.start_timers, Array::make(this, record));
 	}
-	if (goes_on()) {
+	if (goes_on() && (written.is_empty() || !its_run.go_on_from(written))) {
 		its_run.go_to_state(first);
+	}
+}
+
+void SCMachine::start_from(const Dictionary &record) {
+	const MachineRun::Busy keep(run());
+	const Dictionary held = record;
+	starting_from = &held;
+	start();
+	starting_from = nullptr;
+}
+
+Dictionary SCMachine::written_down() {
+	Dictionary record = run().written_down();
+	record["held"] = start_held;
+	Dictionary own;
+	for (const auto &value : run().values.table) {
+		if (!run().values.shares.has(value.key)) {
+			own[value.key] = value.value;
+		}
+	}
+	record["values"] = own;
+	return record;
+}
+
+// What the game shares is not one machine's to bring back.
+void SCMachine::take_in_values(const Dictionary &record) {
+	const Variant values = record.get("values", Variant());
+	if (values.get_type() != Variant::DICTIONARY) {
+		return;
+	}
+	const Dictionary own = values;
+	const Array names = own.keys();
+	for (int64_t i = 0; i < names.size(); i++) {
+		const StringName name = names[i].stringify();
+		// Also one that only came into being while the machine ran.
+		if (!name.is_empty() && !run().values.shares.has(name)) {
+			run().write_value(name, own[names[i]], false);
+		}
 	}
 }
 

@@ -1,10 +1,11 @@
 #pragma once
 
-// The record of a thing that stands on a terrain, six numbers one after another in a packed array.
+// The record of a thing that stands on a terrain, six numbers one after another in a packed array. To be included last, as what it
+// includes is.
 
 #include <godot_cpp/variant/packed_float32_array.hpp>
 
-#include <cmath>
+#include "terrain/steady.hpp"
 
 using namespace godot;
 
@@ -20,11 +21,14 @@ struct PlacedThing {
 	float shade = 0.0f;
 
 	static PlacedThing read(const float *from) { return { from[0], from[1], from[2], from[3], from[4], from[5] }; }
+	// One by one: a processor waits for what it has just written in parts and is to read as a whole.
 	void write(float *to) const {
-		const float numbers[] = { x, height, z, scale, turn, shade };
-		for (int64_t i = 0; i < NUMBERS; i++) {
-			to[i] = numbers[i];
-		}
+		to[0] = x;
+		to[1] = height;
+		to[2] = z;
+		to[3] = scale;
+		to[4] = turn;
+		to[5] = shade;
 	}
 	// Whether it stands anywhere at all.
 	bool is_sound() const {

@@ -1,13 +1,12 @@
 // Where things stand on a grid of heights. The order of the draws is part of what a seed means: another order is another forest.
 
-#include "terrain/placed_things.hpp"
 #include "terrain/sc_terrain_work.hpp"
 
 #include <godot_cpp/core/error_macros.hpp>
 #include <godot_cpp/core/math.hpp>
 #include <godot_cpp/templates/local_vector.hpp>
 
-#include "terrain/steady.hpp"
+#include "terrain/placed_things.hpp"
 
 namespace {
 
@@ -21,6 +20,7 @@ constexpr double SHARE_IN_CLUMPS = 0.85;
 constexpr double CLUMP_SPREAD = 6.0;
 constexpr double SMALLEST_DRAW = 1.0e-12;
 constexpr double RIM = 1.0;
+constexpr double NEARLY = 0.999999;
 
 struct Spot {
 	double x;
@@ -32,6 +32,10 @@ class Planting {
 	int64_t side;
 	double step;
 	double half;
+	double rim;
+	double steepest;
+	// Where the squares of what the ground rises by make less than this it is not too steep, however a root of them is rounded.
+	double surely_walked;
 	steady::Random random;
 	LocalVector<Spot> clumps;
 
@@ -53,12 +57,12 @@ class Planting {
 	}
 
 public:
-	double keep = 0.0;
+	double kept_squared = 0.0;
 	double lowest = 0.0;
-	double steepest = 0.0;
 
-	Planting(const float *of_heights, int64_t of_side, double of_step, int64_t seed) :
-			heights(of_heights), side(of_side), step(of_step), half(double(of_side - 1) * of_step / 2.0), random(seed) {}
+	Planting(const float *of_heights, int64_t of_side, double of_step, int64_t seed, double at_most_steep) :
+			heights(of_heights), side(of_side), step(of_step), half(double(of_side - 1) * of_step / 2.0), rim(half - RIM), steepest(at_most_steep),
+			surely_walked(at_most_steep > 0.0 ? at_most_steep * of_step * at_most_steep * of_step * NEARLY : 0.0), random(seed) {}
 
 	void draw_clumps(int64_t count) {
 		clumps.reserve(uint32_t(count));
@@ -69,9 +73,7 @@ public:
 
 	Spot draw_spot() { return !clumps.is_empty() && random.share() < SHARE_IN_CLUMPS ? draw_in_clump() : draw_anywhere(); }
 
-	bool is_kept_free(const Spot &spot) const {
-		return std::abs(spot.x) > half - RIM || std::abs(spot.z) > half - RIM || spot.x * spot.x + spot.z * spot.z < keep * keep;
-	}
+	bool is_kept_free(const Spot &spot) const { return std::abs(spot.x) > rim || std::abs(spot.z) > rim || spot.x * spot.x + spot.z * spot.z < kept_squared; }
 
 	// False where the ground is too steep, too low or no ground at all.
 	bool height_at(const Spot &spot, double &height) const {
@@ -84,15 +86,23 @@ public:
 		const double h10 = corner[1];
 		const double h01 = corner[side];
 		const double h11 = corner[side + 1];
-		const double slope_across = MAX(std::abs(h10 - h00), std::abs(h11 - h01));
-		const double slope_along = MAX(std::abs(h01 - h00), std::abs(h11 - h10));
-		if (std::sqrt(slope_across * slope_across + slope_along * slope_along) / step > steepest) {
-			return false;
+		const double near_rise = h10 - h00;
+		const double far_rise = h11 - h01;
+		const double left_rise = h01 - h00;
+		const double right_rise = h11 - h10;
+		// What is hardly steep is seen at once; the root takes longer than all the rest.
+		const double rises = near_rise * near_rise + far_rise * far_rise + left_rise * left_rise + right_rise * right_rise;
+		if (!(rises < surely_walked)) {
+			const double rise_across = MAX(std::abs(near_rise), std::abs(far_rise));
+			const double rise_along = MAX(std::abs(left_rise), std::abs(right_rise));
+			if (std::sqrt(rise_across * rise_across + rise_along * rise_along) / step > steepest) {
+				return false;
+			}
 		}
 		const double share_across = across - double(column);
 		const double share_along = along - double(row);
-		const double near_side = h00 + (h10 - h00) * share_across;
-		const double far_side = h01 + (h11 - h01) * share_across;
+		const double near_side = h00 + near_rise * share_across;
+		const double far_side = h01 + far_rise * share_across;
 		height = near_side + (far_side - near_side) * share_along;
 		return std::isfinite(height) && !(lowest > height);
 	}
@@ -122,10 +132,9 @@ PackedFloat32Array SCTerrainWork::place_things(
 	if (asked >= double(MOST + 1)) {
 		WARN_PRINT(vformat("Planting %s things is too many, so %d are planted. Plant fewer on a square metre.", String::num(asked, 0), MOST));
 	}
-	Planting planting(ground.ptr(), side, step, seed);
-	planting.keep = keep;
+	Planting planting(ground.ptr(), side, step, seed, steepest);
+	planting.kept_squared = keep * keep;
 	planting.lowest = lowest;
-	planting.steepest = steepest;
 	if (clustered) {
 		planting.draw_clumps(target >= FEWEST_FOR_THAT ? target / THINGS_IN_A_CLUMP : CLUMPS_OTHERWISE);
 	}

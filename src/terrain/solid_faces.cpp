@@ -1,11 +1,10 @@
 // What the trunks of trees and the outsides of boulders bump with: triangles that face outward, in the engine's order.
 
-#include "terrain/placed_things.hpp"
 #include "terrain/sc_terrain_work.hpp"
 
 #include <godot_cpp/variant/vector3.hpp>
 
-#include "terrain/steady.hpp"
+#include "terrain/placed_things.hpp"
 
 namespace {
 

@@ -44,33 +44,41 @@ struct SineCosine {
 	double cosine;
 };
 
+// The largest whole number that is not above, for one that is within reach. Without a branch, which could not be foreseen.
+inline int64_t whole_below(double number) {
+	const auto towards_zero = int64_t(number);
+	return towards_zero - int64_t(double(towards_zero) > number);
+}
+
+// 1, x, x² and so on for eight terms, in two halves that a processor works out side by side.
+inline double eight_terms(double x, const double (&by)[8]) {
+	const double square = x * x;
+	const double even = ((by[6] * square + by[4]) * square + by[2]) * square + by[0];
+	const double odd = ((by[7] * square + by[5]) * square + by[3]) * square + by[1];
+	return odd * x + even;
+}
+
 // Both by their series, for the eighth of a turn nearest to 0 that the angle comes down to.
 inline SineCosine sine_cosine(double angle) {
 	// A quarter of a turn in two parts, of which the first is short enough to be multiplied without rounding.
 	constexpr double QUARTER = 1.570796325802803;
 	constexpr double QUARTER_REST = 9.920935796805404e-10;
+	constexpr double QUARTERS = 1.0 / (QUARTER + QUARTER_REST);
 	constexpr double FARTHEST = 1.0e6;
+	// What the next power of the square is divided by: the product of all whole numbers up to it.
+	constexpr double OF_SINE[] = { 1.0, -1.0 / 6.0, 1.0 / 120.0, -1.0 / 5040.0, 1.0 / 362880.0, -1.0 / 39916800.0, 1.0 / 6227020800.0, -1.0 / 1307674368000.0 };
+	constexpr double OF_COSINE[] = { 1.0, -1.0 / 2.0, 1.0 / 24.0, -1.0 / 720.0, 1.0 / 40320.0, -1.0 / 3628800.0, 1.0 / 479001600.0, -1.0 / 87178291200.0 };
 	const double near_angle = std::abs(angle) < FARTHEST ? angle : std::fmod(angle, TAU);
-	const double quarters = std::floor(near_angle / (QUARTER + QUARTER_REST) + 0.5);
+	const int64_t whole = whole_below(near_angle * QUARTERS + 0.5);
+	const auto quarters = double(whole);
 	const double rest = (near_angle - quarters * QUARTER) - quarters * QUARTER_REST;
 	const double square = rest * rest;
-	double sine = 1.0;
-	double cosine = 1.0;
-	for (int n = 17; n > 1; n -= 2) {
-		sine = 1.0 - square / (n * (n - 1)) * sine;
-		cosine = 1.0 - square / ((n - 1) * (n - 2)) * cosine;
-	}
-	sine *= rest;
-	switch (int64_t(quarters) & 3) {
-		case 0:
-			return { sine, cosine };
-		case 1:
-			return { cosine, -sine };
-		case 2:
-			return { -sine, -cosine };
-		default:
-			return { -cosine, sine };
-	}
+	// Looked up, as nobody can foresee which quarter it is.
+	constexpr double SIGN_OF_SINE[] = { 1.0, 1.0, -1.0, -1.0 };
+	constexpr double SIGN_OF_COSINE[] = { 1.0, -1.0, -1.0, 1.0 };
+	const double both[] = { eight_terms(square, OF_SINE) * rest, eight_terms(square, OF_COSINE) };
+	const auto quarter = unsigned(whole & 3);
+	return { both[quarter & 1U] * SIGN_OF_SINE[quarter], both[(quarter & 1U) ^ 1U] * SIGN_OF_COSINE[quarter] };
 }
 
 // The natural logarithm of a number above 0.
@@ -84,9 +92,10 @@ inline double logarithm(double number) {
 		exponent--;
 	}
 	const double step = (part - 1.0) / (part + 1.0);
+	const double square = step * step;
 	double sum = 0.0;
 	for (int n = 25; n > 0; n -= 2) {
-		sum = sum * step * step + 1.0 / n;
+		sum = sum * square + 1.0 / n;
 	}
 	return exponent * OF_TWO + 2.0 * step * sum;
 }

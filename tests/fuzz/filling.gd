@@ -33,7 +33,7 @@ const TEXTS: Array[String] = ["some words", "7.5", "a,b,c", "{level} of {whole}"
 ## Seconds that anything lasts that may outlive its machine.
 const LONGEST: float = 0.5
 ## They would end the run that plays them, or take away what it is played on.
-const ENDS_THE_GAME: Array[StringName] = [&"SCQuitGameAction", &"SCQueueFreeAction"]
+const ENDS_THE_GAME: Array[StringName] = [&"SCQuitGameAction", &"SCQueueFreeAction", &"SCChangeSceneAction"]
 ## Not drawn: they would end the run as well, print what looks like a fault, keep a number in 2D and a vector in 3D, or reach files
 ## that are not the story's.
 const LEFT_ALONE: Dictionary[StringName, Dictionary] = {
@@ -44,11 +44,21 @@ const LEFT_ALONE: Dictionary[StringName, Dictionary] = {
 	&"SCBuildDungeonAction": {&"parent_path": ^".."},
 	# A copy of its host would copy itself.
 	&"SCDuplicateAction": {&"node_path": ^"../Plain"},
+	# What the others look for beside them stays there.
+	&"SCReparentAction": {&"node_path": ^"../Sprite"},
 	&"SCReadFileAction": {&"anywhere": false},
 	&"SCWriteFileAction": {&"anywhere": false},
 	&"SCChangeTextInFileAction": {&"anywhere": false},
 	&"SCCopyFolderAction": {&"anywhere": false},
 	&"SCMoveToBinAction": {&"anywhere": false},
+	# Only asked for once something is in reach.
+	&"SCInteractionAction": {&"prompt_path": ^""},
+	&"SCBulletPatternAction": {&"count": 5, &"lifetime": 0.5},
+	&"SCSaveGameAction": {&"what": SCSaveGameAction.SAVE, &"slot": "random", &"slot_variable": &""},
+	&"SCPauseGameAction": {&"mode": SCPauseGameAction.RESUME},
+	# The window is everybody's.
+	&"SCScreenSettingsAction": {&"max_fps": -1, &"interface_scale": 0.0},
+	&"SCSystemAction": {&"what": SCSystemAction.SYSTEM_NAME},
 	&"SCGetVelocityAction": {&"store_turning_in": &""},
 	&"SCAssertAction": {&"stop_by": SCAssertAction.PAUSING},
 	&"SCPrintAction": {&"loudness": SCPrintAction.AS_LINE},

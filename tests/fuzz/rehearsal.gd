@@ -71,6 +71,8 @@ func _try(kind: StringName, number: int, side: Scene.Dimension, stage: Node) -> 
 	var filling := Design.of_filling(kind, number)
 	var action := filling.action_of(kind)
 	action.run_mode = SCMachineAction.EVERY_FRAME
+	# Or it would be over before anything has been said.
+	action.update_interval = 0.0
 	var brain := machine([
 		state("Start", [], {"begin": "Work", Filling.AHEAD: "Work"}), state("Work", [action], {"go": "Start"}), state(Filling.ANSWERED, [], {"again": "Start"}),
 	], {"name": "Try%02d" % number, "variables": filling.declared})

@@ -130,8 +130,8 @@ func packed_scene(count: int, design: Design = null) -> PackedScene:
 		var built := build(design if design != null else any_design(), size() + i)
 		root.add_child(built)
 		built.owner = root
-		for child in built.get_children():
-			child.owner = root
+		for below in built.find_children("*", "", true, false):
+			below.owner = root
 	var packed := PackedScene.new()
 	packed.pack(root)
 	root.free()

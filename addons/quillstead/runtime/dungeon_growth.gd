@@ -27,10 +27,6 @@ class Dice extends RefCounted:
 		return (_state >> 4) % count
 
 
-	func pick(from: Array) -> Variant:
-		return from[below(from.size())]
-
-
 	func _scattered(number: int) -> int:
 		for time in 2:
 			number = (((number >> 16) ^ number) * _SCATTER) & _MASK
@@ -48,6 +44,8 @@ const _MOST_LOOKS: int = 16
 # One room in so many may touch others than the one it grows from, and one wall in so many between such rooms is open.
 const _LUMP_IN: int = 5
 const _OPEN_IN: int = 3
+# What a room to pass through is worth that a secret one touches, more than any other.
+const _WORTH_OF_A_ROOM: int = 4
 # What the floors of two tries are compared by, the worst first.
 const _SECRET_TOUCHES_ONE: int = 1000
 const _BOSS_NOT_FARTHEST: int = 400
@@ -63,6 +61,10 @@ var secret: Array = []
 var faults: int = 0
 
 var _dice: Dice
+# How many rooms each place touches that touches any.
+var _around: Dictionary[Vector2i, int] = {}
+# The open ways, by key.
+var _open: Dictionary[Vector4i, bool] = {}
 # The rooms to pass through, in the order in which they have grown, and how many rooms lie between each of them and the start.
 var _passed: Array[Vector2i] = []
 var _steps_to: Dictionary[Vector2i, int] = {}
@@ -80,7 +82,7 @@ static func key_of(a: Vector2i, b: Vector2i) -> Vector4i:
 
 func grow(fight_rooms: int, extras: PackedStringArray, with_secret: bool) -> void:
 	_passed.append(Vector2i.ZERO)
-	cells[Vector2i.ZERO] = START
+	_put(Vector2i.ZERO, START)
 	for count in fight_rooms:
 		_grow_one()
 	_open_walls()
@@ -91,18 +93,24 @@ func grow(fight_rooms: int, extras: PackedStringArray, with_secret: bool) -> voi
 		_add_secret()
 
 
+func _put(room: Vector2i, kind: String) -> void:
+	cells[room] = kind
+	for step in _STEPS:
+		_around[room + step] = _around.get(room + step, 0) + 1
+
+
 func _grow_one() -> void:
-	var may_lump := _dice.below(_LUMP_IN) == 0
+	var count := _passed.size()
+	var most_touched := 4 if _dice.below(_LUMP_IN) == 0 else 1
 	for look in _MOST_LOOKS:
 		# Half of them go on from one of the newest rooms, which makes arms rather than a disc.
-		var newest := mini(_passed.size(), 3)
-		var from: Vector2i = _passed[_passed.size() - 1 - _dice.below(newest)] if _dice.below(2) == 0 else _dice.pick(_passed)
-		var to: Vector2i = from + (_dice.pick(_STEPS) as Vector2i)
-		if not cells.has(to) and (may_lump or _touched(to).size() == 1):
-			_put_fight(from, to)
+		var at := count - 1 - _dice.below(mini(count, 3)) if _dice.below(2) == 0 else _dice.below(count)
+		var to := _passed[at] + _STEPS[_dice.below(4)]
+		if _around[to] <= most_touched and not cells.has(to):
+			_put_fight(_passed[at], to)
 			return
 	# The rooms at the edge always have a free side.
-	for at in range(_passed.size() - 1, -1, -1):
+	for at in range(count - 1, -1, -1):
 		for step in _STEPS:
 			if not cells.has(_passed[at] + step):
 				_put_fight(_passed[at], _passed[at] + step)
@@ -111,19 +119,18 @@ func _grow_one() -> void:
 
 func _put_fight(from: Vector2i, to: Vector2i) -> void:
 	_passed.append(to)
-	cells[to] = FIGHT
+	_put(to, FIGHT)
 	joins.append([from, to])
+	_open[key_of(from, to)] = true
 
 
 # Some rings, so that there is more than one way through.
 func _open_walls() -> void:
-	var open: Dictionary[Vector4i, bool] = {}
-	for pair: Array in joins:
-		open[key_of(pair[0] as Vector2i, pair[1] as Vector2i)] = true
 	for room in _passed:
 		for step: Vector2i in [Vector2i(1, 0), Vector2i(0, 1)]:
-			if cells.has(room + step) and not open.has(key_of(room, room + step)) and _dice.below(_OPEN_IN) == 0:
-				joins.append([room, room + step])
+			var beyond := room + step
+			if cells.has(beyond) and not _open.has(Vector4i(room.x, room.y, beyond.x, beyond.y)) and _dice.below(_OPEN_IN) == 0:
+				joins.append([room, beyond])
 
 
 func _measure() -> void:
@@ -149,22 +156,24 @@ func _add_dead_end(kind: String) -> void:
 	var best: Array[Array] = []
 	var fewest := -1
 	for from in _passed:
+		var wrong_from := 0
+		if kind == BOSS:
+			wrong_from = _BOSS_NOT_FARTHEST * (_farthest - _steps_to[from])
+		elif _steps_to[from] == _farthest and _farthest > 0:
+			wrong_from = _DEAD_END_AS_FAR_AS_BOSS
+		if fewest >= 0 and wrong_from > fewest:
+			continue
 		for step in _STEPS:
 			var to := from + step
-			if cells.has(to):
+			var wrong := wrong_from + _DEAD_END_TOUCHES * (_around[to] - 1)
+			if (fewest >= 0 and wrong > fewest) or cells.has(to):
 				continue
-			var wrong := _DEAD_END_TOUCHES * (_touched(to).size() - 1)
-			if kind == BOSS:
-				wrong += _BOSS_NOT_FARTHEST * (_farthest - _steps_to[from])
-			elif _steps_to[from] == _farthest and _farthest > 0:
-				wrong += _DEAD_END_AS_FAR_AS_BOSS
-			if fewest < 0 or wrong < fewest:
+			if wrong != fewest:
 				fewest = wrong
 				best.clear()
-			if wrong == fewest:
-				best.append([from, to])
-	var way: Array = _dice.pick(best)
-	cells[way[1]] = kind
+			best.append([from, to])
+	var way := best[_dice.below(best.size())]
+	_put(way[1] as Vector2i, kind)
 	joins.append(way)
 	faults += fewest
 
@@ -177,7 +186,7 @@ func _add_secret() -> void:
 	for room: Vector2i in cells:
 		for step in _STEPS:
 			var place := room + step
-			if cells.has(place) or looked_at.has(place):
+			if (not best.is_empty() and _around[place] * _WORTH_OF_A_ROOM < most) or cells.has(place) or looked_at.has(place):
 				continue
 			looked_at[place] = true
 			var worth := _worth_of_secret(place)
@@ -186,7 +195,7 @@ func _add_secret() -> void:
 				best.clear()
 			if worth == most:
 				best.append(place)
-	var chosen: Vector2i = _dice.pick(best)
+	var chosen := best[_dice.below(best.size())]
 	var touched := _touched(chosen)
 	for room in touched:
 		secret.append([chosen, room])
@@ -203,7 +212,7 @@ func _worth_of_secret(place: Vector2i) -> int:
 	for room in touched:
 		match cells[room]:
 			START, FIGHT:
-				worth += 4
+				worth += _WORTH_OF_A_ROOM
 			BOSS:
 				worth -= _SECRET_TOUCHES_BOSS
 			_:

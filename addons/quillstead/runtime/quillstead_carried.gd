@@ -10,6 +10,8 @@ const FACES_LEFT: StringName = &"quillstead_faces_left"
 const LAST: int = 1000
 const MIRRORED := Transform2D(Vector2.LEFT, Vector2.DOWN, Vector2.ZERO)
 
+const _HOW_IT_IS_HELD: Array[StringName] = [&"_place_2d", &"_place_3d", &"_rotation", &"_hand_angle", &"_basis", &"_hand_turn"]
+
 var _thing_id: int = 0
 # In the hand's own space.
 var _place_2d: Vector2
@@ -58,7 +60,7 @@ static func pick_up(thing: Node, hand: Node, snap: bool) -> void:
 	record["holder"] = holder.get_instance_id()
 	thing.set_meta(CARRIED, record)
 	holder._hold(thing, hand, snap)
-	if hand.is_node_ready():
+	if SCMachine.native_helper(&"takes_children_now", [hand]):
 		hand.add_child(holder, true, Node.INTERNAL_MODE_BACK)
 	else:
 		hand.add_child.call_deferred(holder, true, Node.INTERNAL_MODE_BACK)
@@ -73,6 +75,33 @@ static func let_go(thing: Node, velocity: Variant = null) -> void:
 		_make_solid(thing, record["solid"])
 	if velocity != null:
 		_throw(thing, velocity)
+
+
+## How [param thing] is held, with the hand itself. [method from_save] takes it back. Empty when nobody holds it.
+static func to_save(thing: Node) -> Dictionary:
+	var record := _record_of(thing)
+	if record.is_empty():
+		return {}
+	var holder: Node = instance_from_id(record["holder"])
+	var saved := {"hand": holder.get_parent(), "solid": record["solid"]}
+	for part in _HOW_IT_IS_HELD:
+		saved[String(part)] = holder.get(part)
+	return saved
+
+
+## Puts [param thing], which is as hollow as it was, back into the hand it was in.
+static func from_save(thing: Node, saved: Dictionary) -> void:
+	var hand: Variant = saved.get("hand")
+	var solid: Variant = saved.get("solid")
+	if not hand is Node or not solid is Array or thing is Node3D != hand is Node3D or not (hand is Node3D or hand is CanvasItem):
+		return
+	var holder := new()
+	holder._hold(thing, hand, false)
+	for part in _HOW_IT_IS_HELD:
+		if typeof(saved.get(String(part))) == typeof(holder.get(part)):
+			holder.set(part, saved[String(part)])
+	thing.set_meta(CARRIED, {"thing": thing.get_instance_id(), "holder": holder.get_instance_id(), "solid": solid})
+	(hand as Node).add_child(holder, true, Node.INTERNAL_MODE_BACK)
 
 
 ## For a copy of what is held: nobody holds the copy.
@@ -217,8 +246,8 @@ static func _make_hollow(thing: Node) -> Array:
 
 
 static func _make_solid(thing: Node, solid: Array) -> void:
-	for row: Array in solid:
-		var body := thing.get_node_or_null(row[0])
+	for row: Variant in solid:
+		var body := thing.get_node_or_null(row[0]) if row is Array and (row as Array).size() == 4 and row[0] is NodePath else null
 		if body == null:
 			continue
 		body.set(&"collision_layer", row[1])

@@ -76,6 +76,40 @@ static func forget() -> void:
 	remember({}, {}, Vector2.ZERO, 0)
 
 
+## Whether the floor was built in [param scene].
+static func stands_in(scene: Node) -> bool:
+	for cell: Vector2i in cells:
+		var room := room_in(cell)
+		if room != null:
+			return scene == room or scene.is_ancestor_of(room)
+	return false
+
+
+## The floor, with its rooms by their instance ids. [method from_save] takes it back.
+static func to_save() -> Dictionary:
+	return {
+		"cells": cells.duplicate(true), "joins": joins.duplicate(true), "secret": secret.duplicate(true), "seen": seen.duplicate(), "size": room_size,
+		"seed": floor_seed, "floors": floors,
+	}
+
+
+## Takes back what [method to_save] gave. A room that is not there any more is left out.
+static func from_save(saved: Dictionary) -> void:
+	var layout := {"cells": {}, "joins": saved.get("joins", []), "secret": saved.get("secret", [])}
+	var rooms := {}
+	var kept: Variant = saved.get("cells")
+	for cell: Variant in kept if kept is Dictionary else {}:
+		var row: Variant = kept[cell]
+		if cell is Vector2i and row is Array and (row as Array).size() == 3 and row[0] is String and row[1] is int:
+			layout["cells"][cell] = row[0]
+			rooms[cell] = instance_from_id(row[1] as int)
+	remember(layout, rooms, saved["size"] if saved.get("size") is Vector2 else Vector2.ZERO, saved["seed"] if saved.get("seed") is int else 0)
+	if saved.get("seen") is Dictionary:
+		seen.assign(saved["seen"] as Dictionary)
+	if saved.get("floors") is int:
+		floors = saved["floors"]
+
+
 ## The node of the room in a cell. [code]null[/code] when there is none, or it has gone.
 static func room_in(cell: Vector2i) -> Node:
 	return instance_from_id((cells[cell] as Array)[1] as int) as Node if cells.has(cell) else null

@@ -1,6 +1,7 @@
 // The compiled runtime of Keep Apart.
 
 #include "action/add_kind.hpp"
+#include "character/in_physics.hpp"
 #include "kinds/ai/crowd_grid.hpp"
 #include "kinds/ai/keep_apart.hpp"
 #include "kinds/ai/mover_step.hpp"
@@ -21,7 +22,9 @@ constexpr double MARGIN = 0.08;
 template <class Physics, class Placed, class Vector>
 void shove(Placed *node, const Vector &by) {
 	if (auto *body = Object::cast_to<Physics>(node)) {
-		body->move_and_collide(by, false, MARGIN);
+		if (in_physics(body)) {
+			body->move_and_collide(by, false, MARGIN);
+		}
 	} else {
 		node->set_global_position(node->get_global_position() + by);
 	}

@@ -2,6 +2,7 @@
 
 #include "action/places.hpp"
 #include "character/body_sides.hpp"
+#include "character/in_physics.hpp"
 #include "machine/native_names.hpp"
 
 #include <godot_cpp/classes/kinematic_collision2d.hpp>
@@ -74,6 +75,9 @@ bool is_ahead_of(CharacterBody3D *body, const Vector3 &goal) {
 bool is_ahead_of(CharacterBody2D *body, const Vector2 &goal) {
 	const real_t side = SIGN(goal.x - body->get_global_position().x);
 	if (side == 0.0f) {
+		return false;
+	}
+	if (!in_physics(body)) {
 		return false;
 	}
 	const Vector2 up = body->get_up_direction();

@@ -3,6 +3,7 @@
 
 #include "action/add_kind.hpp"
 #include "action/conditions.hpp"
+#include "character/in_physics.hpp"
 #include "kinds/conditions/touching.hpp"
 #include "space/sides.hpp"
 
@@ -92,7 +93,7 @@ void find(typename Side::Character *body, Test test, Touched &touched) {
 		collisions::for_each(body->get_slide_collision(i), hit);
 	}
 	// A body held to the floor by snapping has not hit it in its last move.
-	if (!named && body->is_on_floor() && (test == Test::ANYTHING || test == Test::THE_GROUND)) {
+	if (!named && body->is_on_floor() && in_physics(body) && (test == Test::ANYTHING || test == Test::THE_GROUND)) {
 		Ref<typename Side::Collision> below;
 		below.instantiate();
 		const double reach = MAX(double(body->get_floor_snap_length()), Side::LEAST_REACH);

@@ -115,7 +115,8 @@ class Step {
 		}
 		if (reaching::is_being_built(of_agent)) {
 			const int64_t present = int64_t(Time::get_singleton()->get_ticks_msec());
-			const int64_t since = slot.get(names().waits_since, present);
+			// Another run of the game may have saved it.
+			const int64_t since = MIN(int64_t(slot.get(names().waits_since, present)), present);
 			slot[names().waits_since] = since;
 			if (present - since < MOST_PATIENCE_MSEC) {
 				return false;

@@ -189,7 +189,8 @@ class GetNavigationPoint : public SCNativeAction {
 	static bool still_waits(SCMachineBase *machine, int index) {
 		Dictionary slot = machine->slot(index);
 		const int64_t present = int64_t(Time::get_singleton()->get_ticks_msec());
-		const int64_t since = slot.get(names().waits_since, present);
+		// Another run of the game may have saved it.
+		const int64_t since = MIN(int64_t(slot.get(names().waits_since, present)), present);
 		slot[names().waits_since] = since;
 		return present - since < PATIENCE_MSEC;
 	}

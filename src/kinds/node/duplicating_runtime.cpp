@@ -9,6 +9,7 @@
 #include "kinds/node/duplicating.hpp"
 #include "kinds/node/own_ways.hpp"
 #include "machine/native_names.hpp"
+#include "machine_node/place_in_file.hpp"
 #include "space/newcomers.hpp"
 
 #include <godot_cpp/classes/engine.hpp>
@@ -127,6 +128,7 @@ public:
 			CompanionScripts::call(NativeNames::of<Names>().carried, NativeNames::of<Names>().forget, Array::make(copy.get()));
 		}
 		newcomers::note_maker(machine, copy.get());
+		place_in_file::note_copied(node.get(), copy.get());
 		step_aside(machine, action, copy.get(), node.get());
 		if (copy.get() != nullptr && parent.get() != nullptr) {
 			add_later::to(parent.get(), copy.get());

@@ -8,6 +8,7 @@
 #include "kinds/node/spawning.hpp"
 #include "machine/native_names.hpp"
 #include "space/newcomers.hpp"
+#include "space/readable_names.hpp"
 
 #include <godot_cpp/classes/resource_loader.hpp>
 #include <godot_cpp/classes/scene_tree.hpp>
@@ -120,6 +121,9 @@ Node *bring(SCMachineBase *machine, SCMachineAction *action, const Ref<PackedSce
 	if (here) {
 		newcomers::note_maker(machine, made.get());
 		spawn_places::put(machine, action, made.get(), parent.get(), where);
+	}
+	if (here && parent.get() != nullptr && made.get() != nullptr) {
+		readable_names::give(parent.get(), made.get());
 	}
 	if (!here || parent.get() == nullptr || made.get() == nullptr) {
 		if (made.get() != nullptr) {

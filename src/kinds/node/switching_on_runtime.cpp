@@ -263,6 +263,8 @@ class SetProcessMode : public SCNativeAction {
 	}
 
 public:
+	static constexpr bool HOLDS = true;
+
 	void enter(SCMachineBase *machine, SCMachineAction *action, int index) override {
 		const StillHere here(machine);
 		work(machine, action, index);

@@ -205,6 +205,8 @@ class SetBodyProperties : public OnceOrRepeating<SetBodyProperties> {
 	}
 
 public:
+	static constexpr bool HOLDS = true;
+
 	static void work(SCMachineBase *machine, SCMachineAction *action, int index, double delta) {
 		const Kind *kind = as_kind<Kind>(action);
 		Node *body = kind != nullptr ? verbs::node_or_warn<&Kind::body_path>(machine, kind) : nullptr;

@@ -116,8 +116,9 @@ auto way_of(SCMachineBase *machine, const SCMachineAction *action, const Body *b
 
 template <class Body>
 bool has_to_wait(const SCMachineAction *action, const Body *body) {
+	// Below 0 in a game that goes on from where another run of it was saved.
 	const double since = GameClocks::now(GameClocks::PHYSICS_UNPAUSED) - body_keys::number(body, names().dashed_at, -Math::INF);
-	if (since + NO_TIME < setting_of<&Kind::wait_between>(action)) {
+	if (since >= 0.0 && since + NO_TIME < setting_of<&Kind::wait_between>(action)) {
 		return true;
 	}
 	return setting_of<&Kind::one_until_it_lands>(action) && !body->is_on_floor() && body->has_meta(names().dashed_in) &&

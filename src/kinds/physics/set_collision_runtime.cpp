@@ -218,6 +218,8 @@ class SetCollision : public SCNativeAction {
 	}
 
 public:
+	static constexpr bool HOLDS = true;
+
 	void enter(SCMachineBase *machine, SCMachineAction *action, int index) override {
 		const StillHere here(machine);
 		work(machine, action, index);

@@ -139,6 +139,8 @@ struct Change {
 
 class SetGravity : public SCNativeAction {
 public:
+	static constexpr bool HOLDS = true;
+
 	void enter(SCMachineBase *machine, SCMachineAction *action, int index) override {
 		const StillHere here(machine);
 		Dictionary slot = machine->slot(index);

@@ -224,6 +224,8 @@ class SetJoint : public OnceOrRepeating<SetJoint> {
 	}
 
 public:
+	static constexpr bool HOLDS = true;
+
 	static void work(SCMachineBase *machine, SCMachineAction *action, int index, double) {
 		const Kind *kind = as_kind<Kind>(action);
 		Node *joint = kind != nullptr ? verbs::node_or_warn<&Kind::joint_path>(machine, kind) : nullptr;

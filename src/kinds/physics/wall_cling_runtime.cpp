@@ -6,6 +6,7 @@
 #include "character/body_keys.hpp"
 #include "character/body_sides.hpp"
 #include "character/gravity.hpp"
+#include "character/in_physics.hpp"
 #include "kinds/physics/wall_cling.hpp"
 #include "steering/walking.hpp"
 
@@ -61,7 +62,7 @@ struct Cling {
 		}
 		slot[names().apart] = apart;
 		const double metre = walking::is_2d(body) ? places::PIXELS_PER_METRE : 1.0;
-		return body->test_move(body->get_global_transform(), Vector(normal) * real_t(-FLICKERS_WITHIN * metre));
+		return in_physics(body) && body->test_move(body->get_global_transform(), Vector(normal) * real_t(-FLICKERS_WITHIN * metre));
 	}
 
 	template <class Body>

@@ -101,6 +101,8 @@ class SetMouseMode : public OnceOrRepeating<SetMouseMode> {
 	}
 
 public:
+	static constexpr bool HOLDS = true;
+
 	static void work(SCMachineBase *machine, SCMachineAction *action, int index, double delta) {
 		set_mode(machine, action, index);
 		// A picture is handed to the computer each time; what it was given once it keeps.

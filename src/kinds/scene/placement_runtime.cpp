@@ -284,7 +284,7 @@ class Placement {
 			copy.get()->set_meta(placed_by, path);
 			// Left to the engine, each would be named by trying all the names there are.
 			number++;
-			copy.get()->set_name(vformat("%s%d", copy.get()->get_name(), number));
+			copy.get()->set_name(String(copy.get()->get_name()) + String::num_int64(number));
 			newcomers::add(parent, copy.get());
 		}
 	}

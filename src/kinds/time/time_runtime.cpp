@@ -116,6 +116,8 @@ class SetTimeScale : public SCNativeAction {
 	}
 
 public:
+	static constexpr bool HOLDS = true;
+
 	void enter(SCMachineBase *machine, SCMachineAction *action, int index) override {
 		Engine *engine = Engine::get_singleton();
 		double scale = 0.0;
