@@ -57,8 +57,8 @@ const LEFT_ALONE: Dictionary[StringName, Dictionary] = {
 	&"SCSaveGameAction": {&"what": SCSaveGameAction.SAVE, &"slot": "random", &"slot_variable": &""},
 	&"SCPauseGameAction": {&"mode": SCPauseGameAction.RESUME},
 	# The window is everybody's.
-	&"SCScreenSettingsAction": {&"max_fps": -1, &"interface_scale": 0.0},
-	&"SCSystemAction": {&"what": SCSystemAction.SYSTEM_NAME},
+	&"SCScreenSettingsAction": {&"mode": 0, &"window_size": Vector2.ZERO, &"screen": 0, &"vsync": 0, &"max_fps": -1, &"interface_scale": 0.0},
+	&"SCSystemAction": {&"what": SCSystemAction.PROCESSORS, &"any_address": false},
 	&"SCGetVelocityAction": {&"store_turning_in": &""},
 	&"SCAssertAction": {&"stop_by": SCAssertAction.PAUSING},
 	&"SCPrintAction": {&"loudness": SCPrintAction.AS_LINE},

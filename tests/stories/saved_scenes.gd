@@ -152,18 +152,42 @@ func test_a_machine_that_saves_hears_of_it_again_when_that_is_loaded() -> void:
 			state("Play", [], {"save": "Save"}),
 			state("Save", [kind(SCSaveGameAction, {"what": SCSaveGameAction.SAVE_THE_SCENE, "slot": "story", "store_worked_in": "worked",
 				"worked_event": "done", "failed_event": "failed"}), set_var("after", true)], {"done": "Saved"}),
-			state("Saved", [wait(0.5)], {"FINISHED": "Load"}),
+			state("Saved", [], {"load": "Load"}),
 			state("Load", [kind(SCSaveGameAction, {"what": SCSaveGameAction.LOAD_THE_SCENE, "slot": "story", "store_worked_in": "loaded",
 				"worked_event": "done", "failed_event": "failed"})], {"done": "Loaded", "failed": "Play"}),
 			state("Loaded"),
 		], {"variables": {"worked": false, "loaded": false, "after": false}}))
 	_brain().send_event(&"save")
 	expect_state(_brain(), "Saved")
-	await advance(0.6)
+	_brain().send_event(&"load")
+	await frames(2)
 	# What loaded it has gone; the one that saved plays on.
 	expect_state(_brain(), "Saved")
 	expect_values(_brain(), {"worked": true, "loaded": false, "after": false})
 	_leave()
+
+
+func test_save_and_quit_is_loaded_into_the_menu_that_it_was_pressed_in() -> void:
+	var save := kind(SCSaveGameAction, {"what": SCSaveGameAction.SAVE_THE_SCENE, "slot": "story", "worked_event": "done"})
+	var gone := kind(SCChangeSceneAction, {"scene_path": "res://nowhere.tscn", "failed_event": "stay"})
+	for row: Array in [
+		["another action", [state("Out", [save, gone], {"stay": "Stayed"})]],
+		["a way on FINISHED", [state("Out", [save], {"FINISHED": "Away"}), state("Away", [gone], {"stay": "Stayed"})]],
+		["its own event, and a wait", [state("Out", [save, wait(5.0)], {"done": "Fade"}), state("Fade", [wait(0.1)], {"FINISHED": "Away"}),
+			state("Away", [], {"stay": "Stayed"}, {"sub_states": [state("Inner", [gone])]})]],
+	]:
+		_open(func(top: Node2D) -> void:
+			_put_machine(top, [state("Menu", [set_var("n", 7.0)], {"quit": "Out"}), state("Stayed")] + row[1]))
+		_brain().send_event(&"quit")
+		await advance(0.2)
+		expect_state(_brain(), "Stayed")
+		expect_warning("there is no scene at")
+		_brain().set_value("n", 0.0)
+		expect(SceneSave.load_into(_brain(), FILE), row[0])
+		await advance(0.2)
+		expect_state(_brain(), "Menu")
+		expect_values(_brain(), {"n": 7.0})
+		_leave()
 
 
 func test_a_scene_that_a_script_put_together_is_brought_back_in_place() -> void:

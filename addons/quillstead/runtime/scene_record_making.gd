@@ -5,6 +5,7 @@ const Carried := preload("res://addons/quillstead/runtime/quillstead_carried.gd"
 const Dungeon := preload("res://addons/quillstead/runtime/quillstead_dungeon.gd")
 const GameFiles := preload("res://addons/quillstead/runtime/quillstead_game_files.gd")
 const MakerWarnings := preload("res://addons/quillstead/runtime/quillstead_warnings.gd")
+const Saver := preload("res://addons/quillstead/runtime/scene_record_saver.gd")
 const Stats := preload("res://addons/quillstead/runtime/quillstead_stats.gd")
 const Values := preload("res://addons/quillstead/runtime/quillstead_saved_values.gd")
 const Words := preload("res://addons/quillstead/runtime/scene_record_words.gd")
@@ -77,7 +78,7 @@ func _let_go_on(machine: SCMachine, does: Dictionary) -> void:
 		if machine.is_running():
 			machine.stop()
 		return
-	machine._start_from(does)
+	machine._start_from(Saver.mended(machine, does))
 	if not is_instance_valid(machine):
 		return
 	var stats: Variant = does.get("stats")
