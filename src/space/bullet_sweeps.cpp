@@ -2,6 +2,7 @@
 
 #include "action/shared_verbs.hpp"
 #include "machine/native_names.hpp"
+#include "space/bullet_bounds.hpp"
 #include "space/queries.hpp"
 
 #include <godot_cpp/classes/capsule_shape2d.hpp>
@@ -14,10 +15,6 @@ namespace {
 
 struct Names {
 	StringName hurt_box = "hurt_box";
-	StringName radius = "radius";
-	StringName height = "height";
-	StringName size = "size";
-	StringName points = "points";
 };
 
 const Names &names() {
@@ -31,8 +28,6 @@ constexpr int MOST_LEGS = 8;
 constexpr uint32_t MOST_MET = 64;
 // With more around than that, asking the engine is cheaper than looking through them.
 constexpr uint32_t MOST_BOXES = 64;
-// Beyond this the engine's own numbers are too coarse to fly on in.
-constexpr double FARTHEST = 1.0e9;
 
 // What differs between the two sides: how a bullet's plain numbers read there.
 struct Flying2D : In2D {
@@ -176,108 +171,6 @@ public:
 		return verdict;
 	}
 };
-
-template <class Vector>
-struct Bounds {
-	Vector least;
-	Vector most;
-
-	Bounds() = default;
-	Bounds(const Vector &from, const Vector &to) : least(from.min(to)), most(from.max(to)) {}
-	void take_in(const Vector &point) {
-		least = least.min(point);
-		most = most.max(point);
-	}
-	Bounds grown(const Vector &by) const { return Bounds(least - by, most + by); }
-};
-
-bool overlap(const Bounds<Vector2> &one, const Bounds<Vector2> &other) {
-	return one.least.x <= other.most.x && other.least.x <= one.most.x && one.least.y <= other.most.y && other.least.y <= one.most.y;
-}
-bool overlap(const Bounds<Vector3> &one, const Bounds<Vector3> &other) {
-	return one.least.x <= other.most.x && other.least.x <= one.most.x && one.least.y <= other.most.y && other.least.y <= one.most.y &&
-			one.least.z <= other.most.z && other.least.z <= one.most.z;
-}
-
-Vector2 half_of(double radius, double half_height, In2D) {
-	return Vector2(real_t(radius), real_t(half_height));
-}
-Vector3 half_of(double radius, double half_height, In3D) {
-	return Vector3(real_t(radius), real_t(half_height), real_t(radius));
-}
-
-template <class Vector, class Points>
-bool bounds_of_points(const Points &points, Bounds<Vector> &bounds) {
-	if (points.is_empty()) {
-		return false;
-	}
-	bounds = Bounds<Vector>(points[0], points[0]);
-	for (const Vector &point : points) {
-		bounds.take_in(point);
-	}
-	return true;
-}
-
-// False for a shape that has no end, is not filled, or is of no kind that is known here.
-template <class Side>
-bool bounds_of(const Object *shape, Bounds<typename Side::Vector> &bounds) {
-	using Vector = typename Side::Vector;
-	const Variant size = shape->get(names().size);
-	if (size.get_type() == (Side::IS_2D ? Variant::VECTOR2 : Variant::VECTOR3)) {
-		const Vector half = Vector(size) * real_t(0.5);
-		bounds = Bounds<Vector>(-half, half);
-		return true;
-	}
-	const Variant radius = shape->get(names().radius);
-	if (radius.get_type() != Variant::FLOAT) {
-		using Points = std::conditional_t<Side::IS_2D, PackedVector2Array, PackedVector3Array>;
-		return shape->is_class(Side::IS_2D ? "ConvexPolygonShape2D" : "ConvexPolygonShape3D") &&
-				bounds_of_points<Vector, Points>(Points(shape->get(names().points)), bounds);
-	}
-	const Variant height = shape->get(names().height);
-	const Vector half = half_of(radius, height.get_type() == Variant::FLOAT ? double(height) / 2.0 : double(radius), Side());
-	bounds = Bounds<Vector>(-half, half);
-	return true;
-}
-
-Vector2 corner(const Bounds<Vector2> &bounds, int which) {
-	return Vector2((which & 1) != 0 ? bounds.most.x : bounds.least.x, (which & 2) != 0 ? bounds.most.y : bounds.least.y);
-}
-Vector3 corner(const Bounds<Vector3> &bounds, int which) {
-	return Vector3((which & 1) != 0 ? bounds.most.x : bounds.least.x, (which & 2) != 0 ? bounds.most.y : bounds.least.y,
-			(which & 4) != 0 ? bounds.most.z : bounds.least.z);
-}
-
-template <class Side>
-constexpr int CORNERS = Side::IS_2D ? 4 : 8;
-
-template <class Side>
-Bounds<typename Side::Vector> moved(const Bounds<typename Side::Vector> &bounds, const typename Side::Transform &by) {
-	const typename Side::Vector first = by.xform(corner(bounds, 0));
-	Bounds<typename Side::Vector> all(first, first);
-	for (int i = 1; i < CORNERS<Side>; i++) {
-		all.take_in(by.xform(corner(bounds, i)));
-	}
-	return all;
-}
-
-// How far from its own middle it reaches, or 0 for what cannot be swept.
-template <class Side>
-double reach_of(const Object *shape) {
-	Bounds<typename Side::Vector> bounds;
-	if (!bounds_of<Side>(shape, bounds)) {
-		return 0.0;
-	}
-	const Variant radius = shape->get(names().radius);
-	if (radius.get_type() == Variant::FLOAT && shape->get(names().height).get_type() != Variant::FLOAT) {
-		return radius;
-	}
-	double farthest = 0.0;
-	for (int i = 0; i < CORNERS<Side>; i++) {
-		farthest = MAX(farthest, double(corner(bounds, i).length()));
-	}
-	return farthest;
-}
 
 // Bullets by where they are, with what all those of a cell pass through in this step.
 template <class Side>
@@ -740,117 +633,7 @@ public:
 	}
 };
 
-Transform2D without_place(const Node2D *node) {
-	return Transform2D(0.0f, node->get_scale(), 0.0f, Vector2());
-}
-Transform3D without_place(const Node3D *node) {
-	return Transform3D(Basis::from_scale(node->get_scale()), Vector3());
-}
-
-double largest_scale(const Transform2D &transform) {
-	return MAX(double(transform[0].length()), double(transform[1].length()));
-}
-double largest_scale(const Transform3D &transform) {
-	return MAX(double(transform.basis.get_column(0).length()),
-			MAX(double(transform.basis.get_column(1).length()), double(transform.basis.get_column(2).length())));
-}
-
-bool has_volume(const Transform2D &transform) {
-	return !Math::is_zero_approx(transform.determinant());
-}
-bool has_volume(const Transform3D &transform) {
-	return !Math::is_zero_approx(transform.basis.determinant());
-}
-
-Vector2 place_in(const Transform2D &transform) {
-	return transform[2];
-}
-Vector3 place_in(const Transform3D &transform) {
-	return transform.origin;
-}
-
-// The first shape of the bullet that is switched on and can be swept.
-template <class Side>
-void read_shape_on(Flight &flight, Node *bullet, typename Side::Transform &from_bullet) {
-	using Transform = typename Side::Transform;
-	auto *collider = verbs::first_of<typename Side::Collider>(bullet);
-	flight.mask = queries::EVERY_LAYER;
-	if (collider == nullptr) {
-		return;
-	}
-	flight.mask = int64_t(collider->get_collision_mask());
-	Transform of_collider;
-	for (Node *at = collider; at != nullptr && at != bullet; at = at->get_parent()) {
-		if (auto *placed = Object::cast_to<typename Side::Placed>(at)) {
-			of_collider = placed->get_transform() * of_collider;
-		}
-	}
-	if (auto *top = Object::cast_to<typename Side::Placed>(bullet)) {
-		of_collider = without_place(top) * of_collider;
-	}
-	for (const int32_t owner : collider->get_shape_owners()) {
-		if (collider->is_shape_owner_disabled(uint32_t(owner)) || collider->shape_owner_get_shape_count(uint32_t(owner)) < 1) {
-			continue;
-		}
-		const Ref<typename Side::Shape> shape = collider->shape_owner_get_shape(uint32_t(owner), 0);
-		const Transform transform = of_collider * collider->shape_owner_get_transform(uint32_t(owner));
-		const double reach = shape.is_valid() ? reach_of<Side>(shape.ptr()) * largest_scale(transform) : 0.0;
-		if (!(reach > 0.0) || !(reach < FARTHEST) || !has_volume(transform)) {
-			continue;
-		}
-		flight.shape = shape;
-		flight.shape_rid = shape->get_rid();
-		flight.radius = reach + double(place_in(transform).length());
-		from_bullet = transform;
-		return;
-	}
-}
-
-struct BodyNames {
-	StringName freeze = "freeze";
-};
-
-template <class Side>
-void take_out(Node *bullet) {
-	auto *collider = verbs::first_of<typename Side::Collider>(bullet);
-	if (collider == nullptr) {
-		return;
-	}
-	// It hears of each move only to tell the physics.
-	collider->set_notify_transform(false);
-	if (Object::cast_to<typename Side::Area>(collider) != nullptr) {
-		Side::Server::get_singleton()->area_set_space(collider->get_rid(), RID());
-		return;
-	}
-	// A body without a space is nothing that the engine can be asked about.
-	collider->set_collision_layer(0);
-	collider->set_collision_mask(0);
-	collider->set_deferred(NativeNames::of<BodyNames>().freeze, true);
-}
-
 } // namespace
-
-void read_shape(Flight &flight, Node *bullet) {
-	if (flight.side == spots::IN_2D) {
-		read_shape_on<Flying2D>(flight, bullet, flight.shape_2d);
-	} else {
-		read_shape_on<Flying3D>(flight, bullet, flight.shape_3d);
-	}
-}
-
-void take_out_of_physics(Node *bullet) {
-	take_out<Flying2D>(bullet);
-	take_out<Flying3D>(bullet);
-}
-
-void give_back_to_physics(Node *bullet) {
-	if (auto *collider_2d = verbs::first_of<CollisionObject2D>(bullet)) {
-		collider_2d->set_notify_transform(true);
-	}
-	if (auto *collider_3d = verbs::first_of<CollisionObject3D>(bullet)) {
-		collider_3d->set_notify_transform(true);
-	}
-}
 
 bool fly(Flight &flight, const Node *parent, Hits &hits) {
 	return flight.side == spots::IN_2D ? Step<Flying2D>(flight, parent, hits).take() : Step<Flying3D>(flight, parent, hits).take();
