@@ -20,6 +20,19 @@ bool is_same_storage(const Dictionary &left, const Dictionary &right) {
 	return *static_cast<void *const *>(left._native_ptr()) == *static_cast<void *const *>(right._native_ptr());
 }
 
+// The game may have gone on elsewhere meanwhile.
+void tell_what_changed(MachineRun &run, const Dictionary &record) {
+	const Variant kept = record.get("shared", Variant());
+	const Dictionary shared = kept.get_type() == Variant::DICTIONARY ? Dictionary(kept) : Dictionary();
+	const Array names = shared.keys();
+	for (int64_t i = 0; i < names.size() && run.is_running(); i++) {
+		const StringName name = names[i].stringify();
+		if (run.values.shares.has(name) && run.values.get(name, Variant()) != shared[names[i]]) {
+			run.tell_watchers(name);
+		}
+	}
+}
+
 } // namespace
 
 void SCMachine::start() {
@@ -149,9 +162,14 @@ void SCMachine::start() {
 	if (goes_on() && !record.is_empty()) {
 		CompanionScripts::call(names.carry_over_script, names.start_timers, Array::make(this, record));
 	}
-	if (goes_on() && (written.is_empty() || !its_run.go_on_from(written))) {
-		its_run.go_to_state(first);
+	if (!goes_on()) {
+		return;
 	}
+	if (written.is_empty() || !its_run.go_on_from(written)) {
+		its_run.go_to_state(first);
+		return;
+	}
+	tell_what_changed(its_run, written);
 }
 
 void SCMachine::start_from(const Dictionary &record) {
@@ -166,12 +184,13 @@ Dictionary SCMachine::written_down() {
 	Dictionary record = run().written_down();
 	record["held"] = start_held;
 	Dictionary own;
+	Dictionary shared;
 	for (const auto &value : run().values.table) {
-		if (!run().values.shares.has(value.key)) {
-			own[value.key] = value.value;
-		}
+		Dictionary &of = run().values.shares.has(value.key) ? shared : own;
+		of[value.key] = value.value;
 	}
 	record["values"] = own;
+	record["shared"] = shared;
 	return record;
 }
 

@@ -2,6 +2,7 @@ extends Story
 ## A whole scene saved into a file, and brought back from it.
 
 const GameResources := preload("res://tests/fuzz/game_resources.gd")
+const SceneRecord := preload("res://addons/quillstead/runtime/quillstead_scene_record.gd")
 const SceneSave := preload("res://addons/quillstead/runtime/quillstead_scene_save.gd")
 
 const FILE: String = "user://quillstead/story.scene.json"
@@ -188,6 +189,25 @@ func test_save_and_quit_is_loaded_into_the_menu_that_it_was_pressed_in() -> void
 		expect_state(_brain(), "Menu")
 		expect_values(_brain(), {"n": 7.0})
 		_leave()
+
+
+func test_a_scene_that_is_come_back_to_hears_what_has_changed_meanwhile() -> void:
+	_open(func(top: Node2D) -> void:
+		_put_machine(top, [state("Poor", [watch(kind(SCVariableCondition, {"variable_name": "gold", "test": SCVariableCondition.GREATER, "value": 10.0}))],
+			{"yes": "Rich"}), state("Rich")], {"variables": [global_variable("gold", 5.0)]}))
+	await frames(2)
+	var record := SceneRecord.of(_yard())
+	var file := _yard().scene_file_path
+	_yard().free()
+	SCMachine.set_global_value(&"gold", 20.0)
+	var fresh := (load(file) as PackedScene).instantiate()
+	SceneRecord.prepare(fresh, record)
+	tree.root.add_child(fresh)
+	tree.current_scene = fresh
+	SceneRecord.put_back(fresh, record)
+	await frames(2)
+	expect_state(_brain(), "Rich")
+	_leave()
 
 
 func test_a_scene_that_a_script_put_together_is_brought_back_in_place() -> void:

@@ -229,10 +229,11 @@ func _machines() -> Array:
 
 func _written_down(machine: SCMachine) -> Variant:
 	var does := machine._written_down()
-	var values: Dictionary = does.get("values", {})
-	for name: StringName in values.keys():
-		if Values.is_lost(_values.encoded(values[name])):
-			values.erase(name)
+	for held: String in ["values", "shared"]:
+		var values: Dictionary = does.get(held, {})
+		for name: StringName in values.keys():
+			if Values.is_lost(_values.encoded(values[name])):
+				values.erase(name)
 	_values.forgets_strangers = true
 	var states: Variant = _values.encoded(_mendable(does.get("states", []) as Array))
 	_values.forgets_strangers = false
