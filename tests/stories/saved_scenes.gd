@@ -2,7 +2,10 @@ extends Story
 ## A whole scene saved into a file, and brought back from it.
 
 const GameResources := preload("res://tests/fuzz/game_resources.gd")
+const ItemFiles := preload("res://addons/quillstead/runtime/item_files.gd")
+const Loot := preload("res://addons/quillstead/runtime/ground_loot.gd")
 const SceneRecord := preload("res://addons/quillstead/runtime/quillstead_scene_record.gd")
+const Values := preload("res://addons/quillstead/runtime/quillstead_saved_values.gd")
 const SceneSave := preload("res://addons/quillstead/runtime/quillstead_scene_save.gd")
 
 const FILE: String = "user://quillstead/story.scene.json"
@@ -114,6 +117,10 @@ func test_what_a_game_keeps_comes_along() -> void:
 		var bag := SCInventory.new()
 		bag.name = "Bag"
 		top.add_child(bag)
+		var owned := SCDataNode.new()
+		owned.name = "Owned"
+		owned.data = GameResources.made("SCData")
+		top.add_child(owned)
 		_put_machine(top, [
 			state("Out", [], {"in": "In"}),
 			state("In", [], {"out": "Out"}, {"sub_states": [state("Sit", [wait(0.5)], {"FINISHED": "Stand"}), state("Stand", [])]}),
@@ -121,6 +128,8 @@ func test_what_a_game_keeps_comes_along() -> void:
 	var item: SCItem = GameResources.made("SCItem")
 	var quest: SCQuest = GameResources.made("SCQuest")
 	(_yard().get_node("Bag") as SCInventory).add(item, 3)
+	(_yard().get_node("Owned") as SCDataNode).set_field(GameResources.FIELD, 4.0)
+	Loot.lay(_brain(), Vector2(12, 0), item, 9, Vector2.ZERO)
 	SCQuests.start(quest, tree)
 	_brain().set_value("who", _yard().get_node("Bag"))
 	_brain().set_value("gold", 77)
@@ -128,6 +137,7 @@ func test_what_a_game_keeps_comes_along() -> void:
 	await frames(10)
 	expect(SceneSave.save(_brain(), FILE))
 	(_yard().get_node("Bag") as SCInventory).take(item, 2)
+	(_yard().get_node("Owned") as SCDataNode).set_field(GameResources.FIELD, 8.0)
 	SCQuests.complete(quest, tree)
 	_brain().set_value("gold", 1)
 	_brain().set_value("list", [])
@@ -144,7 +154,23 @@ func test_what_a_game_keeps_comes_along() -> void:
 	expect_equal(SCMachine.global_value(&"since"), null)
 	expect_equal((_yard().get_node("Bag") as SCInventory).count(item), 3)
 	expect_equal(SCQuests.status_of(quest), SCQuests.Status.ACTIVE)
+	expect_equal((_yard().get_node("Owned") as SCDataNode).get_field(GameResources.FIELD), 4.0)
+	var lying := tree.root.find_children("*", "Node2D", true, false).filter(func(node: Node) -> bool: return node is Loot)
+	expect_equal(lying.map(func(loot: Loot) -> Array: return [loot.item.key(), loot.gold, loot.get_parent()]), [[item.key(), 9, _yard()]])
 	_leave()
+
+
+func test_a_save_brings_no_code_along() -> void:
+	var evil := "user://quillstead_evil.tres"
+	var item: SCItem = GameResources.made("SCItem")
+	var code := GDScript.new()
+	code.source_code = "extends Resource"
+	item.set_meta(&"code", code)
+	ResourceSaver.save(item, evil)
+	for path: String in [evil, "user://../x.tres", "/etc/passwd", "res://../x.tres", "res://nowhere.tres", "uid://nothing"]:
+		expect_equal(ItemFiles.from_save({"path": path}), null, path)
+		expect_equal(Values.new(stage).decoded({"resource": path}), null, path)
+	DirAccess.remove_absolute(ProjectSettings.globalize_path(evil))
 
 
 func test_a_machine_that_saves_hears_of_it_again_when_that_is_loaded() -> void:

@@ -14,6 +14,7 @@ signal field_changed(field: StringName, value: Variant)
 
 const DataDefinition := preload("res://addons/quillstead/runtime/data_definition.gd")
 const DataField := preload("res://addons/quillstead/runtime/data_field.gd")
+const GameFiles := preload("res://addons/quillstead/runtime/quillstead_game_files.gd")
 const MakerWarnings := preload("res://addons/quillstead/runtime/quillstead_warnings.gd")
 
 # On the root of the tree: the records of files that were changed, so that a file is not read anew while nothing else holds it.
@@ -189,7 +190,7 @@ func from_save(saved: Dictionary) -> void:
 		var found := definition.field(field) if definition != null else null
 		var value: Variant = saved.get(field, found.starts_as() if found != null else null)
 		if found != null and found.type == DataField.Type.RESOURCE and value is String:
-			value = load(value) if ResourceLoader.exists(value) else null
+			value = load(value) if GameFiles.may_load(value) else null
 		if found != null or saved.has(field):
 			set_field(field, value)
 

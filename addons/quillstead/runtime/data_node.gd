@@ -45,5 +45,16 @@ func set_field(field: StringName, value: Variant) -> bool:
 	return data != null and data.set_field(field, value)
 
 
+## Its record in plain values that a file can hold. [method from_save] takes it back.
+func to_save() -> Dictionary:
+	return data.to_save() if data != null else {}
+
+
+## Takes back what [method to_save] gave, into the record that it has.
+func from_save(saved: Dictionary) -> void:
+	if data != null:
+		data.from_save(saved)
+
+
 func _on_field_changed(field: StringName, value: Variant) -> void:
 	field_changed.emit(field, value)

@@ -7,6 +7,7 @@ extends Node3D
 ## Somebody took it, or a part of it that fitted.
 signal picked_up(by: Node)
 
+const ItemFiles := preload("res://addons/quillstead/runtime/item_files.gd")
 const Rules := preload("res://addons/quillstead/runtime/ground_loot_rules.gd")
 
 ## The item that lies there. Null is none.
@@ -54,6 +55,18 @@ static func lay(machine: SCMachine, place: Vector3, what: SCItem, gold_pieces: i
 	var loot: Node3D = load("res://addons/quillstead/runtime/ground_loot_3d.gd").new()
 	loot.set(&"push", pushed)
 	return Rules.lay(loot, machine, what, gold_pieces, Transform3D(Basis.IDENTITY, place)) as Node3D
+
+
+## The item in plain values that a file can hold. [method from_save] takes it back.
+func to_save() -> Dictionary:
+	return {"item": ItemFiles.to_save(item)}
+
+
+## Takes back what [method to_save] gave. An item that is nowhere to be found any more is none.
+func from_save(saved: Dictionary) -> void:
+	var kept: Variant = saved.get("item")
+	if kept is Dictionary and not (kept as Dictionary).is_empty():
+		item = ItemFiles.from_save(kept as Dictionary)
 
 
 func _ready() -> void:

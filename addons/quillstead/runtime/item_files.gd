@@ -4,6 +4,7 @@ extends RefCounted
 ## An item with a file is its path, so a newer version of the game brings its newer numbers. A copy that was made with numbers of
 ## its own is the path of the original and these numbers. One that was made while playing is written down whole.
 
+const GameFiles := preload("res://addons/quillstead/runtime/quillstead_game_files.gd")
 const ITEM_SCRIPT: Script = preload("res://addons/quillstead/runtime/item.gd")
 const CHANGE_SCRIPT: Script = preload("res://addons/quillstead/runtime/item_change.gd")
 
@@ -55,12 +56,12 @@ static func _knows_numbers() -> bool:
 
 
 static func _item_at(path: Variant) -> SCItem:
-	return load(str(path)) as SCItem if path is String and ResourceLoader.exists(str(path)) else null
+	return load(str(path)) as SCItem if GameFiles.may_load(path) else null
 
 
 static func _made_from(saved: Dictionary, members: Dictionary, key: String) -> SCItem:
 	var script := ITEM_SCRIPT
-	if saved.has("script") and ResourceLoader.exists(str(saved["script"])):
+	if GameFiles.may_load(saved.get("script")):
 		script = load(str(saved["script"])) as Script
 	var made: Variant = script.new() if script != null and script.can_instantiate() else null
 	var item := made as SCItem
@@ -83,7 +84,7 @@ static func _put_back(item: SCItem, member: String, value: Variant) -> void:
 		item.set(member, rows)
 	elif value is Dictionary and (value as Dictionary).has("resource"):
 		var path := str((value as Dictionary)["resource"])
-		if ResourceLoader.exists(path):
+		if GameFiles.may_load(path):
 			item.set(member, load(path))
 	elif not now is Object:
 		item.set(member, value)

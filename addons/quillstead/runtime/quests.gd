@@ -47,6 +47,7 @@ enum Status {
 	ABANDONED,
 }
 
+const GameFiles := preload("res://addons/quillstead/runtime/quillstead_game_files.gd")
 const MakerWarnings := preload("res://addons/quillstead/runtime/quillstead_warnings.gd")
 const Progress := preload("res://addons/quillstead/runtime/quest_progress.gd")
 const QuestPlayer := preload("res://addons/quillstead/runtime/quest_player.gd")
@@ -613,7 +614,7 @@ static func _quest_at(path: String) -> SCQuest:
 		return null
 	# A quest that is part of another file is there while that one is loaded.
 	var file := path.get_slice("::", 0)
-	var whole: Resource = load(file) if ResourceLoader.exists(file) else null
+	var whole: Resource = load(file) if GameFiles.may_load(file) else null
 	if path == file or whole == null:
 		return whole as SCQuest
 	return ResourceLoader.get_cached_ref(path) as SCQuest if ResourceLoader.has_cached(path) else null
