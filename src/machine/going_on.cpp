@@ -210,7 +210,7 @@ bool MachineRun::go_on_from(const Dictionary &record) {
 	ScratchLists<RunRow *>::Borrowed fresh(RunScratch::shared().rows);
 	change_depth++;
 	enter_as_root(path[0], { innermost.ptr(), innermost.size() }, fresh.list);
-	if (!fresh.list.is_empty()) {
+	if (!fresh.list.is_empty() && root != nullptr && root->live) {
 		Resource *was_current = index.at(int64_t(number_in(record, "current")));
 		make_current(was_current != nullptr && row_in(was_current) != nullptr ? was_current : root->deepest_first()->state.ptr());
 		events.remember(name_in(record, "last_event"), record.get("last_data", Variant()), id_in(record, "last_sender"));
@@ -294,7 +294,7 @@ bool MachineRun::take_up_action(RunRow *row, int action, const Dictionary &writt
 			return true;
 		}
 	}
-	if (entry.runtime->runtime->take_up(node, entry.compiled, action)) {
+	if (entry.runtime->runtime->take_up(node, entry.compiled, action) || node == nullptr || !row->live) {
 		return true;
 	}
 	if (entry.runtime->has_exit) {

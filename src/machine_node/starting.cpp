@@ -61,6 +61,9 @@ void SCMachine::start() {
 	const Held<TemplateReading> former_reading = started_with;
 	const Ref<SCMachineState> former_initial_state = initial_state;
 
+	const Dictionary written = starting_from != nullptr ? *starting_from : Dictionary();
+	starting_from = nullptr;
+
 	// What is left of former runs goes.
 	start_held = false;
 	start_wanted = false;
@@ -110,9 +113,7 @@ void SCMachine::start() {
 	its_run.values.load(std::move(starting));
 
 	// What was written down of this machine, or the record of the one that it goes on from.
-	const Dictionary written = starting_from != nullptr ? *starting_from : Dictionary();
-	starting_from = nullptr;
-	if (!written.is_empty()) {
+	if (goes_on() && !written.is_empty()) {
 		take_in_values(written);
 	}
 	const Dictionary record = goes_on() && written.is_empty() ? claim_carried_record() : Dictionary();
@@ -173,11 +174,14 @@ void SCMachine::start() {
 }
 
 void SCMachine::start_from(const Dictionary &record) {
-	const MachineRun::Busy keep(run());
+	MachineRun &its_run = run();
+	const MachineRun::Busy keep(its_run);
 	const Dictionary held = record;
 	starting_from = &held;
 	start();
-	starting_from = nullptr;
+	if (its_run.machine() != nullptr) {
+		starting_from = nullptr;
+	}
 }
 
 Dictionary SCMachine::written_down() {
@@ -202,7 +206,8 @@ void SCMachine::take_in_values(const Dictionary &record) {
 	}
 	const Dictionary own = values;
 	const Array names = own.keys();
-	for (int64_t i = 0; i < names.size(); i++) {
+	const MachineRun &its_run = run();
+	for (int64_t i = 0; i < names.size() && its_run.machine() != nullptr; i++) {
 		const StringName name = names[i].stringify();
 		// Also one that only came into being while the machine ran.
 		if (!name.is_empty() && !run().values.shares.has(name)) {
