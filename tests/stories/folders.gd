@@ -47,8 +47,13 @@ func test_what_is_done_with_files_that_are_there() -> void:
 
 
 func test_what_is_shipped_goes_to_the_player() -> void:
-	expect_state(await copied("res://tests/framework", mine("starter")), "Done")
-	expect_equal(held_in("starter/story.gd"), FileAccess.get_file_as_string("res://tests/framework/story.gd"))
+	var shipped := "res://build/story_shipped"
+	DirAccess.make_dir_recursive_absolute(ProjectSettings.globalize_path(shipped))
+	FileAccess.open(shipped.path_join("level.txt"), FileAccess.WRITE).store_string("a maze")
+	expect_state(await copied(shipped, mine("starter")), "Done")
+	expect_equal(held_in("starter/level.txt"), "a maze")
+	DirAccess.remove_absolute(ProjectSettings.globalize_path(shipped.path_join("level.txt")))
+	DirAccess.remove_absolute(ProjectSettings.globalize_path(shipped))
 
 
 func test_a_large_folder_takes_several_frames() -> void:

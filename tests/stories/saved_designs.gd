@@ -64,6 +64,7 @@ func _play(with_seed: int) -> bool:
 	packed.pack(top)
 	top.free()
 	packed.take_over_path(YARD)
+	DirAccess.make_dir_recursive_absolute(ProjectSettings.globalize_path("res://build"))
 	ResourceSaver.save(packed, YARD)
 	var yard := packed.instantiate()
 	yard.tree_entered.connect(tree.set.bind(&"current_scene", yard), CONNECT_ONE_SHOT)

@@ -411,6 +411,7 @@ func _open(build: Callable) -> void:
 	packed.pack(top)
 	top.free()
 	_opened += 1
+	DirAccess.make_dir_recursive_absolute(ProjectSettings.globalize_path("res://build"))
 	ResourceSaver.save(packed, YARD % _opened)
 	var fresh: Node = (load(YARD % _opened) as PackedScene).instantiate()
 	fresh.tree_entered.connect(tree.set.bind(&"current_scene", fresh), CONNECT_ONE_SHOT)

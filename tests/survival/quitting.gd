@@ -39,7 +39,11 @@ func _initialize() -> void:
 	menu.send_event(&"leave")
 	if "hostile" in arguments:
 		saver.takes_along.append(menu)
-	await process_frame
+	# Not awaited, as a game that ends meanwhile would leave that behind.
+	process_frame.connect(_played_on)
+
+
+func _played_on() -> void:
 	print("played on")
 
 
