@@ -233,24 +233,26 @@ public:
 
 	void enter(SCMachineBase *machine, SCMachineAction *action, int index) override {
 		const StillHere here(machine);
+		const MachineRun &run = machine->run();
 		const String slot = words::text_of(values::value_of(machine, setting_of<&Kind::slot>(action), setting_of<&Kind::slot_variable>(action)));
 		const TypedArray<StringName> wanted = setting_of<&Kind::variables>(action);
 		if (!here) {
 			return;
 		}
-		tell(machine, action, index, do_it(machine, setting_of<&Kind::what>(action), slot, wanted), here);
+		// Whoever hears of what is loaded may free the machine.
+		const bool worked = do_it(machine, setting_of<&Kind::what>(action), slot, wanted);
+		tell(run, machine, action, index, worked, here);
 	}
 
 	// The loaded game goes on from the very moment of the saving, which had worked.
 	bool take_up(SCMachineBase *machine, SCMachineAction *action, int index) override {
 		const StillHere here(machine);
-		tell(machine, action, index, true, here);
+		tell(machine->run(), machine, action, index, true, here);
 		return true;
 	}
 
 private:
-	static void tell(SCMachineBase *machine, SCMachineAction *action, int index, bool worked, const StillHere &here) {
-		MachineRun &run = machine->run();
+	static void tell(const MachineRun &run, SCMachineBase *machine, SCMachineAction *action, int index, bool worked, const StillHere &here) {
 		// What is loaded may lead the machine elsewhere by itself. It hears all the same that it was.
 		if (run.machine() != nullptr) {
 			verbs::keep_if_named<&Kind::store_worked_in>(machine, action, worked);
